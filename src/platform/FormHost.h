@@ -1,5 +1,5 @@
-// A form is a window of the tool as a plain class: what the user sees as data, one method for each event. The host shows
-// forms: the desktop's makes the view and runs it, a test's plays the user.
+// A form is a window of the tool as a plain class: what the user sees as data, one method for each event. The host
+// shows forms: the desktop's makes the view and runs it, a test's plays the user.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// The one text grid: every grid of the tool is one of these, and one GridView shows them all. Fixed cells (headings, row
-// numbers) are ordinary cells, so that rows and columns count as the user's text counts them: row 0 is the heading.
+// The one text grid: every grid of the tool is one of these, and one GridView shows them all. Fixed cells (headings,
+// row numbers) are ordinary cells, so that rows and columns count as the user's text counts them: row 0 is the heading.
 // Texts are code page 1252, one byte a character.
 #pragma once
 
