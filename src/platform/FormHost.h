@@ -14,7 +14,7 @@ enum class UnloadMode { ByUser, ByCode };
 class Form {
  public:
     /// @param name  the form's given name, as `frmPager`; views and tests find it by this
-    Form(std::string_view name, std::string caption) : caption(std::move(caption)), name_(name) {}
+    Form(std::string_view name, std::string title) : caption(std::move(title)), name_(name) {}
     virtual ~Form() = default;
     Form(const Form&) = delete;
     Form& operator=(const Form&) = delete;
