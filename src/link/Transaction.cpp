@@ -1,0 +1,106 @@
+#include "link/Transaction.h"
+
+#include <algorithm>
+#include <array>
+
+#include "link/Frame.h"
+#include "link/LinkObserver.h"
+#include "platform/EventPump.h"
+#include "platform/SerialPort.h"
+
+namespace qrv {
+
+class Transaction::RunningMark {
+ public:
+    explicit RunningMark(Transaction& owner) : owner_(owner) { owner_.running_ = true; }
+    ~RunningMark() {
+        owner_.timer_.stop();
+        owner_.running_ = false;
+    }
+    RunningMark(const RunningMark&) = delete;
+    RunningMark& operator=(const RunningMark&) = delete;
+
+ private:
+    Transaction& owner_;
+};
+
+Ending Transaction::run(const Exchange& exchange) {
+    if (running_) return Ending::TurnedAway;
+    const RunningMark mark(*this);
+    retryCount_ = 0;
+    if (lateReplyMayCome_) letTheLineFallQuiet();
+    return attemptAll(exchange);
+}
+
+Ending Transaction::attemptAll(const Exchange& exchange) {
+    while (true) {
+        if (attempt(exchange)) return Ending::Good;
+        if (exchange.aborted) return Ending::Aborted;
+        if (++retryCount_ == kMostSends) return Ending::Failed;
+        if (timer_.timedOut()) {
+            // The frame goes out again while the answer to this send may still be on its way.
+            lateReplyMayCome_ = true;
+        } else {
+            resynchronise();
+        }
+    }
+}
+
+bool Transaction::attempt(const Exchange& exchange) {
+    port_.discardInput();
+    timer_.clearTimedOut();
+    timer_.start(kTick, clock_.now());
+    port_.write(exchange.frame);
+    if (observer_ != nullptr) observer_->sent(exchange.frame, retryCount_ + 1);
+    awaitReply(exchange.replyLength);
+    timer_.stop();
+    exchange.reply = port_.readAll();
+    const bool good = isSound(exchange.reply);
+    if (observer_ != nullptr) {
+        const Verdict bad = exchange.reply.empty() ? Verdict::Silent : Verdict::BadChecksum;
+        observer_->received(exchange.reply, good ? Verdict::Good : bad);
+    }
+    return good;
+}
+
+void Transaction::awaitReply(std::size_t replyLength) {
+    pump_.pump();
+    timer_.look(clock_.now());
+    while (port_.waitingCount() < replyLength && !timer_.timedOut()) {
+        pump_.pumpUntil(timer_.timeOut(), &port_);
+        timer_.look(clock_.now());
+    }
+}
+
+void Transaction::resynchronise() {
+    static constexpr std::array<std::uint8_t, kFillerLength> kFiller{};
+    port_.write(kFiller);
+    if (observer_ != nullptr) observer_->resynchronised(kFiller);
+    clock_.sleep(kResynchronisingSleep);
+}
+
+/// A frame carries no number and a reply doesn't say what it answers: a reply to the former transaction that comes now
+/// would be taken for this one's.
+void Transaction::letTheLineFallQuiet() {
+    lateReplyMayCome_ = false;
+    const auto end = clock_.now() + kLongestQuietWait;
+    auto quietAt = clock_.now() + kQuiet;
+    port_.discardInput();
+    while (clock_.now() < std::min(quietAt, end)) {
+        pump_.pumpUntil(std::min(quietAt, end), &port_);
+        if (port_.waitingCount() == 0) continue;
+        port_.discardInput();
+        quietAt = clock_.now() + kQuiet;
+    }
+}
+
+void Transaction::pumpUntilTimedOut(Clock::Milliseconds interval) {
+    timer_.start(interval, clock_.now());
+    while (!timer_.timedOut()) {
+        pump_.pumpUntil(timer_.timeOut(), nullptr);
+        timer_.look(clock_.now());
+    }
+    timer_.stop();
+}
+
+}  // namespace qrv
