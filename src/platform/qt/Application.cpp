@@ -1,0 +1,57 @@
+#include "platform/qt/Application.h"
+
+#include <QMessageBox>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/RunTimeError.h"
+#include "platform/qt/Texts.h"
+#include "platform/qt/Theme.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr int kErrorExitCode = 1;
+
+void showAndLeave(const RunTimeError& error) {
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("QRV_Edit"), Application::wordsFor(error), QMessageBox::Ok);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+    std::fflush(nullptr);
+    // At once: what was under way must not go on with half of its work done, and the work file is kept.
+    std::_Exit(kErrorExitCode);
+}
+
+std::function<void(const RunTimeError&)>& ending() {
+    static std::function<void(const RunTimeError&)> chosen = showAndLeave;
+    return chosen;
+}
+
+}  // namespace
+
+Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
+    setApplicationName(QStringLiteral("QRV_Edit"));
+    // The main window hides while others are up; only the way out ends the program.
+    setQuitOnLastWindowClosed(false);
+    theme::apply(*this);
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const RunTimeError& error) {
+        endWith(error);
+        return false;
+    }
+}
+
+void Application::endWith(const RunTimeError& error) { ending()(error); }
+
+QString Application::wordsFor(const RunTimeError& error) {
+    return QStringLiteral("Run-time error '%1':\n\n%2").arg(error.code()).arg(shownUtf8(error.description()));
+}
+
+void Application::setEnding(std::function<void(const RunTimeError&)> chosen) { ending() = std::move(chosen); }
+
+}  // namespace qrv

@@ -1,0 +1,26 @@
+// The program's edge: a run-time error that reaches it is shown in one box, and the program ends. The work file is left
+// where it is.
+#pragma once
+
+#include <QApplication>
+#include <functional>
+
+namespace qrv {
+
+class RunTimeError;
+
+class Application final : public QApplication {
+ public:
+    Application(int& argc, char** argv);
+
+    bool notify(QObject* receiver, QEvent* event) override;
+
+    /// Shows the error and ends the program with exit code 1.
+    static void endWith(const RunTimeError& error);
+    /// The words of the box for an error.
+    [[nodiscard]] static QString wordsFor(const RunTimeError& error);
+    /// Stands in for the way a program ends; for tests.
+    static void setEnding(std::function<void(const RunTimeError&)> ending);
+};
+
+}  // namespace qrv

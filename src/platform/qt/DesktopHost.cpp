@@ -1,0 +1,159 @@
+#include "platform/qt/DesktopHost.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QScreen>
+#include <QWindow>
+#include <vector>
+
+#include "platform/qt/FormView.h"
+
+namespace qrv {
+
+namespace {
+
+/// Puts a window over the middle of the one from which it was opened.
+void centre(QWidget& window, const QWidget* over) {
+    const QRect area = over ? over->frameGeometry() : window.screen()->availableGeometry();
+    QRect place(QPoint(), window.size());
+    place.moveCenter(area.center());
+    const QRect screen = window.screen()->availableGeometry();
+    place.moveLeft(std::clamp(place.left(), screen.left(), std::max(screen.left(), screen.right() - place.width())));
+    place.moveTop(std::clamp(place.top(), screen.top(), std::max(screen.top(), screen.bottom() - place.height())));
+    window.move(place.topLeft());
+}
+
+}  // namespace
+
+DesktopHost::~DesktopHost() {
+    for (auto& [form, window] : windows_) delete window.view;
+}
+
+void DesktopHost::add(const std::string& formName, Factory factory) {
+    factories_.insert_or_assign(formName, std::move(factory));
+}
+
+DesktopHost::Window* DesktopHost::find(const Form& form) {
+    const auto found = windows_.find(&form);
+    return found == windows_.end() ? nullptr : &found->second;
+}
+
+FormView* DesktopHost::viewOf(const Form& form) const {
+    const auto found = windows_.find(&form);
+    return found == windows_.end() ? nullptr : found->second.view;
+}
+
+DesktopHost::Window* DesktopHost::loaded(Form& form) {
+    if (exitCode_) return nullptr;
+    if (Window* window = find(form)) return window;
+    const auto factory = factories_.find(form.name());
+    Q_ASSERT_X(factory != factories_.end(), "DesktopHost", form.name().c_str());
+    windows_[&form].form = &form;
+    form.load();
+    Window* window = find(form);
+    if (window && !window->view) window->view = factory->second(form, *this);
+    return window;
+}
+
+void DesktopHost::bringUp(Window& window, bool modal) {
+    FormView& view = *window.view;
+    const bool isFirst = !view.testAttribute(Qt::WA_Moved);
+    view.setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    window.isShown = true;
+    view.refresh();
+    if (isFirst && !view.isMaximized()) {
+        if (!view.testAttribute(Qt::WA_Resized)) view.adjustSize();
+        FormView* over = active_ && active_ != window.form && isVisible(*active_) ? viewOf(*active_) : nullptr;
+        centre(view, over);
+    }
+    view.show();
+    view.raise();
+    view.activateWindow();
+}
+
+void DesktopHost::activate(Form& form) {
+    active_ = &form;
+    form.activate();
+    refreshAll();
+}
+
+void DesktopHost::show(Form& form) {
+    Window* window = loaded(form);
+    if (!window) return;
+    bringUp(*window, false);
+    activate(form);
+}
+
+void DesktopHost::showModal(Form& form) {
+    Form* before = active_;
+    Window* window = loaded(form);
+    if (!window) return;
+    QEventLoop loop;
+    bringUp(*window, true);
+    window->loop = &loop;
+    activate(form);
+    if (isVisible(form) && !exitCode_) loop.exec();
+    if (Window* left = find(form)) left->loop = nullptr;
+    // Another form may have come up from within; then control is there already.
+    const bool returns = active_ == &form || active_ == nullptr;
+    if (exitCode_ || !returns) return;
+    active_ = nullptr;
+    if (before && isVisible(*before)) activate(*before);
+}
+
+void DesktopHost::hide(Form& form) {
+    Window* window = find(form);
+    if (!window) return;
+    window->isShown = false;
+    if (window->view) window->view->hide();
+    if (window->loop) window->loop->quit();
+}
+
+void DesktopHost::unload(Form& form) {
+    Window* window = find(form);
+    if (!window || window->isUnloading) return;
+    window->isUnloading = true;
+    form.unload();
+    hide(form);
+    FormView* view = window->view;
+    windows_.erase(&form);
+    if (view) view->retire();
+}
+
+bool DesktopHost::isVisible(const Form& form) const {
+    const auto found = windows_.find(&form);
+    return found != windows_.end() && found->second.isShown;
+}
+
+void DesktopHost::refresh(Form& form) {
+    FormView* view = viewOf(form);
+    if (!view || !isVisible(form)) return;
+    view->refresh();
+    view->repaint();
+}
+
+void DesktopHost::refreshAll() {
+    std::vector<FormView*> shown;
+    for (const auto& [form, window] : windows_) {
+        if (window.isShown && window.view) shown.push_back(window.view);
+    }
+    for (FormView* view : shown) view->refresh();
+}
+
+void DesktopHost::closeByUser(Form& form) {
+    if (find(form) && form.queryUnload(UnloadMode::ByUser)) unload(form);
+}
+
+void DesktopHost::endProgram(int exitCode) {
+    if (exitCode_) return;
+    exitCode_ = exitCode;
+    while (!windows_.empty()) {
+        Form* form = windows_.begin()->second.form;
+        unload(*form);
+        windows_.erase(form);
+    }
+    active_ = nullptr;
+    QCoreApplication::exit(exitCode);
+}
+
+}  // namespace qrv

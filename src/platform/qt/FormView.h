@@ -1,0 +1,110 @@
+// The base of every window: the mirror of one form. A view makes its widgets with the functions here, which tie each to
+// the form's data under the control's name; an event goes to the form in one call, and the host shows every form again.
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Controls.h"
+#include "platform/FormHost.h"
+#include "platform/Grid.h"
+
+class QAbstractButton;
+class QBoxLayout;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QMenu;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace qrv {
+
+class DesktopHost;
+class GridView;
+
+class FormView : public QMainWindow {
+ public:
+    using Event = std::function<void()>;
+
+    /// The window's object name is the form's name.
+    FormView(Form& form, DesktopHost& host);
+
+    [[nodiscard]] Form& form() { return form_; }
+    /// Shows the form's data.
+    void refresh();
+    /// Ends every edit in a grid of this window. False: a text was refused, and its editor stays open.
+    bool finishEdits();
+    /// The form is about to go: hides the window, lets go of the form's data, and destroys itself as soon as no event
+    /// of this window is on its way.
+    void retire();
+    /// True while an event of this window is on its way through the form.
+    [[nodiscard]] bool isBusy() const { return busy_ > 0; }
+
+    /// Sends an event of the user to the form: ends grid edits first (a refused one stops the event), then shows every
+    /// form again.
+    void tell(const Event& event);
+
+ protected:
+    // --- widgets tied to the form's data; the name is the control's ---
+    QLabel* addLabel(const QString& name, const Label& source);
+    QPushButton* addButton(const QString& name, const Button& source, const Event& clicked);
+    QLineEdit* addLine(const QString& name, TextBox& source, const Event& changed);
+    QPlainTextEdit* addText(const QString& name, TextBox& source, const Event& changed);
+    QListWidget* addList(const QString& name, ListBox& source, const Event& clicked);
+    QComboBox* addDropDown(const QString& name, ListBox& source, const Event& chosen);
+    QAbstractButton* addOption(const QString& name, Choice& source, const Event& clicked);
+    QAbstractButton* addCheck(const QString& name, Choice& source, const Event& clicked);
+    GridView* addGrid(Grid& source);
+    /// A menu entry that follows the form's; "-" is a separator.
+    QAction* addEntry(QMenu* menu, const MenuEntry& source, const Event& triggered);
+    /// A menu entry that stays as it is.
+    QAction* addEntry(QMenu* menu, const QString& name, const QString& caption, const Event& triggered);
+    /// A menu bar with the one entry of most dialogs, which is shown as a button of the bar.
+    QAction* addDone(const QString& name, const QString& caption, const Event& triggered);
+    /// An object that is done with the form's data at each refresh.
+    void addMirror(Event mirror) { mirrors_.push_back(std::move(mirror)); }
+
+    /// Enter, where no widget takes it, clicks this one.
+    void setDefaultButton(QPushButton* button);
+    /// Tells the form of Enter and Escape pressed in `widget`; the given routine says whether it took the key.
+    void watchKeys(QWidget* widget, std::function<bool(Key)> pressed);
+    /// A double click in `widget`.
+    void watchDoubleClick(QWidget* widget, const Event& clicked);
+
+    /// A central widget with a layout that runs downwards.
+    QBoxLayout* makeBody();
+
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    [[nodiscard]] DesktopHost& host() { return host_; }
+
+ private:
+    struct Watch {
+        QObject* widget;
+        std::function<bool(Key)> key;
+        Event doubleClick;
+    };
+
+    /// As tell, but leaves grid edits alone: a grid's own events come this way.
+    void perform(const Event& event);
+    QAbstractButton* tie(QAbstractButton* widget, const QString& name, Choice& source, const Event& clicked);
+    void setUp(QWidget* widget, const QString& name);
+
+    Form& form_;
+    DesktopHost& host_;
+    std::vector<Event> mirrors_;
+    std::vector<GridView*> grids_;
+    std::vector<Watch> watches_;
+    QPushButton* default_ = nullptr;
+    int busy_ = 0;
+    bool mirroring_ = false;
+    bool retired_ = false;
+};
+
+}  // namespace qrv

@@ -1,0 +1,346 @@
+#include "platform/qt/GridView.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QToolTip>
+#include <algorithm>
+
+#include "platform/qt/GridModel.h"
+#include "platform/qt/GridPainter.h"
+#include "platform/qt/Theme.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr int kArrowWidth = 18;       // pixels
+constexpr int kRowPadding = 2;        // pixels above and below a line of text, together
+constexpr double kMostStretch = 2.2;  // columns grow no further than this
+constexpr int kRowsInHint = 12;
+constexpr int kRowsAtLeast = 3;
+
+std::optional<Key> keyOf(const QKeyEvent& event) {
+    switch (event.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter: return Key::Enter;
+        case Qt::Key_Escape: return Key::Escape;
+        case Qt::Key_Delete: return Key::Delete;
+        case Qt::Key_F2: return Key::F2;
+        case Qt::Key_F5: return Key::F5;
+        case Qt::Key_F6: return Key::F6;
+        case Qt::Key_Up: return Key::Up;
+        case Qt::Key_Down: return Key::Down;
+        default: return std::nullopt;
+    }
+}
+
+bool isTyping(const QKeyEvent& event) {
+    const QString text = event.text();
+    if (text.isEmpty() || !text.at(0).isPrint()) return false;
+    return !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+}
+
+}  // namespace
+
+GridView::GridView(Grid& grid, QWidget* parent)
+    : QTableView(parent),
+      grid_(&grid),
+      model_(new GridModel(grid, this)),
+      across_(new GridHeading(Qt::Horizontal, this)),
+      down_(new GridHeading(Qt::Vertical, this)) {
+    setObjectName(QString::fromStdString(grid.name()));
+    setFont(theme::gridFont());
+    setHorizontalHeader(across_);
+    setVerticalHeader(down_);
+    setModel(model_);
+    setItemDelegate(new GridPainter(grid, *model_, this));
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setAutoScroll(false);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    verticalScrollBar()->setSingleStep(theme::pixelsOf(grid.rows() > 0 ? grid.rowHeight(grid.rows() - 1) : 240));
+    across_->setVisible(grid.fixedRows() > 0);
+    down_->setVisible(grid.fixedCols() > 0);
+    across_->setMinimumSectionSize(1);
+    down_->setMinimumSectionSize(1);
+    refresh();
+}
+
+GridView::~GridView() {
+    if (editor_) editor_->removeEventFilter(this);
+}
+
+void GridView::setAccessibleText(std::function<QString(int, int)> words) { model_->accessibleText = std::move(words); }
+
+void GridView::setFillsWidth(bool fills) {
+    fillsWidth_ = fills;
+    applyColWidths();
+}
+
+void GridView::run(const Event& event) {
+    if (!grid_) return;
+    if (runner_) {
+        runner_(event);
+    } else {
+        event();
+        refresh();
+    }
+}
+
+// --- showing ---
+
+void GridView::refresh() {
+    if (!grid_ || grid_->revision() == shownRevision_) return;
+    shownRevision_ = grid_->revision();
+    const Grid::Changes changes = grid_->takeChanges();
+    following_ = true;
+    model_->publish(changes);
+    applyRowHeights();
+    applyColWidths();
+    following_ = false;
+    if (isHidden() == grid_->visible()) setVisible(grid_->visible());
+    setEnabled(grid_->enabled());
+    followSelection();
+    if (grid_->topRow() != shownTopRow_) {
+        shownTopRow_ = grid_->topRow();
+        scrollTo(model_->indexOf(shownTopRow_, grid_->fixedCols()), QAbstractItemView::PositionAtTop);
+    }
+    if (editor_ && !committing_ && !grid_->editing()) closeEditor();
+}
+
+void GridView::followSelection() {
+    following_ = true;
+    const QModelIndex wanted = model_->indexOf(grid_->row(), grid_->col());
+    selectionModel()->setCurrentIndex(wanted, QItemSelectionModel::NoUpdate);
+    across_->setMarked(wanted.isValid() ? wanted.column() : -1);
+    down_->setMarked(wanted.isValid() ? wanted.row() : -1);
+    following_ = false;
+}
+
+void GridView::reveal() {
+    if (!grid_) return;
+    const QModelIndex index = model_->indexOf(grid_->row(), grid_->col());
+    if (index.isValid()) scrollTo(index, QAbstractItemView::EnsureVisible);
+}
+
+void GridView::applyRowHeights() {
+    const int line = QFontMetrics(font()).height() + kRowPadding;
+    const int count = model_->rowCount();
+    if (static_cast<int>(shownHeights_.size()) != count) {
+        shownHeights_.resize(static_cast<std::size_t>(count), down_->defaultSectionSize());
+    }
+    for (int section = 0; section < count; ++section) {
+        const int units = grid_->rowHeight(section + grid_->fixedRows());
+        const int height = units == 0 ? 0 : std::max(theme::pixelsOf(units), line);
+        int& shown = shownHeights_[static_cast<std::size_t>(section)];
+        if (shown == height && down_->sectionSize(section) == height) continue;
+        shown = height;
+        setRowHidden(section, height == 0);
+        if (height > 0) down_->resizeSection(section, height);
+    }
+    if (grid_->fixedRows() > 0 && grid_->rows() > 0) {
+        across_->setFixedHeight(std::max(theme::pixelsOf(grid_->rowHeight(0)), line) + kRowPadding);
+    }
+}
+
+int GridView::widthOf(int col) const {
+    const int units = grid_->colWidth(col);
+    return units <= 0 ? 0 : theme::pixelsOf(units);
+}
+
+void GridView::applyColWidths() {
+    if (!grid_) return;
+    const int fixed = grid_->fixedCols();
+    if (fixed > 0) {
+        const int labels = QFontMetrics(font()).horizontalAdvance(QStringLiteral("0000"));
+        down_->setFixedWidth(std::max(widthOf(0), labels));
+    }
+    int total = 0;
+    for (int col = fixed; col < grid_->cols(); ++col) total += widthOf(col);
+    const int room = viewport()->width();
+    const double stretch =
+        fillsWidth_ && total > 0 ? std::clamp(static_cast<double>(room) / total, 1.0, kMostStretch) : 1.0;
+    int done = 0;
+    int before = 0;
+    shownWidths_.resize(static_cast<std::size_t>(grid_->cols()), -1);
+    for (int col = fixed; col < grid_->cols(); ++col) {
+        before += widthOf(col);
+        const int width = static_cast<int>(before * stretch) - done;
+        done += width;
+        int& shown = shownWidths_[static_cast<std::size_t>(col)];
+        if (shown == width) continue;
+        shown = width;
+        setColumnHidden(col - fixed, width == 0);
+        if (width > 0) across_->resizeSection(col - fixed, width);
+    }
+}
+
+QRect GridView::rectOf(int row, int col) const { return visualRect(model_->indexOf(row, col)); }
+
+QSize GridView::sizeHint() const {
+    if (!grid_) return QTableView::sizeHint();
+    int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    for (int col = 0; col < grid_->cols(); ++col) width += widthOf(col);
+    int height = 2 * frameWidth() + (across_->isHidden() ? 0 : across_->height());
+    const int rows = std::min(model_->rowCount(), kRowsInHint);
+    for (int section = 0; section < rows; ++section) height += down_->sectionSize(section);
+    return {width, height};
+}
+
+QSize GridView::minimumSizeHint() const {
+    const int line = QFontMetrics(font()).height() + kRowPadding;
+    return {std::min(sizeHint().width(), theme::pixelsOf(2400)), (kRowsAtLeast + 1) * line + 2 * frameWidth()};
+}
+
+void GridView::detach() {
+    closeEditor();
+    following_ = true;
+    model_->detach();
+    grid_ = nullptr;
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    applyColWidths();
+    placeEditor();
+}
+
+void GridView::scrollContentsBy(int dx, int dy) {
+    QTableView::scrollContentsBy(dx, dy);
+    placeEditor();
+}
+
+// --- the user's events ---
+
+void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    if (following_ || !grid_ || !current.isValid()) return;
+    const int row = model_->gridRow(current);
+    const int col = model_->gridCol(current);
+    run([this, row, col] { grid_->enterCell(row, col); });
+    reveal();
+}
+
+bool GridView::tellKey(Key key) {
+    bool taken = false;
+    run([&] { taken = grid_->keyDown(key); });
+    if (taken && afterKey_) afterKey_();
+    return taken;
+}
+
+void GridView::keyPressEvent(QKeyEvent* event) {
+    if (!grid_) return;
+    const std::optional<Key> key = keyOf(*event);
+    const bool taken = key && tellKey(*key);
+    if (!grid_ || taken) {
+        event->accept();
+        return;
+    }
+    const bool ticks = grid_->colKind(grid_->col()) == ColumnKind::CheckBox;
+    if (key == Key::F2 || key == Key::Enter) {
+        event->accept();
+        ticks ? tick() : startEdit(std::nullopt);
+        return;
+    }
+    if (key == Key::F5 || key == Key::F6) return;
+    if (ticks && event->key() == Qt::Key_Space) {
+        event->accept();
+        tick();
+        return;
+    }
+    if (isTyping(*event)) {
+        event->accept();
+        if (!ticks) startEdit(event->text());
+        return;
+    }
+    if (key == Key::Escape || key == Key::Delete) {
+        event->ignore();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+bool GridView::isOnArrow(const QModelIndex& index, const QPoint& position) const {
+    if (grid_->colKind(model_->gridCol(index)) != ColumnKind::DropDown) return false;
+    return position.x() > visualRect(index).right() - kArrowWidth;
+}
+
+void GridView::mousePressEvent(QMouseEvent* event) {
+    pressed_ = QModelIndex{};
+    if (!grid_ || event->button() != Qt::LeftButton || !finishEdit()) return;
+    pressed_ = indexAt(event->position().toPoint());
+    event->accept();
+}
+
+void GridView::mouseMoveEvent(QMouseEvent* event) { event->accept(); }
+
+void GridView::mouseReleaseEvent(QMouseEvent* event) {
+    event->accept();
+    const QModelIndex pressed = pressed_;
+    pressed_ = QModelIndex{};
+    if (!grid_ || event->button() != Qt::LeftButton || !pressed.isValid()) return;
+    const QPoint position = event->position().toPoint();
+    if (indexAt(position) != pressed) return;
+    const int row = model_->gridRow(pressed);
+    const int col = model_->gridCol(pressed);
+    const bool opensList = isOnArrow(pressed, position);
+    run([this, row, col] { grid_->click(row, col); });
+    if (!grid_) return;
+    if (grid_->colKind(col) == ColumnKind::CheckBox) tick();
+    if (opensList) startEdit(std::nullopt);
+}
+
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+    event->accept();
+    if (!grid_ || event->button() != Qt::LeftButton || isEditing()) return;
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (!index.isValid()) return;
+    const int row = model_->gridRow(index);
+    const int col = model_->gridCol(index);
+    const bool formTakesIt = static_cast<bool>(grid_->onDoubleClick);
+    run([this, row, col] { grid_->doubleClick(row, col); });
+    if (grid_ && !formTakesIt && grid_->colKind(col) != ColumnKind::CheckBox) startEdit(std::nullopt);
+}
+
+void GridView::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    if (!grid_ || toldFocus_ || event->reason() == Qt::PopupFocusReason) return;
+    toldFocus_ = true;
+    run([this] { grid_->gotFocus(); });
+}
+
+void GridView::focusOutEvent(QFocusEvent* event) {
+    QTableView::focusOutEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) return;
+    const QWidget* next = QApplication::focusWidget();
+    if (!grid_ || !toldFocus_ || committing_ || (next && isAncestorOf(next))) return;
+    toldFocus_ = false;
+    run([this] { grid_->lostFocus(); });
+}
+
+bool GridView::viewportEvent(QEvent* event) {
+    // A text that its cell cuts is read in full where the pointer rests.
+    if (event->type() == QEvent::ToolTip && grid_) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const QModelIndex index = indexAt(help->pos());
+        if (index.isValid() && model_->cellAt(index).toolTip.empty()) {
+            QStyleOptionViewItem option;
+            initViewItemOption(&option);
+            const QString text = model_->data(index, Qt::DisplayRole).toString();
+            const bool cut = itemDelegate()->sizeHint(option, index).width() > columnWidth(index.column());
+            QToolTip::showText(help->globalPos(), cut ? text : QString{}, this);
+            return true;
+        }
+    }
+    return QTableView::viewportEvent(event);
+}
+
+}  // namespace qrv

@@ -1,0 +1,105 @@
+// The one view of every grid of the tool: shows a Grid and turns the user's mouse and keys into the Grid's events. The
+// headings stay while the cells scroll. Typing, F2 and a double click edit; Enter ends an edit, Esc gives back the old
+// value; a refused text leaves the editor open.
+#pragma once
+
+#include <QTableView>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "platform/Grid.h"
+
+class QComboBox;
+class QLineEdit;
+
+namespace qrv {
+
+class GridHeading;
+class GridModel;
+
+class GridView : public QTableView {
+ public:
+    using Event = std::function<void()>;
+    /// Runs an event of the form, and shows every form again afterwards.
+    using Runner = std::function<void(const Event&)>;
+
+    /// The view's object name is the grid's name.
+    GridView(Grid& grid, QWidget* parent);
+    ~GridView() override;
+
+    /// Without a runner events go straight to the grid, and the view shows itself again.
+    void setRunner(Runner runner) { runner_ = std::move(runner); }
+    /// After each key that the grid was told of.
+    void setAfterKey(Event afterKey) { afterKey_ = std::move(afterKey); }
+    void setAccessibleText(std::function<QString(int row, int col)> words);
+    /// Whether the columns grow together until they fill the width; on from the start.
+    void setFillsWidth(bool fills);
+
+    /// Shows what has changed in the grid since the last call: one repaint, however many cells.
+    void refresh();
+    /// Scrolls the selected cell into sight.
+    void reveal();
+    /// Ends an edit that is under way as Enter does. False: its text was refused, and the editor stays.
+    bool finishEdit();
+    [[nodiscard]] bool isEditing() const { return editor_ != nullptr; }
+    /// The grid is about to go: the view is empty and deaf from now on.
+    void detach();
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    /// Where a cell of the grid is painted, in the viewport; for tests and pictures.
+    [[nodiscard]] QRect rectOf(int row, int col) const;
+
+ protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+ private:
+    void run(const Event& event);
+    void followSelection();
+    void applyRowHeights();
+    void applyColWidths();
+    [[nodiscard]] int widthOf(int col) const;
+    bool tellKey(Key key);
+    bool editorKey(QKeyEvent* event);
+    void startEdit(const std::optional<QString>& typed);
+    void openEditor(const std::optional<QString>& typed);
+    QWidget* makeDropDown(const std::optional<QString>& typed);
+    QWidget* makeLine(const std::optional<QString>& typed);
+    void placeEditor();
+    void closeEditor();
+    void giveUpEdit();
+    [[nodiscard]] QString editorText() const;
+    void tick();
+    [[nodiscard]] bool isOnArrow(const QModelIndex& index, const QPoint& position) const;
+
+    Grid* grid_;
+    GridModel* model_;
+    GridHeading* across_;
+    GridHeading* down_;
+    Runner runner_;
+    Event afterKey_;
+    QWidget* editor_ = nullptr;
+    QPersistentModelIndex pressed_;
+    std::vector<int> shownHeights_;
+    std::vector<int> shownWidths_;
+    int shownTopRow_ = -1;
+    std::uint64_t shownRevision_ = ~std::uint64_t{0};
+    bool fillsWidth_ = true;
+    bool following_ = false;
+    bool committing_ = false;
+    bool toldFocus_ = false;
+};
+
+}  // namespace qrv

@@ -1,0 +1,145 @@
+// The editing half of GridView.
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTimer>
+#include <algorithm>
+
+#include "platform/qt/GridModel.h"
+#include "platform/qt/GridPainter.h"
+#include "platform/qt/GridView.h"
+#include "platform/qt/Texts.h"
+#include "platform/qt/Theme.h"
+
+namespace qrv {
+
+void GridView::tick() {
+    run([this] {
+        if (!grid_->beginEdit()) return;
+        const bool ticked = isTicked(grid_->editText());
+        if (!grid_->commitEdit(ticked ? "0" : "-1")) grid_->cancelEdit();
+    });
+}
+
+void GridView::startEdit(const std::optional<QString>& typed) {
+    if (!grid_ || editor_) return;
+    bool begun = false;
+    run([&] { begun = grid_->beginEdit(); });
+    if (begun && grid_ && grid_->editing()) openEditor(typed);
+}
+
+QWidget* GridView::makeDropDown(const std::optional<QString>& typed) {
+    auto* box = new QComboBox(viewport());
+    for (const std::string& choice : grid_->comboList()) box->addItem(shownText(choice));
+    box->setCurrentIndex(typed ? box->findText(*typed, Qt::MatchStartsWith)
+                               : box->findText(shownText(grid_->editText())));
+    connect(box, &QComboBox::activated, this, [this](int) { finishEdit(); });
+    return box;
+}
+
+QWidget* GridView::makeLine(const std::optional<QString>& typed) {
+    auto* line = new QLineEdit(viewport());
+    line->setText(typed ? *typed : shownText(grid_->editText()));
+    if (!typed) line->selectAll();
+    return line;
+}
+
+void GridView::openEditor(const std::optional<QString>& typed) {
+    const bool drops = grid_->colKind(grid_->col()) == ColumnKind::DropDown;
+    editor_ = drops ? makeDropDown(typed) : makeLine(typed);
+    editor_->setFont(font());
+    editor_->setAccessibleName(
+        model_->data(model_->indexOf(grid_->row(), grid_->col()), Qt::AccessibleTextRole).toString());
+    editor_->installEventFilter(this);
+    reveal();
+    placeEditor();
+    editor_->show();
+    editor_->setFocus(Qt::OtherFocusReason);
+    if (drops) static_cast<QComboBox*>(editor_)->showPopup();
+}
+
+void GridView::placeEditor() {
+    if (!editor_ || !grid_) return;
+    const QRect cell = visualRect(model_->indexOf(grid_->row(), grid_->col()));
+    const QSize least = editor_->minimumSizeHint();
+    editor_->setGeometry(cell.x(), cell.y(), std::max(cell.width(), least.width()),
+                         std::max(cell.height(), least.height()));
+}
+
+QString GridView::editorText() const {
+    if (const auto* box = qobject_cast<const QComboBox*>(editor_)) return box->currentText();
+    return static_cast<const QLineEdit*>(editor_)->text();
+}
+
+bool GridView::finishEdit() {
+    if (!editor_ || !grid_) return true;
+    if (committing_) return false;
+    committing_ = true;
+    bool done = false;
+    const std::string typed = typedText(editorText());
+    run([&] { done = grid_->commitEdit(typed) || !grid_->editing(); });
+    committing_ = false;
+    if (!editor_) return true;
+    if (done) {
+        const bool hadFocus = editor_->hasFocus() || !window()->focusWidget() || window()->focusWidget() == editor_;
+        closeEditor();
+        if (hadFocus) setFocus(Qt::OtherFocusReason);
+        return true;
+    }
+    if (auto* line = qobject_cast<QLineEdit*>(editor_)) line->selectAll();
+    editor_->setFocus(Qt::OtherFocusReason);
+    return false;
+}
+
+void GridView::giveUpEdit() {
+    committing_ = true;
+    run([this] { grid_->cancelEdit(); });
+    committing_ = false;
+    closeEditor();
+    setFocus(Qt::OtherFocusReason);
+}
+
+void GridView::closeEditor() {
+    if (!editor_) return;
+    QWidget* old = editor_;
+    editor_ = nullptr;
+    old->removeEventFilter(this);
+    old->hide();
+    old->deleteLater();
+}
+
+bool GridView::editorKey(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter: finishEdit(); return true;
+        case Qt::Key_Escape: giveUpEdit(); return true;
+        case Qt::Key_Up:
+        case Qt::Key_Down: {
+            if (!qobject_cast<QLineEdit*>(editor_)) return false;
+            const int step = event->key() == Qt::Key_Up ? -1 : 1;
+            const QModelIndex here = currentIndex();
+            if (finishEdit() && grid_)
+                setCurrentIndex(here.siblingAtRow(std::clamp(here.row() + step, 0, model_->rowCount() - 1)));
+            return true;
+        }
+        default: return false;
+    }
+}
+
+bool GridView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != editor_) return QTableView::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress) return editorKey(static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    if (event->type() == QEvent::FocusOut && !committing_) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        const bool stays = reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
+        // A refused text takes the focus back once the toolkit has finished moving it.
+        if (!stays) QTimer::singleShot(0, this, [this] { finishEdit(); });
+    }
+    return QTableView::eventFilter(watched, event);
+}
+
+}  // namespace qrv

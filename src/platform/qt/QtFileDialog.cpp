@@ -1,0 +1,45 @@
+#include "platform/qt/QtFileDialog.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+
+#include "platform/qt/Texts.h"
+
+namespace qrv {
+
+QStringList nameFilters(const std::string& filter) {
+    const QStringList parts = shownUtf8(filter).split(QLatin1Char('|'));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        QString description = parts[i];
+        // The toolkit writes the patterns behind the description itself.
+        const qsizetype patternsAt = description.lastIndexOf(QLatin1String(" ("));
+        if (patternsAt > 0 && description.endsWith(QLatin1Char(')'))) description.truncate(patternsAt);
+        QString patterns = parts[i + 1];
+        patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
+        filters << QStringLiteral("%1 (%2)").arg(description, patterns);
+    }
+    return filters;
+}
+
+std::string QtFileDialog::ask(const FileQuestion& question) {
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setObjectName(QStringLiteral("fileDialog"));
+    const bool saves = question.kind == FileDialogKind::Save;
+    dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setNameFilters(nameFilters(question.filter));
+    if (!question.initialName.empty()) {
+        const QFileInfo initial(shownUtf8(question.initialName));
+        dialog.setDirectory(initial.absolutePath());
+        dialog.selectFile(initial.fileName());
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return typedUtf8(QDir::toNativeSeparators(dialog.selectedFiles().constFirst()));
+}
+
+}  // namespace qrv

@@ -1,0 +1,55 @@
+#include "platform/qt/QtPump.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <algorithm>
+#include <optional>
+
+#include "platform/SerialPort.h"
+
+namespace qrv {
+
+namespace {
+
+class Depth {
+ public:
+    explicit Depth(int& depth) : depth_(depth) { ++depth_; }
+    ~Depth() { --depth_; }
+    Depth(const Depth&) = delete;
+    Depth& operator=(const Depth&) = delete;
+
+ private:
+    int& depth_;
+};
+
+bool handleWaiting() {
+    QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
+    return dispatcher && dispatcher->processEvents(QEventLoop::AllEvents);
+}
+
+}  // namespace
+
+void QtPump::pump() {
+    const Depth guard(depth_);
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+void QtPump::pumpUntil(Clock::TimePoint deadline, SerialPort* port) {
+    const Depth guard(depth_);
+    if (handleWaiting()) return;
+    const bool listens = port && port->isOpen() && port->descriptor() >= 0;
+    if (listens && port->waitingCount() > 0) return;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::TimePoint::clock::now());
+    if (left <= std::chrono::milliseconds::zero()) return;
+    QTimer wakeUp;
+    wakeUp.setSingleShot(true);
+    wakeUp.setTimerType(Qt::PreciseTimer);
+    wakeUp.start(left);
+    std::optional<QSocketNotifier> notifier;
+    if (listens) notifier.emplace(port->descriptor(), QSocketNotifier::Read);
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+}  // namespace qrv

@@ -1,0 +1,20 @@
+// The desktop's event pump: sleeps on the toolkit's event loop, the port's descriptor and one timer; never spins.
+#pragma once
+
+#include "platform/EventPump.h"
+
+namespace qrv {
+
+class QtPump final : public EventPump {
+ public:
+    void pump() override;
+    void pumpUntil(Clock::TimePoint deadline, SerialPort* port) override;
+
+    /// True while a routine waits here: whoever would destroy a form or begin a second wait asks first.
+    [[nodiscard]] bool isPumping() const { return depth_ > 0; }
+
+ private:
+    int depth_ = 0;
+};
+
+}  // namespace qrv

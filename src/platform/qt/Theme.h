@@ -1,0 +1,34 @@
+// The tool's own calm look over the toolkit's Fusion style: colours, fonts and icons in one place.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QIcon>
+
+class QApplication;
+
+namespace qrv::theme {
+
+/// Sets style, palette, fonts and the mapping of "Courier New" to a fixed-width font that is there everywhere.
+void apply(QApplication& application);
+
+[[nodiscard]] QColor accent();
+[[nodiscard]] QColor selectedCell();
+[[nodiscard]] QColor heading();
+[[nodiscard]] QColor markedHeading();
+[[nodiscard]] QColor line();
+[[nodiscard]] QColor faintText();
+[[nodiscard]] QColor warning();
+
+/// "Courier New" in the size of the forms' texts.
+[[nodiscard]] QFont fixedFont();
+/// The font of all grids.
+[[nodiscard]] QFont gridFont();
+
+/// Pixels of a length in the forms' layout units (15 a pixel), scaled to the size of the grids' font.
+[[nodiscard]] int pixelsOf(int units);
+
+/// One of our own drawings by name, as "save".
+[[nodiscard]] QIcon icon(const QString& name);
+
+}  // namespace qrv::theme
