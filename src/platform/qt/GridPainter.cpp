@@ -14,6 +14,7 @@ namespace qrv {
 namespace {
 
 constexpr int kTextMargin = 4;      // pixels
+constexpr int kLeastStretch = 75;   // per cent
 constexpr double kWrapsFrom = 1.7;  // row height in lines from which a text is wrapped
 
 QColor colourOf(Colour colour) { return QColor::fromRgb(static_cast<QRgb>(colour.rgb)); }
@@ -22,6 +23,15 @@ QColor colourOf(Colour colour) { return QColor::fromRgb(static_cast<QRgb>(colour
 QColor readableOn(const QColor& back, const QColor& usual) {
     const double light = 0.299 * back.redF() + 0.587 * back.greenF() + 0.114 * back.blueF();
     return light < 0.56 ? QColor(Qt::white) : usual;
+}
+
+/// A text that is too long for its cell is set narrower, down to three quarters, before any of it is lost.
+void fitFont(QPainter* painter, QFont font, const QString& text, int room) {
+    painter->setFont(font);
+    const int needed = painter->fontMetrics().horizontalAdvance(text);
+    if (needed <= room) return;
+    font.setStretch(std::max(kLeastStretch, 100 * room / needed));
+    painter->setFont(font);
 }
 
 QString paintedText(const std::string& text) { return text == " " || text.empty() ? QString{} : shownText(text); }
@@ -64,11 +74,15 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     const QColor usual = text == QLatin1String(".") ? theme::faintText() : option.palette.color(QPalette::Text);
     QFont font = option.font;
     if (cell.bold) font.setBold(true);
-    painter->setFont(font);
-    painter->setPen(cell.fore ? colourOf(*cell.fore) : readableOn(back, usual));
     const bool wraps = option.rect.height() >= kWrapsFrom * option.fontMetrics.height();
-    painter->drawText(option.rect.adjusted(kTextMargin, 0, -2, 0),
-                      Qt::AlignVCenter | Qt::AlignLeft | (wraps ? Qt::TextWordWrap : Qt::TextSingleLine), text);
+    const QRect room = option.rect.adjusted(kTextMargin, 0, -1, 0);
+    if (wraps) {
+        painter->setFont(font);
+    } else {
+        fitFont(painter, font, text, room.width());
+    }
+    painter->setPen(cell.fore ? colourOf(*cell.fore) : readableOn(back, usual));
+    painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft | (wraps ? Qt::TextWordWrap : Qt::TextSingleLine), text);
 }
 
 QSize GridPainter::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
