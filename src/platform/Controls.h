@@ -10,11 +10,11 @@ namespace qrv {
 
 /// A list or drop-down: entries in order, the chosen one by index from 0, -1 for none.
 struct ListBox {
-    std::vector<std::string> items;
+    std::vector<std::string> items{};
     int listIndex = -1;
     bool visible = true;
     bool enabled = true;
-    std::vector<std::string> toolTips;  ///< one for each entry, or empty
+    std::vector<std::string> toolTips{};  ///< one for each entry, or empty
 
     [[nodiscard]] std::string text() const {
         return listIndex >= 0 && listIndex < static_cast<int>(items.size()) ? items[static_cast<std::size_t>(listIndex)]
@@ -23,7 +23,7 @@ struct ListBox {
 };
 
 struct TextBox {
-    std::string text;
+    std::string text{};
     bool visible = true;
     bool enabled = true;
     bool locked = false;  ///< shows, but takes no typing
@@ -31,12 +31,12 @@ struct TextBox {
 };
 
 struct Label {
-    std::string caption;
+    std::string caption{};
     bool visible = true;
 };
 
 struct Button {
-    std::string caption;
+    std::string caption{};
     bool visible = true;
     bool enabled = true;
     bool isDefault = false;
@@ -44,7 +44,7 @@ struct Button {
 
 /// A check box or option button.
 struct Choice {
-    std::string caption;
+    std::string caption{};
     bool value = false;
     bool visible = true;
     bool enabled = true;
@@ -52,11 +52,11 @@ struct Choice {
 
 /// A menu entry; "-" is a separator.
 struct MenuEntry {
-    std::string name;     ///< as `mnuFileSave`; element i of a control array has i behind the name
-    std::string caption;  ///< with "&" before the mnemonic
+    std::string name{};     ///< as `mnuFileSave`; element i of a control array has i behind the name
+    std::string caption{};  ///< with "&" before the mnemonic
     bool visible = true;
     bool enabled = true;
-    std::string tag;
+    std::string tag{};
 };
 
 }  // namespace qrv

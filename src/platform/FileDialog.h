@@ -11,8 +11,8 @@ enum class FileDialogKind { Open, Save };
 /// dialog and one that exists in a save dialog, adds no suffix and changes no name. Texts are UTF-8.
 struct FileQuestion {
     FileDialogKind kind = FileDialogKind::Open;
-    std::string filter;         ///< "description|*.a;*.b", pairs joined by "|"
-    std::string initialName;    ///< the name shown first, with its folder; "" for none
+    std::string filter{};       ///< "description|*.a;*.b", pairs joined by "|"
+    std::string initialName{};  ///< the name shown first, with its folder; "" for none
     bool hidesReadOnly = true;  ///< no box that offers to open as read-only
 
     friend bool operator==(const FileQuestion&, const FileQuestion&) = default;

@@ -68,6 +68,9 @@ class FormView : public QMainWindow {
     /// An object that is done with the form's data at each refresh.
     void addMirror(Event mirror) { mirrors_.push_back(std::move(mirror)); }
 
+    /// A widget's accessible name: the caption that stands beside it, without blanks around it.
+    static void nameAfter(QWidget* widget, const Label& label);
+
     /// Enter, where no widget takes it, clicks this one.
     void setDefaultButton(QPushButton* button);
     /// Tells the form of Enter and Escape pressed in `widget`; the given routine says whether it took the key.

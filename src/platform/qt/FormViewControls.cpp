@@ -46,6 +46,10 @@ void showCaption(QAbstractButton* widget, const std::string& caption) {
 
 void FormView::setUp(QWidget* widget, const QString& name) { widget->setObjectName(name); }
 
+void FormView::nameAfter(QWidget* widget, const Label& label) {
+    widget->setAccessibleName(shownUtf8(label.caption).simplified());
+}
+
 QLabel* FormView::addLabel(const QString& name, const Label& source) {
     auto* label = new QLabel(this);
     setUp(label, name);

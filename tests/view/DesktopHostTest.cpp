@@ -1,0 +1,165 @@
+// The desktop's host with toy forms: what is loaded, shown, activated and ended, and in which order.
+#include "platform/qt/DesktopHost.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <string>
+#include <vector>
+
+#include "platform/RunTimeError.h"
+#include "platform/qt/Application.h"
+#include "platform/qt/FormView.h"
+
+namespace qrv {
+namespace {
+
+using Events = std::vector<std::string>;
+
+class ToyForm : public Form {
+ public:
+    ToyForm(std::string_view name, Events& events) : Form(name, "Toy"), events_(events) {}
+    void load() override { events_.push_back(name() + " load"); }
+    void activate() override { events_.push_back(name() + " activate"); }
+    void unload() override { events_.push_back(name() + " unload"); }
+    bool queryUnload(UnloadMode) override {
+        events_.push_back(name() + " query");
+        return mayClose;
+    }
+
+    Button Command1{.caption = "&Go"};
+    TextBox Text1{.text = "a", .maxLength = 5};
+    std::function<void()> onGo = [] {};
+    bool mayClose = true;
+
+ private:
+    Events& events_;
+};
+
+class ToyView final : public FormView {
+ public:
+    ToyView(ToyForm& toy, DesktopHost& desktop) : FormView(toy, desktop) {
+        makeBody();
+        addButton(QStringLiteral("Command1"), toy.Command1, [&toy] { toy.onGo(); });
+        addLine(QStringLiteral("Text1"), toy.Text1, [] {});
+    }
+};
+
+class DesktopHostTest : public testing::Test {
+ protected:
+    DesktopHostTest() {
+        host.add<ToyView, ToyForm>("main");
+        host.add<ToyView, ToyForm>("dialog");
+    }
+    QPushButton* buttonOf(const Form& form) { return host.viewOf(form)->findChild<QPushButton*>("Command1"); }
+    /// Runs an action inside the next event loop.
+    static void soon(const std::function<void()>& action) { QTimer::singleShot(0, qApp, action); }
+
+    Events events;
+    ToyForm main{"main", events};
+    ToyForm dialog{"dialog", events};
+    DesktopHost host;
+};
+
+TEST_F(DesktopHostTest, ShowLoadsOnceAndActivates) {
+    host.show(main);
+    host.hide(main);
+    host.show(main);
+    EXPECT_EQ(events, (Events{"main load", "main activate", "main activate"}));
+    EXPECT_TRUE(host.isVisible(main));
+    EXPECT_EQ(host.viewOf(main)->objectName(), "main");
+}
+
+TEST_F(DesktopHostTest, ModalFormComesBackToTheOneBefore) {
+    host.show(main);
+    events.clear();
+    soon([&] { host.hide(dialog); });
+    host.showModal(dialog);
+    EXPECT_EQ(events, (Events{"dialog load", "dialog activate", "main activate"}));
+    EXPECT_FALSE(host.isVisible(dialog));
+}
+
+TEST_F(DesktopHostTest, HiddenFormIsNotActivatedByALeavingModal) {
+    host.show(main);
+    host.hide(main);
+    events.clear();
+    soon([&] { host.unload(dialog); });
+    host.showModal(dialog);
+    EXPECT_EQ(events, (Events{"dialog load", "dialog activate", "dialog unload"}));
+}
+
+TEST_F(DesktopHostTest, CloseBoxAsksTheForm) {
+    host.show(main);
+    main.mayClose = false;
+    host.viewOf(main)->close();
+    EXPECT_TRUE(host.isVisible(main));
+    main.mayClose = true;
+    host.viewOf(main)->close();
+    EXPECT_FALSE(host.isVisible(main));
+    EXPECT_EQ(events, (Events{"main load", "main activate", "main query", "main query", "main unload"}));
+}
+
+TEST_F(DesktopHostTest, EventShowsEveryVisibleFormAgain) {
+    host.show(main);
+    main.onGo = [&] {
+        main.caption = "Changed";
+        main.Command1.enabled = false;
+        main.Text1.text = "\x80";
+    };
+    QTest::mouseClick(buttonOf(main), Qt::LeftButton);
+    EXPECT_EQ(host.viewOf(main)->windowTitle(), "Changed");
+    EXPECT_FALSE(buttonOf(main)->isEnabled());
+    EXPECT_EQ(host.viewOf(main)->findChild<QLineEdit*>("Text1")->text(), QStringLiteral("€"));
+}
+
+TEST_F(DesktopHostTest, TypedTextReachesTheForm) {
+    host.show(main);
+    auto* line = host.viewOf(main)->findChild<QLineEdit*>("Text1");
+    line->selectAll();
+    QTest::keyClicks(line, QStringLiteral("boiler"));
+    EXPECT_EQ(main.Text1.text, "boile");
+}
+
+TEST_F(DesktopHostTest, FormThatUnloadsItselfInItsOwnEventKeepsItsWindowUntilTheEventEnds) {
+    host.show(main);
+    QPointer<FormView> view = host.viewOf(main);
+    main.onGo = [&] {
+        host.unload(main);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_FALSE(view.isNull());
+        EXPECT_TRUE(view->isBusy());
+    };
+    QTest::mouseClick(buttonOf(main), Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(view.isNull());
+}
+
+TEST_F(DesktopHostTest, EndOfTheProgramUnloadsEveryFormAndLeavesEveryLoop) {
+    host.show(main);
+    soon([&] { host.showModal(dialog); });
+    QTimer::singleShot(0, qApp, [&] { host.endProgram(3); });
+    EXPECT_EQ(QApplication::exec(), 3);
+    EXPECT_FALSE(host.isVisible(main));
+    EXPECT_EQ(host.exitCode(), 3);
+    EXPECT_EQ(std::count(events.begin(), events.end(), "main unload"), 1);
+    EXPECT_EQ(std::count(events.begin(), events.end(), "dialog unload"), 1);
+    host.show(main);
+    EXPECT_FALSE(host.isVisible(main));
+}
+
+TEST_F(DesktopHostTest, RunTimeErrorOfAnEventGoesToTheProgramsEdge) {
+    std::vector<QString> words;
+    Application::setEnding([&](const RunTimeError& error) { words.push_back(Application::wordsFor(error)); });
+    host.show(main);
+    main.onGo = [] { throw RunTimeError(ErrorNumber::ReadOnlyDatabase); };
+    QTest::mouseClick(buttonOf(main), Qt::LeftButton);
+    Application::setEnding([](const RunTimeError&) { FAIL() << "no error was expected"; });
+    EXPECT_EQ(words, std::vector<QString>{"Run-time error '3027':\n\nThe file is read-only."});
+}
+
+}  // namespace
+}  // namespace qrv
