@@ -1,0 +1,14 @@
+// The commands of `qrv`, one file for each subject. Each adds its subcommands to the command line, with what they do as
+// their callback. A callback ends a failure with CommandFailure; a RunTimeError that leaves it counts as one of the
+// file.
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace qrv {
+
+class Terminal;
+
+}  // namespace qrv

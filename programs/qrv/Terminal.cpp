@@ -1,0 +1,70 @@
+#include "Terminal.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+namespace qrv {
+
+namespace {
+
+bool putAll(std::string_view text, std::FILE* stream) {
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+}
+
+}  // namespace
+
+bool Terminal::canAsk() const { return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
+
+bool Terminal::drawsProgress() const { return isatty(STDERR_FILENO) != 0; }
+
+void Terminal::say(std::string_view line) { draw(std::string(line) + "\n"); }
+
+void Terminal::draw(std::string_view text) {
+    // Where even the words can't be written there is nobody left to tell.
+    static_cast<void>(putAll(text, stderr));
+}
+
+void Terminal::write(std::string_view data) {
+    if (!putAll(data, stdout)) outputFailed_ = true;
+}
+
+std::optional<std::string> Terminal::ask(std::string_view question) {
+    if (!canAsk()) return std::nullopt;
+    draw(std::string(question) + " ");
+    std::string answer;
+    for (int c = std::getchar(); c != '\n'; c = std::getchar()) {
+        if (c == EOF) return std::nullopt;
+        answer += static_cast<char>(c);
+    }
+    return answer;
+}
+
+std::optional<bool> Terminal::askYesNo(std::string_view question) {
+    const std::optional<std::string> answer = ask(std::string(question) + " [y/N]");
+    if (!answer) return std::nullopt;
+    return *answer == "y" || *answer == "Y" || *answer == "yes" || *answer == "Yes";
+}
+
+ExitCode Terminal::end() {
+    if (std::fflush(stdout) != 0) outputFailed_ = true;
+    if (!outputFailed_) return exitCode_;
+    say("qrv: the output could not be written whole.");
+    return ExitCode::File;
+}
+
+void checkOutput(const std::string& path, Overwrite overwrite) {
+    std::error_code ignored;
+    const auto status = std::filesystem::symlink_status(path, ignored);
+    if (!std::filesystem::exists(status)) return;
+    if (std::filesystem::is_directory(path, ignored)) {
+        throw CommandFailure(ExitCode::File, path + " is a folder.");
+    }
+    if (overwrite == Overwrite::Refuse) {
+        throw CommandFailure(ExitCode::Refused, path + " exists already; --force overwrites it.");
+    }
+}
+
+}  // namespace qrv

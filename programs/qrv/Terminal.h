@@ -1,0 +1,65 @@
+// What a command of `qrv` may say, ask and end with. Data goes to the standard output, words and progress to the
+// standard error, so that a pipe gets data alone. Nothing is asked where no user sits at a terminal.
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace qrv {
+
+/// How the program ends. Scripts rely on the numbers: never renumber.
+enum class ExitCode : int {
+    Done = 0,
+    Findings = 1,  ///< the command ran to its end and found something: differences, errors of a program
+    Usage = 2,
+    File = 3,
+    Link = 4,
+    Refused = 5,  ///< by the user, by a missing --force or --yes, or by the controller's version
+};
+
+/// Ends a command with one sentence for the user.
+class CommandFailure : public std::runtime_error {
+ public:
+    CommandFailure(ExitCode code, const std::string& sentence) : std::runtime_error(sentence), code_(code) {}
+    [[nodiscard]] ExitCode code() const { return code_; }
+
+ private:
+    ExitCode code_;
+};
+
+enum class Overwrite { Refuse, Allow };
+
+class Terminal {
+ public:
+    /// A user sits there: can read a question and answer it.
+    [[nodiscard]] bool canAsk() const;
+    /// Words and progress are read as they come, not kept in a file: a bar may be drawn over itself.
+    [[nodiscard]] bool drawsProgress() const;
+
+    /// One line of words, UTF-8.
+    void say(std::string_view line);
+    /// Words as they are, with no line break added: a bar that is drawn over itself.
+    void draw(std::string_view text);
+    /// Data, UTF-8, as it is.
+    void write(std::string_view data);
+    /// What the user types after the question, without its line break; absent where nobody can answer.
+    [[nodiscard]] std::optional<std::string> ask(std::string_view question);
+    /// A question for Yes or No. Absent where nobody can answer; anything but a plain yes is No.
+    [[nodiscard]] std::optional<bool> askYesNo(std::string_view question);
+
+    /// How the program will end if nothing else fails.
+    void endWith(ExitCode code) { exitCode_ = code; }
+    /// Hands over what was written, and gives the exit code: File where the standard output took not all of it.
+    [[nodiscard]] ExitCode end();
+
+ private:
+    ExitCode exitCode_ = ExitCode::Done;
+    bool outputFailed_ = false;
+};
+
+/// Ends the command unless `path` is free or may be overwritten.
+void checkOutput(const std::string& path, Overwrite overwrite);
+
+}  // namespace qrv

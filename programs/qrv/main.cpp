@@ -1,0 +1,52 @@
+// `qrv`: the work on QRV configurations and controllers from a terminal.
+#include <CLI/CLI.hpp>
+
+#include "Commands.h"
+#include "Terminal.h"
+#include "platform/RunTimeError.h"
+
+namespace {
+
+using qrv::ExitCode;
+
+constexpr const char* kDescription =
+    "Makes, shows, checks and compares configurations of QRV process controllers, and exchanges them with controllers "
+    "over a serial line.";
+
+constexpr const char* kFooter =
+    "Data goes to the standard output, words and progress to the standard error.\n"
+    "\n"
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  done, with findings or differences\n"
+    "  2  the command line can't be understood\n"
+    "  3  a file can't be read, written or understood\n"
+    "  4  the controller can't be reached or gave a bad answer\n"
+    "  5  refused: by the user, or for want of --force or --yes\n";
+
+ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
+    try {
+        app.parse(argc, argv);
+        return terminal.end();
+    } catch (const CLI::ParseError& error) {
+        const bool isAnswer = app.exit(error) == 0;  // help or version
+        return isAnswer ? terminal.end() : ExitCode::Usage;
+    } catch (const qrv::CommandFailure& failure) {
+        terminal.say(std::string("qrv: ") + failure.what());
+        return failure.code();
+    } catch (const qrv::RunTimeError& error) {
+        terminal.say("qrv: " + error.description());
+        return ExitCode::File;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qrv::Terminal terminal;
+    CLI::App app{kDescription, "qrv"};
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    app.failure_message(CLI::FailureMessage::simple);
+    return static_cast<int>(run(app, terminal, argc, argv));
+}
