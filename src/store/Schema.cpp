@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cassert>
+#include <limits>
 
 namespace qrv {
 
@@ -130,9 +131,11 @@ constexpr std::array kConfigurationTables{
 };
 
 constexpr std::array kCatalogueTables{
-    Table{"Funcs", kFuncs, kFuncsIndexes},   Table{"Inputs", kInputs, kInputsIndex},
-    Table{"Params", kParams, kParamsIndex},  Table{"AuxOutputs", kAuxOutputs, kAuxOutputsIndex},
-    Table{"Version", kCatalogueVersion, {}},
+    Table{"Funcs", kFuncs, kFuncsIndexes, RowSet::Free, false},
+    Table{"Inputs", kInputs, kInputsIndex, RowSet::Free, false},
+    Table{"Params", kParams, kParamsIndex, RowSet::Free, false},
+    Table{"AuxOutputs", kAuxOutputs, kAuxOutputsIndex, RowSet::Free, false},
+    Table{"Version", kCatalogueVersion, {}, RowSet::Free, false},
 };
 
 constexpr bool hasColumn(const Table& table, std::string_view name) {
@@ -145,7 +148,7 @@ constexpr bool hasColumn(const Table& table, std::string_view name) {
 constexpr bool isSound(std::span<const Table> tables) {
     for (std::size_t i = 0; i < tables.size(); ++i) {
         for (std::size_t j = 0; j < i; ++j) {
-            if (equalIgnoringCase(tables[i].name, tables[j].name)) return false;
+            if (sameName(tables[i].name, tables[j].name)) return false;
         }
         for (const Index& index : tables[i].indexes) {
             for (std::size_t part = 0; part < index.partCount(); ++part) {
@@ -155,7 +158,7 @@ constexpr bool isSound(std::span<const Table> tables) {
         const auto columns = tables[i].columns;
         for (std::size_t a = 0; a < columns.size(); ++a) {
             for (std::size_t b = 0; b < a; ++b) {
-                if (equalIgnoringCase(columns[a].name, columns[b].name)) return false;
+                if (sameName(columns[a].name, columns[b].name)) return false;
             }
         }
     }
@@ -164,6 +167,40 @@ constexpr bool isSound(std::span<const Table> tables) {
 static_assert(isSound(kConfigurationTables) && isSound(kCatalogueTables),
               "table and column names are unique, and every index names columns of its table");
 static_assert(kConfigurationTables.size() == 19);
+
+std::string rangeCheck(const std::string& name, ColumnType type) {
+    const auto [least, greatest] = rangeOf(type);
+    return " CHECK (" + name + " BETWEEN " + std::to_string(least) + " AND " + std::to_string(greatest) + ")";
+}
+
+}  // namespace
+
+int Table::columnIndex(std::string_view column) const {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (sameName(columns[i].name, column)) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+NumberRange rangeOf(ColumnType type) {
+    switch (type) {
+        case Byte: return {0, 255};
+        case Long: return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
+        default: return {std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max()};
+    }
+}
+
+std::span<const Table> configurationTables() { return kConfigurationTables; }
+
+std::span<const Table> catalogueTables() { return kCatalogueTables; }
+
+const Table& tableNamed(std::span<const Table> tables, std::string_view name) {
+    for (const Table& table : tables) {
+        if (sameName(table.name, name)) return table;
+    }
+    assert(!"a table that no file has");
+    return tables.front();
+}
 
 bool isKeyPart(const Table& table, std::string_view column) {
     for (const Index& index : table.indexes) {
@@ -174,42 +211,17 @@ bool isKeyPart(const Table& table, std::string_view column) {
     return false;
 }
 
-std::string rangeCheck(const std::string& name, std::string_view least, std::string_view greatest) {
-    return " CHECK (" + name + " BETWEEN " + std::string(least) + " AND " + std::string(greatest) + ")";
-}
-
-}  // namespace
-
-int Table::columnIndex(std::string_view column) const {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (equalIgnoringCase(columns[i].name, column)) return static_cast<int>(i);
-    }
-    return -1;
-}
-
-std::span<const Table> configurationTables() { return kConfigurationTables; }
-
-std::span<const Table> catalogueTables() { return kCatalogueTables; }
-
-const Table& tableNamed(std::span<const Table> tables, std::string_view name) {
-    for (const Table& table : tables) {
-        if (equalIgnoringCase(table.name, name)) return table;
-    }
-    assert(!"a table that no file has");
-    return tables.front();
-}
-
 std::string bracketed(std::string_view name) { return "[" + std::string(name) + "]"; }
 
-std::string columnSql(const Column& column, bool keyPart) {
+std::string columnSql(const Column& column, bool isRequired) {
     const std::string name = bracketed(column.name);
-    const std::string required = keyPart ? " NOT NULL" : "";
+    const std::string required = isRequired ? " NOT NULL" : "";
     switch (column.type) {
         // Not "INTEGER": such a key would become the row's own number and lose the order of adding.
-        case Integer: return name + " INT" + required + rangeCheck(name, "-32768", "32767");
-        case Long: return name + " INT" + required + rangeCheck(name, "-2147483648", "2147483647");
-        case Byte: return name + " INT" + required + rangeCheck(name, "0", "255");
-        case Boolean: return name + " INT" + required + rangeCheck(name, "-32768", "32767");
+        case Integer:
+        case Long:
+        case Byte:
+        case Boolean: return name + " INT" + required + rangeCheck(name, column.type);
         case Single: return name + " REAL" + required;
         case Text:
         case Memo: break;
@@ -224,7 +236,7 @@ std::string createTableSql(const Table& table) {
     std::string sql = "CREATE TABLE " + bracketed(table.name) + " (";
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         if (i > 0) sql += ", ";
-        sql += columnSql(table.columns[i], isKeyPart(table, table.columns[i].name));
+        sql += columnSql(table.columns[i], !table.nullAllowed || isKeyPart(table, table.columns[i].name));
     }
     return sql + ") STRICT";
 }

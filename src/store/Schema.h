@@ -49,6 +49,7 @@ struct Table {
     std::span<const Column> columns;
     std::span<const Index> indexes;
     RowSet rowSet = RowSet::Free;
+    bool nullAllowed = true;  ///< outside the key; the key's fields never hold null
 
     /// Ordinal of a column, looked up without regard to case; -1 where there is none.
     [[nodiscard]] int columnIndex(std::string_view column) const;
@@ -61,6 +62,13 @@ struct Table {
 /// A table by name, without regard to case. Asserts that it exists.
 [[nodiscard]] const Table& tableNamed(std::span<const Table> tables, std::string_view name);
 
+/// The whole numbers that a column takes.
+struct NumberRange {
+    std::int32_t least;
+    std::int32_t greatest;
+};
+[[nodiscard]] NumberRange rangeOf(ColumnType type);
+
 /// In the header of the file: "QRVc" for a configuration, "QRVf" for a function catalogue. On disk: never renumber.
 inline constexpr std::int32_t kConfigurationApplicationId = 0x51525663;
 inline constexpr std::int32_t kCatalogueApplicationId = 0x51525666;
@@ -69,15 +77,17 @@ inline constexpr std::int32_t kCatalogueUserVersion = 1;
 
 /// The CREATE TABLE statement: STRICT, with a CHECK for all that the column refuses.
 [[nodiscard]] std::string createTableSql(const Table& table);
+/// True for a column that stands in one of the table's indexes.
+[[nodiscard]] bool isKeyPart(const Table& table, std::string_view column);
 /// The CREATE INDEX statement of one index.
 [[nodiscard]] std::string createIndexSql(const Table& table, const Index& index);
-/// One column as it stands in CREATE TABLE.
-[[nodiscard]] std::string columnSql(const Column& column, bool isKeyPart);
+/// One column as it stands in CREATE TABLE. @param isRequired  refuses null
+[[nodiscard]] std::string columnSql(const Column& column, bool isRequired);
 /// A name in brackets, as SQL takes it.
 [[nodiscard]] std::string bracketed(std::string_view name);
 
 /// True for two ASCII texts that differ at most in case.
-[[nodiscard]] constexpr bool equalIgnoringCase(std::string_view a, std::string_view b) {
+[[nodiscard]] constexpr bool sameName(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
     const auto folded = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
     for (std::size_t i = 0; i < a.size(); ++i) {

@@ -36,7 +36,7 @@ std::string plainName(const std::string& path) { return path.starts_with('/') ? 
 
 int openFlags(Sqlite::Mode mode) {
     switch (mode) {
-        case Sqlite::Mode::Create: return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+        case Sqlite::Mode::Memory: return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY;
         case Sqlite::Mode::ReadWrite: return SQLITE_OPEN_READWRITE;
         case Sqlite::Mode::ReadOnly: return SQLITE_OPEN_READONLY;
     }
@@ -102,6 +102,14 @@ std::optional<std::string> Sqlite::textOf(const std::string& sql) {
 std::int64_t Sqlite::lastRowId() const { return sqlite3_last_insert_rowid(handle_.get()); }
 
 bool Sqlite::inTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
+
+std::string Sqlite::bytes() const {
+    sqlite3_int64 size = 0;
+    const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> copy(
+        sqlite3_serialize(handle_.get(), "main", &size, 0), &sqlite3_free);
+    if (!copy) raise(SQLITE_NOMEM, "written");
+    return {reinterpret_cast<const char*>(copy.get()), static_cast<std::size_t>(size)};
+}
 
 void Sqlite::raise(int resultCode, std::string_view doing) const {
     const char* reason = handle_ && sqlite3_errcode(handle_.get()) != SQLITE_OK ? sqlite3_errmsg(handle_.get())

@@ -17,11 +17,11 @@ class Statement;
 
 class Sqlite {
  public:
-    enum class Mode { Create, ReadWrite, ReadOnly };
+    enum class Mode { Memory, ReadWrite, ReadOnly };
 
     Sqlite() = default;
-    /// Opens the file. `path` is a file name and never taken as a URI. Journals stay in memory, for the file is a work
-    /// copy of this program alone.
+    /// Opens the file, or with Mode::Memory a new database in memory. `path` is a file name and never taken as a URI.
+    /// Journals stay in memory, for the file is a work copy of this program alone.
     Sqlite(const std::string& path, Mode mode);
 
     [[nodiscard]] bool isOpen() const { return handle_ != nullptr; }
@@ -36,6 +36,8 @@ class Sqlite {
     [[nodiscard]] std::optional<std::string> textOf(const std::string& sql);
     [[nodiscard]] std::int64_t lastRowId() const;
     [[nodiscard]] bool inTransaction() const;
+    /// The whole database as the bytes of its file.
+    [[nodiscard]] std::string bytes() const;
     [[nodiscard]] const std::string& path() const { return path_; }
 
     /// Raises the error of a result code, with the file's name and the engine's reason.
@@ -62,6 +64,8 @@ class Statement {
     void bindReal(int parameter, double value);
     void bindText(int parameter, std::string_view utf8);
     void bindNull(int parameter);
+
+    [[nodiscard]] bool isPrepared() const { return handle_ != nullptr; }
 
     /// Steps to the next row. False: no more rows. Raises on an error.
     [[nodiscard]] bool step();

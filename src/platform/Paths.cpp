@@ -1,0 +1,44 @@
+#include "platform/Paths.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace qrv {
+
+std::size_t lastSeparator(std::string_view path) { return path.find_last_of("/\\"); }
+
+std::string folderOf(std::string_view path) {
+    const std::size_t mark = lastSeparator(path);
+    if (mark == std::string_view::npos) return {};
+    return std::string(path.substr(0, mark == 0 ? 1 : mark));
+}
+
+std::string fileNameOf(std::string_view path) {
+    const std::size_t mark = lastSeparator(path);
+    return std::string(mark == std::string_view::npos ? path : path.substr(mark + 1));
+}
+
+std::string withCleanSeparators(std::string_view path) {
+    std::string clean;
+    for (const char c : path) {
+        const bool isMark = c == '/' || c == '\\';
+        if (isMark && clean.ends_with('/')) continue;
+        clean += isMark ? '/' : c;
+    }
+    if (clean.size() > 1 && clean.ends_with('/')) clean.pop_back();
+    return clean;
+}
+
+std::string joinedPath(std::string_view folder, std::string_view name) {
+    if (folder.empty()) return std::string(name);
+    return std::string(folder) + (folder.ends_with('/') ? "" : "/") + std::string(name);
+}
+
+std::string absolutePath(const std::string& path) {
+    if (path.empty()) return {};
+    std::error_code fault;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, fault);
+    return fault ? path : absolute.lexically_normal().string();
+}
+
+}  // namespace qrv

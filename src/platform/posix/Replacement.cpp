@@ -1,0 +1,113 @@
+#include "platform/posix/Replacement.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <system_error>
+
+namespace qrv {
+
+namespace {
+
+constexpr mode_t kPermissionBits = 0777;
+constexpr int kMostLinks = 40;
+constexpr int kMostNames = 100;
+
+/// Where the chain of symbolic links that begins at `path` ends; the end need not exist.
+std::string endOfLinks(const std::string& path) {
+    std::filesystem::path end = path;
+    for (int i = 0; i < kMostLinks; ++i) {
+        std::error_code fault;
+        if (!std::filesystem::is_symlink(end, fault)) break;
+        const std::filesystem::path next = std::filesystem::read_symlink(end, fault);
+        if (fault) break;
+        end = next.is_absolute() ? next : end.parent_path() / next;
+    }
+    return end.string();
+}
+
+std::string systemFolderOf(const std::string& path) {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    return folder.empty() ? "." : folder.string();
+}
+
+}  // namespace
+
+FileResult faultOf(int code, const char* operation, const std::string& path) {
+    const std::string words = std::generic_category().message(code);
+    return FileFault{code, std::string("cannot ") + operation + " " + path + ": " + words};
+}
+
+FileResult lastFault(const char* operation, const std::string& path) { return faultOf(errno, operation, path); }
+
+Replacement::Replacement(const std::string& path) : target_(endOfLinks(path)), folder_(systemFolderOf(target_)) {}
+
+Replacement::~Replacement() {
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+FileResult Replacement::inspectTarget() {
+    struct stat state {};
+    if (uninterrupted([&] { return ::lstat(target_.c_str(), &state); }) < 0) {
+        return errno == ENOENT ? FileResult{} : lastFault("look at", target_);
+    }
+    if (S_ISDIR(state.st_mode)) return faultOf(EISDIR, "replace", target_);
+    if (S_ISLNK(state.st_mode)) return faultOf(ELOOP, "replace", target_);
+    if (!S_ISREG(state.st_mode)) return faultOf(EINVAL, "replace", target_);
+    if ((state.st_mode & S_IWUSR) == 0) return faultOf(EACCES, "replace", target_);
+    targetMode_ = state.st_mode & kPermissionBits;
+    targetOwner_ = state.st_uid;
+    targetGroup_ = state.st_gid;
+    return {};
+}
+
+FileResult Replacement::begin() {
+    if (FileResult found = inspectTarget()) return found;
+    std::random_device random;
+    for (int i = 0; i < kMostNames; ++i) {
+        const std::string name = folder_ + "/.qrv" + std::to_string(random()) + ".tmp";
+        constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+        descriptor_ = Descriptor(uninterrupted([&] { return ::open(name.c_str(), kFlags, S_IRUSR | S_IWUSR); }));
+        if (descriptor_.isOpen()) {
+            temporary_ = name;
+            return {};
+        }
+        if (errno != EEXIST) break;
+    }
+    return lastFault("make a file in", folder_);
+}
+
+FileResult Replacement::write(std::string_view bytes) {
+    return writeAll(descriptor_.number(), bytes) ? FileResult{} : lastFault("write", target_);
+}
+
+FileResult Replacement::flushFolder() const {
+    const Descriptor folder(uninterrupted([&] { return ::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!folder.isOpen()) return lastFault("open the folder", folder_);
+    const bool isFlushed = uninterrupted([&] { return ::fsync(folder.number()); }) == 0;
+    // Some file systems have no flush of a folder and say so by these two.
+    if (isFlushed || errno == EINVAL || errno == ENOTSUP) return {};
+    return lastFault("flush the folder", folder_);
+}
+
+FileResult Replacement::commit(mode_t mode, Durability durability) {
+    const int number = descriptor_.number();
+    const bool hasOtherOwner = targetMode_ && (targetOwner_ != ::geteuid() || targetGroup_ != ::getegid());
+    // Only the superuser may give a file away; for anybody else the new file simply is his own.
+    if (hasOtherOwner && ::fchown(number, targetOwner_, targetGroup_) < 0 && errno != EPERM) {
+        return lastFault("set the owner of", target_);
+    }
+    if (uninterrupted([&] { return ::fchmod(number, mode & kPermissionBits); }) < 0) {
+        return lastFault("set the permissions of", target_);
+    }
+    const bool isFlushed = durability == Durability::Flushed;
+    if (isFlushed && uninterrupted([&] { return ::fsync(number); }) < 0) return lastFault("flush", target_);
+    if (!descriptor_.closeChecked()) return lastFault("close", target_);
+    if (uninterrupted([&] { return std::rename(temporary_.c_str(), target_.c_str()); }) < 0) {
+        return lastFault("put in place", target_);
+    }
+    temporary_.clear();
+    return isFlushed ? flushFolder() : FileResult{};
+}
+
+}  // namespace qrv

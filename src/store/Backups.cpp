@@ -1,0 +1,82 @@
+#include "store/Backups.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/Files.h"
+
+namespace qrv {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kNoteSuffix = ".from";  // beside each copy: the path of the file that it could not be saved to
+constexpr int kMostTries = 1000;
+
+std::string stamp(const char* format, std::time_t time) {
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), format, &parts)};
+}
+
+std::string freeName(const fs::path& folder, const std::string& original, std::time_t now) {
+    const fs::path name(original);
+    const std::string stem = name.stem().string() + " " + stamp("%Y-%m-%d %H-%M-%S", now);
+    std::string tried = (folder / (stem + name.extension().string())).string();
+    for (int i = 2; exists(tried) && i < kMostTries; ++i) {
+        tried = (folder / (stem + " (" + std::to_string(i) + ")" + name.extension().string())).string();
+    }
+    return tried;
+}
+
+std::string noteOf(const std::string& copy) {
+    std::ifstream note(copy + kNoteSuffix, std::ios::binary);
+    std::string original;
+    std::getline(note, original, '\0');
+    return original;
+}
+
+std::string timeOf(const fs::path& copy) {
+    std::error_code ignored;
+    const auto written = fs::last_write_time(copy, ignored);
+    if (ignored) return {};
+    const auto systemTime = std::chrono::file_clock::to_sys(written);
+    return stamp("%Y-%m-%d %H:%M:%S",
+                 std::chrono::system_clock::to_time_t(
+                     std::chrono::time_point_cast<std::chrono::system_clock::duration>(systemTime)));
+}
+
+}  // namespace
+
+std::string keepBackup(const std::string& folder, const std::string& workFile, const std::string& original) {
+    std::error_code failed;
+    fs::create_directories(folder, failed);
+    if (failed) return {};
+    fs::permissions(folder, fs::perms::owner_all, failed);
+    const std::string copy = freeName(folder, original, std::time(nullptr));
+    if (copyFile(workFile, copy, Permissions::OwnerOnly)) return {};
+    // Without its note the copy is still whole, and listed.
+    static_cast<void>(writeWholeAtOnce(copy + kNoteSuffix, original));
+    return copy;
+}
+
+std::vector<Backup> backupsIn(const std::string& folder) {
+    std::vector<Backup> found;
+    std::error_code ignored;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+        const std::string path = entry.path().string();
+        if (entry.path().extension() == kNoteSuffix || !entry.is_regular_file(ignored)) continue;
+        found.push_back({path, noteOf(path), timeOf(entry.path())});
+    }
+    std::sort(found.begin(), found.end(),
+              [](const Backup& a, const Backup& b) { return a.time != b.time ? a.time < b.time : a.path < b.path; });
+    return found;
+}
+
+}  // namespace qrv

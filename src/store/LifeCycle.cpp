@@ -1,0 +1,190 @@
+#include "store/LifeCycle.h"
+
+#include <filesystem>
+
+#include "platform/FileDialog.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "store/Backups.h"
+#include "store/DefaultRows.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr const char* kWorkFilePrefix = "QRM";
+
+std::string askForFile(Workbench& bench, FileDialogKind kind, const std::string& initialName) {
+    const std::string chosen =
+        bench.platform.fileDialog.ask({.kind = kind, .filter = kConfigurationFilter, .initialName = initialName});
+    return chosen.empty() ? chosen : absolutePath(chosen);
+}
+
+/// The error as the user is to read it: of the file that was asked for, not of the copy that was being opened.
+RunTimeError aboutUsersFile(const RunTimeError& error, const std::string& workFile, const std::string& path,
+                            const FileResult& copied) {
+    if (copied) return {ErrorNumber::CouldNotOpenFile, path + " could not be opened: " + copied->text + "."};
+    std::string description = error.description();
+    const auto place = workFile.empty() ? std::string::npos : description.find(workFile);
+    if (place != std::string::npos) description.replace(place, workFile.size(), path);
+    return {error.number(), description};
+}
+
+void deleteWorkFile(const std::string& path) {
+    if (path.empty() || !exists(path)) return;
+    // What can't be deleted stays behind; the next file gets another name.
+    static_cast<void>(setReadOnly(path, false));
+    static_cast<void>(removeFile(path));
+}
+
+void makeWorkCopyName(Workbench& bench) {
+    try {
+        bench.WorkFileName = MakeWorkFileName(bench);
+    } catch (const RunTimeError& error) {
+        bench.WorkFileName.clear();
+        bench.platform.messageBox.say(std::to_string(error.code()) + " " + error.description());
+    }
+}
+
+void openWorkCopy(Workbench& bench, const std::string& path, const FileResult& copied) {
+    try {
+        if (bench.WorkFileName.empty()) throw RunTimeError(ErrorNumber::CouldNotOpenFile);
+        // The upgrade itself tests again; this early look decides nothing.
+        static_cast<void>(bench.db.TestVisioComments(bench.WorkFileName));
+        bench.db.open_existing_database(bench.WorkFileName);
+    } catch (const RunTimeError& error) {
+        const RunTimeError told = aboutUsersFile(error, bench.WorkFileName, path, copied);
+        // Nothing of the user's stands in it.
+        deleteWorkFile(bench.WorkFileName);
+        throw told;
+    }
+}
+
+std::string titleOf(const Workbench& bench) {
+    return "QRV Edit - " + bench.CurrentFileName + (bench.IsReadOnlyFile ? " - READ ONLY" : "");
+}
+
+bool mayReplace(Workbench& bench, const Notice& question) {
+    return bench.platform.messageBox.ask(question) == Answer::Yes;
+}
+
+/// The work goes to the user's file; where that fails, to the folder for backups. False: it is nowhere but in the work
+/// file.
+bool storeWork(Workbench& bench, const std::string& target, FileResult& written) {
+    written = copyFile(bench.WorkFileName, target, Permissions::OfTarget);
+    return !written || !keepBackup(bench.places.backups, bench.WorkFileName, target).empty();
+}
+
+}  // namespace
+
+std::string absolutePath(const std::string& path) {
+    std::error_code ignored;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, ignored);
+    return ignored ? path : absolute.lexically_normal().string();
+}
+
+std::string MakeWorkFileName(Workbench& bench) {
+    return makeTemporaryName(bench.places.work, kWorkFilePrefix, bench.WorkFileName);
+}
+
+void LoadFnOfBlock(Workbench& bench) {
+    std::size_t ordinal = 0;
+    bench.db.BlockMoveFirst();
+    while (!bench.db.BlockEOF()) {
+        bench.FnOfBlock.at(ordinal++) = bench.db.BlockFn();
+        bench.db.BlockMoveNext();
+    }
+}
+
+void OpenConfiguration(Workbench& bench, const std::string& givenPath) {
+    const std::string path = absolutePath(givenPath);
+    makeWorkCopyName(bench);
+    FileResult copied;
+    if (!bench.WorkFileName.empty()) {
+        copied = copyFile(path, bench.WorkFileName, Permissions::OwnerOnly, Durability::Unflushed);
+    }
+    openWorkCopy(bench, path, copied);
+    // A window that can't be filled keeps no file from being opened.
+    ignoringErrors([&bench] { bench.windows.loadBoardTexts(); });
+    bench.IsReadOnlyFile = bench.db.ReadOnlyFile();
+    LoadFnOfBlock(bench);
+    bench.windows.addRecentFile(path);
+    bench.CurrentFileName = path;
+    bench.TitleText = titleOf(bench);
+    bench.FileIsOpen = true;
+    bench.windows.showOpened();
+}
+
+void CloseConfiguration(Workbench& bench, Answer answer) {
+    // A read-only file refuses the board texts; the other steps run all the same.
+    ignoringErrors([&bench] { bench.windows.storeBoardTexts(); });
+    if (bench.WorkFileName.empty()) return;
+    bench.db.close_work_dbs();
+    FileResult written;
+    const bool isKept =
+        answer != Answer::Yes || bench.IsReadOnlyFile || storeWork(bench, bench.CurrentFileName, written);
+    if (isKept) deleteWorkFile(bench.WorkFileName);
+}
+
+bool newFileDialog(Workbench& bench) {
+    bench.DialogResultOpen = false;
+    bench.FileIsOpen = false;
+    const std::string path = askForFile(bench, FileDialogKind::Save, "");
+    if (path.empty()) return false;
+    if (exists(path) &&
+        !mayReplace(bench, {.text = "Replace " + path + "\n" + path + " Already Exists", .buttons = Buttons::YesNo})) {
+        return false;
+    }
+    for (std::int16_t block = 0; block < kBlockCount; ++block) {
+        bench.FnOfBlock[static_cast<std::size_t>(block)] = defaultFunction(block);
+    }
+    // Takes the old file's place in one step: should it fail, the old file is still there.
+    bench.db.create_new_database(path);
+    OpenConfiguration(bench, path);
+    bench.DialogResultOpen = true;
+    return true;
+}
+
+bool openByName(Workbench& bench, const std::string& path) {
+    const std::string absolute = absolutePath(path);
+    if (!exists(absolute)) {
+        bench.platform.messageBox.say(absolute + " Does Not Exist");
+        return false;
+    }
+    OpenConfiguration(bench, absolute);
+    bench.DialogResultOpen = true;
+    return true;
+}
+
+bool openFileDialog(Workbench& bench) {
+    bench.DialogResultOpen = false;
+    bench.FileIsOpen = false;
+    const std::string path = askForFile(bench, FileDialogKind::Open, "");
+    return !path.empty() && openByName(bench, path);
+}
+
+std::string GetMDBName(Workbench& bench) { return askForFile(bench, FileDialogKind::Open, ""); }
+
+SaveAsResult saveConfigurationAs(Workbench& bench) {
+    std::string chosen = askForFile(bench, FileDialogKind::Save, bench.CurrentFileName);
+    if (chosen.empty()) chosen = bench.CurrentFileName;
+    if (chosen == bench.CurrentFileName) return SaveAsResult::SameName;
+    if (exists(chosen) && !mayReplace(bench, {.text = chosen + " already exists.\nDo you want to replace it?",
+                                              .title = "Save AS",
+                                              .buttons = Buttons::YesNo,
+                                              .icon = Icon::Warning})) {
+        return SaveAsResult::Nothing;
+    }
+    bench.db.close_work_dbs();
+    FileResult written;
+    if (storeWork(bench, chosen, written)) deleteWorkFile(bench.WorkFileName);
+    // To open what stands under that name now would pass another file off as the user's work.
+    if (written) {
+        throw RunTimeError(ErrorNumber::PathAccessError, chosen + " could not be written: " + written->text + ".");
+    }
+    bench.CurrentFileName = chosen;
+    OpenConfiguration(bench, chosen);
+    return SaveAsResult::Saved;
+}
+
+}  // namespace qrv

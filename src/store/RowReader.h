@@ -1,0 +1,37 @@
+// Reads the rows of one table in stored order, and checks every value against the schema: the engine's own check passes
+// files whose bytes were changed. Refuses with one sentence that names file, table, row and reason.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "store/Recordset.h"
+#include "store/Sqlite.h"
+
+namespace qrv {
+
+class RowReader {
+ public:
+    RowReader(const Table& table, Sqlite& file);
+
+    [[nodiscard]] bool next();
+    [[nodiscard]] std::int64_t rowId() const { return rowId_; }
+    [[nodiscard]] std::vector<Value> takeValues();
+    /// Raises 3343 for the current row.
+    [[noreturn]] void refuse(const std::string& reason) const;
+
+ private:
+    [[nodiscard]] Value valueOf(std::size_t column) const;
+    [[nodiscard]] Value numberOf(std::size_t column) const;
+    [[nodiscard]] Value textOf(std::size_t column) const;
+    [[noreturn]] void refuseColumn(std::size_t column, const std::string& reason) const;
+
+    const Table& table_;
+    Sqlite& file_;
+    Statement rows_;
+    std::int64_t rowId_ = 0;
+    std::int32_t count_ = 0;
+};
+
+}  // namespace qrv
