@@ -3,6 +3,7 @@
 // the form says otherwise; captions are UTF-8.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,12 @@ struct Choice {
     bool value = false;
     bool visible = true;
     bool enabled = true;
+};
+
+/// Ticks each interval while it is enabled: the view calls the form's tick routine.
+struct Timer {
+    std::chrono::milliseconds interval{0};
+    bool enabled = false;
 };
 
 /// A menu entry; "-" is a separator.

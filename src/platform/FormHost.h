@@ -43,6 +43,8 @@ class FormHost {
 
     /// Loads the form if it isn't loaded, shows it, and comes back when it has been hidden or unloaded.
     virtual void showModal(Form& form) = 0;
+    /// Loads the form if it isn't loaded, and shows nothing. A host that doesn't, loads it when it is first shown.
+    virtual void load(Form&) {}
     /// Loads the form if it isn't loaded, and shows it beside the others.
     virtual void show(Form& form) = 0;
     virtual void hide(Form& form) = 0;

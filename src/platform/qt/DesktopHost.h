@@ -32,6 +32,7 @@ class DesktopHost final : public FormHost {
     [[nodiscard]] bool hasViewOf(const std::string& formName) const { return factories_.contains(formName); }
 
     void showModal(Form& form) override;
+    void load(Form& form) override { loaded(form); }
     void show(Form& form) override;
     void hide(Form& form) override;
     void unload(Form& form) override;

@@ -108,6 +108,10 @@ void FormView::keyPressEvent(QKeyEvent* event) {
         default_->click();
         return;
     }
+    if (event->key() == Qt::Key_Escape && cancel_ && cancel_->isEnabled() && cancel_->isVisible()) {
+        cancel_->click();
+        return;
+    }
     QMainWindow::keyPressEvent(event);
 }
 

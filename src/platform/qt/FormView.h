@@ -59,6 +59,7 @@ class FormView : public QMainWindow {
     QAbstractButton* addOption(const QString& name, Choice& source, const Event& clicked);
     QAbstractButton* addCheck(const QString& name, Choice& source, const Event& clicked);
     GridView* addGrid(Grid& source);
+    void addTimer(const Timer& source, const Event& tick);
     /// A menu entry that follows the form's; "-" is a separator.
     QAction* addEntry(QMenu* menu, const MenuEntry& source, const Event& triggered);
     /// A menu entry that stays as it is.
@@ -73,6 +74,8 @@ class FormView : public QMainWindow {
 
     /// Enter, where no widget takes it, clicks this one.
     void setDefaultButton(QPushButton* button);
+    /// Esc, where no widget takes it, clicks this one.
+    void setCancelButton(QPushButton* button) { cancel_ = button; }
     /// Tells the form of Enter and Escape pressed in `widget`; the given routine says whether it took the key.
     void watchKeys(QWidget* widget, std::function<bool(Key)> pressed);
     /// A double click in `widget`.
@@ -105,6 +108,7 @@ class FormView : public QMainWindow {
     std::vector<GridView*> grids_;
     std::vector<Watch> watches_;
     QPushButton* default_ = nullptr;
+    QPushButton* cancel_ = nullptr;
     int busy_ = 0;
     bool mirroring_ = false;
     bool retired_ = false;

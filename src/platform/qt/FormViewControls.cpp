@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <algorithm>
 
 #include "platform/qt/FormView.h"
@@ -209,6 +210,18 @@ GridView* FormView::addGrid(Grid& source) {
     });
     addMirror([grid] { grid->refresh(); });
     return grid;
+}
+
+void FormView::addTimer(const Timer& source, const Event& tick) {
+    auto* timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [this, tick] { tell(tick); });
+    addMirror([timer, &source] {
+        if (!source.enabled) {
+            timer->stop();
+        } else if (!timer->isActive() || timer->intervalAsDuration() != source.interval) {
+            timer->start(source.interval);
+        }
+    });
 }
 
 QAction* FormView::addEntry(QMenu* menu, const MenuEntry& source, const Event& triggered) {

@@ -16,9 +16,10 @@ namespace qrv {
 
 namespace {
 
-constexpr int kArrowWidth = 18;       // pixels
-constexpr int kRowPadding = 2;        // pixels above and below a line of text, together
-constexpr double kMostStretch = 2.2;  // columns grow no further than this
+constexpr int kArrowWidth = 18;        // pixels
+constexpr int kRowPadding = 2;         // pixels above and below a line of text, together
+constexpr double kLeastStretch = 0.8;  // columns shrink no further before the grid scrolls sideways
+constexpr double kMostStretch = 2.2;   // columns grow no further than this
 constexpr int kRowsInHint = 12;
 constexpr int kRowsAtLeast = 3;
 
@@ -166,7 +167,7 @@ void GridView::applyColWidths() {
     for (int col = fixed; col < grid_->cols(); ++col) total += widthOf(col);
     const int room = viewport()->width();
     const double stretch =
-        fillsWidth_ && total > 0 ? std::clamp(static_cast<double>(room) / total, 1.0, kMostStretch) : 1.0;
+        fillsWidth_ && total > 0 ? std::clamp(static_cast<double>(room) / total, kLeastStretch, kMostStretch) : 1.0;
     int done = 0;
     int before = 0;
     shownWidths_.resize(static_cast<std::size_t>(grid_->cols()), -1);
@@ -245,7 +246,9 @@ void GridView::keyPressEvent(QKeyEvent* event) {
     }
     const bool ticks = grid_->colKind(grid_->col()) == ColumnKind::CheckBox;
     if (key == Key::F2 || key == Key::Enter) {
-        event->accept();
+        // Where nothing can be edited, Enter is the default button's.
+        event->setAccepted(ticks || grid_->editable());
+        if (!event->isAccepted()) return;
         ticks ? tick() : startEdit(std::nullopt);
         return;
     }
