@@ -5,7 +5,6 @@
 #include <map>
 #include <vector>
 
-#include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "store/DefaultRows.h"
 #include "store/TableWriter.h"
@@ -82,18 +81,6 @@ void checkTable(Sqlite& file, const Table& table, std::map<std::string, SchemaEn
     }
 }
 
-/// The columns that tell one row of a fixed table from the others: its key, or the first column of a list.
-std::vector<std::size_t> identityOf(const Table& table) {
-    std::vector<std::size_t> columns;
-    for (const Index& index : table.indexes) {
-        for (std::size_t part = 0; part < index.partCount(); ++part) {
-            columns.push_back(static_cast<std::size_t>(table.columnIndex(index.parts[part])));
-        }
-    }
-    if (columns.empty() && table.name == "Pager") columns.push_back(0);
-    return columns;
-}
-
 std::string orderedByKey(const Table& table, const std::vector<std::size_t>& columns) {
     std::string names;
     for (const std::size_t column : columns) {
@@ -123,19 +110,6 @@ void checkRows(Sqlite& file, const Table& table) {
 
 bool mayBeMissing(const Table& table) {
     return std::find(kAddedLater.begin(), kAddedLater.end(), table.name) != kAddedLater.end();
-}
-
-void makeConfigurationFile(const std::string& path) {
-    Sqlite file(path, Sqlite::Mode::Memory);
-    file.execute("PRAGMA application_id = " + std::to_string(kConfigurationApplicationId) +
-                 "; PRAGMA user_version = " + std::to_string(kConfigurationUserVersion));
-    Transaction transaction(file);
-    for (const Table& table : configurationTables()) addTable(file, table);
-    for (const Table& table : configurationTables()) addDefaultRows(file, table);
-    transaction.commit();
-    if (const FileResult fault = writeWholeAtOnce(path, file.bytes())) {
-        throw RunTimeError(ErrorNumber::PathAccessError, path + " could not be made: " + fault->text + ".");
-    }
 }
 
 void compareWithSchema(Sqlite& file) {
@@ -179,10 +153,10 @@ void addTable(Sqlite& file, const Table& table) {
     for (const Index& index : table.indexes) file.execute(createIndexSql(table, index));
 }
 
-void addDefaultRows(Sqlite& file, const Table& table) {
+void addRows(Sqlite& file, const Table& table, std::span<const std::vector<Value>> rows) {
     Transaction transaction(file);
     TableWriter writer(table, file);
-    for (const std::vector<Value>& row : defaultRows(table)) writer.insert(row);
+    for (const std::vector<Value>& row : rows) writer.insert(row);
     transaction.commit();
 }
 

@@ -1,9 +1,12 @@
-// A configuration as a file of the engine: made, compared with the schema before a row is read, and upgraded. Used by
-// db1 alone.
+// A configuration as a file of the engine: its tables made, compared with the schema before a row is read, and
+// upgraded. Used within the store.
 #pragma once
 
+#include <span>
 #include <string>
+#include <vector>
 
+#include "store/Recordset.h"
 #include "store/Schema.h"
 #include "store/Sqlite.h"
 
@@ -11,9 +14,6 @@ namespace qrv {
 
 /// Which tables an older file may lack; they are added when it is opened.
 [[nodiscard]] bool mayBeMissing(const Table& table);
-
-/// Makes a configuration with all tables and default rows, whole or not at all. Raises where the file can't be written.
-void makeConfigurationFile(const std::string& path);
 
 /// Raises 3343 unless the file is one of ours: its mark, its tables, their columns and their indexes are exactly those
 /// of the schema, but for what an older file may lack.
@@ -26,6 +26,6 @@ void checkFixedRows(Sqlite& file);
 /// Adds the second block comment, "" in every row.
 void addVisioComment(Sqlite& file);
 void addTable(Sqlite& file, const Table& table);
-void addDefaultRows(Sqlite& file, const Table& table);
+void addRows(Sqlite& file, const Table& table, std::span<const std::vector<Value>> rows);
 
 }  // namespace qrv

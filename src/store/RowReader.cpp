@@ -10,9 +10,6 @@ namespace qrv {
 
 namespace {
 
-// The largest table of a full configuration has 5632 rows; a file that holds more than this is none of ours.
-constexpr std::int32_t kMostRows = 200'000;
-
 std::string selectSql(const Table& table) {
     std::string sql = "SELECT rowid";
     for (const Column& column : table.columns) sql += ", " + bracketed(column.name);
@@ -33,7 +30,7 @@ RowReader::RowReader(const Table& table, Sqlite& file) : table_(table), file_(fi
 bool RowReader::next() {
     if (!rows_.step()) return false;
     rowId_ = rows_.integer(0);
-    if (++count_ > kMostRows) refuse("is one too many for a file of this kind");
+    if (++count_ > kMostRowsOfTable) refuse("is one too many for a file of this kind");
     return true;
 }
 

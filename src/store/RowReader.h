@@ -11,6 +11,9 @@
 
 namespace qrv {
 
+/// The largest table of a full configuration has 5632 rows; a file that holds more than this is none of ours.
+inline constexpr std::int32_t kMostRowsOfTable = 200'000;
+
 class RowReader {
  public:
     RowReader(const Table& table, Sqlite& file);

@@ -182,6 +182,17 @@ int Table::columnIndex(std::string_view column) const {
     return -1;
 }
 
+std::vector<std::size_t> identityOf(const Table& table) {
+    std::vector<std::size_t> columns;
+    for (const Index& index : table.indexes) {
+        for (std::size_t part = 0; part < index.partCount(); ++part) {
+            columns.push_back(static_cast<std::size_t>(table.columnIndex(index.parts[part])));
+        }
+    }
+    if (columns.empty() && sameName(table.name, "Pager")) columns.push_back(0);
+    return columns;
+}
+
 NumberRange rangeOf(ColumnType type) {
     switch (type) {
         case Byte: return {0, 255};

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qrv {
 
@@ -61,6 +62,10 @@ struct Table {
 [[nodiscard]] std::span<const Table> catalogueTables();
 /// A table by name, without regard to case. Asserts that it exists.
 [[nodiscard]] const Table& tableNamed(std::span<const Table> tables, std::string_view name);
+
+/// The columns that tell a row of the table from the others: its key, or the number of a list without one. Empty for a
+/// table of one row.
+[[nodiscard]] std::vector<std::size_t> identityOf(const Table& table);
 
 /// The whole numbers that a column takes.
 struct NumberRange {

@@ -5,7 +5,9 @@
 
 #include "platform/Files.h"
 #include "platform/MessageBox.h"
+#include "store/ConfigurationContent.h"
 #include "store/ConfigurationFile.h"
+#include "store/DefaultRows.h"
 #include "store/Sqlite.h"
 
 namespace qrv {
@@ -20,7 +22,7 @@ bool tableIsMissing(Sqlite& file, std::string_view name) { return !hasTable(file
 
 void addTableWithRows(Sqlite& file, std::string_view name) {
     addTable(file, configurationTable(name));
-    addDefaultRows(file, configurationTable(name));
+    addRows(file, configurationTable(name), defaultRows(configurationTable(name)));
 }
 
 /// The engine's own check of pages and indexes; a file may be damaged and still pass.
@@ -91,7 +93,7 @@ void db1::close_database() {
 
 // --- the configuration ---
 
-void db1::create_new_database(const std::string& path) { makeConfigurationFile(path); }
+void db1::create_new_database(const std::string& path) { makeConfigurationFile(path, contentOfNewFile()); }
 
 std::int32_t db1::TestVisioComments(const std::string& path) {
     Sqlite file(path, Sqlite::Mode::ReadOnly);
