@@ -1,9 +1,8 @@
 #include "store/LifeCycle.h"
 
-#include <filesystem>
-
 #include "platform/FileDialog.h"
 #include "platform/Files.h"
+#include "platform/Paths.h"
 #include "platform/RunTimeError.h"
 #include "store/Backups.h"
 #include "store/DefaultRows.h"
@@ -76,12 +75,6 @@ bool storeWork(Workbench& bench, const std::string& target, FileResult& written)
 }
 
 }  // namespace
-
-std::string absolutePath(const std::string& path) {
-    std::error_code ignored;
-    const std::filesystem::path absolute = std::filesystem::absolute(path, ignored);
-    return ignored ? path : absolute.lexically_normal().string();
-}
 
 std::string MakeWorkFileName(Workbench& bench) {
     return makeTemporaryName(bench.places.work, kWorkFilePrefix, bench.WorkFileName);

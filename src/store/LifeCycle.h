@@ -37,7 +37,4 @@ bool openByName(Workbench& bench, const std::string& path);
 enum class SaveAsResult { Nothing, SameName, Saved };
 SaveAsResult saveConfigurationAs(Workbench& bench);
 
-/// The path with its folders from the root, for names given relative to the current folder.
-[[nodiscard]] std::string absolutePath(const std::string& path);
-
 }  // namespace qrv
