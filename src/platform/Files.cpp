@@ -18,7 +18,6 @@ namespace qrv {
 namespace {
 
 constexpr std::size_t kBufferBytes = 256 * 1024;
-constexpr mode_t kPermissionBits = 0777;
 constexpr mode_t kWriteBits = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t kPrivate = S_IRUSR | S_IWUSR;
 constexpr unsigned kTemporaryNames = 0x10000;

@@ -9,7 +9,6 @@ namespace qrv {
 
 namespace {
 
-constexpr mode_t kPermissionBits = 0777;
 constexpr int kMostLinks = 40;
 constexpr int kMostNames = 100;
 
@@ -90,13 +89,18 @@ FileResult Replacement::flushFolder() const {
     return lastFault("flush the folder", folder_);
 }
 
+void Replacement::keepOwner() {
+    if (targetOwner_ == ::geteuid() && targetGroup_ == ::getegid()) return;
+    const int number = descriptor_.number();
+    // Only the superuser may give a file away, and others only among their own groups. Where that is refused the new
+    // file is simply its writer's, which takes nothing from its content.
+    if (::fchown(number, targetOwner_, targetGroup_) == 0) return;
+    if (::fchown(number, static_cast<uid_t>(-1), targetGroup_) == 0) return;
+}
+
 FileResult Replacement::commit(mode_t mode, Durability durability) {
     const int number = descriptor_.number();
-    const bool hasOtherOwner = targetMode_ && (targetOwner_ != ::geteuid() || targetGroup_ != ::getegid());
-    // Only the superuser may give a file away; for anybody else the new file simply is his own.
-    if (hasOtherOwner && ::fchown(number, targetOwner_, targetGroup_) < 0 && errno != EPERM) {
-        return lastFault("set the owner of", target_);
-    }
+    if (targetMode_) keepOwner();
     if (uninterrupted([&] { return ::fchmod(number, mode & kPermissionBits); }) < 0) {
         return lastFault("set the permissions of", target_);
     }

@@ -13,6 +13,8 @@
 
 namespace qrv {
 
+inline constexpr mode_t kPermissionBits = 0777;
+
 class Replacement {
  public:
     /// Follows links to the file that is meant.
@@ -32,6 +34,7 @@ class Replacement {
 
  private:
     [[nodiscard]] FileResult inspectTarget();
+    void keepOwner();
     [[nodiscard]] FileResult flushFolder() const;
 
     std::string target_;
