@@ -47,7 +47,10 @@ void makeWorkCopyName(Workbench& bench) {
 
 void openWorkCopy(Workbench& bench, const std::string& path, const FileResult& copied) {
     try {
-        if (bench.WorkFileName.empty()) throw RunTimeError(ErrorNumber::CouldNotOpenFile);
+        if (bench.WorkFileName.empty()) {
+            throw RunTimeError(ErrorNumber::CouldNotOpenFile,
+                               path + " could not be opened: no work file could be made in " + bench.places.work + ".");
+        }
         // The upgrade itself tests again; this early look decides nothing.
         static_cast<void>(bench.db.TestVisioComments(bench.WorkFileName));
         bench.db.open_existing_database(bench.WorkFileName);

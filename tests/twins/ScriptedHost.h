@@ -1,0 +1,92 @@
+// A host of forms without windows: it keeps the order of load, activate and unload, and a test plays the user of each
+// modal form. A modal form that no script waits for fails the test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/FormHost.h"
+
+namespace qrv {
+
+class ScriptedHost final : public FormHost {
+ public:
+    using User = std::function<void(Form&)>;
+
+    ~ScriptedHost() override {
+        for (const auto& [name, user] : users_) ADD_FAILURE() << "the form " << name << " never came up";
+    }
+
+    /// Plays the user of the next modal showing of the named form, from its activation on.
+    void onModal(std::string name, User user) { users_.emplace_back(std::move(name), std::move(user)); }
+
+    void showModal(Form& form) override {
+        comeUp(form);
+        if (!isVisible(form)) return;  // it went away by itself as it came up
+        const auto user =
+            std::find_if(users_.begin(), users_.end(), [&](const auto& u) { return u.first == form.name(); });
+        if (user == users_.end()) {
+            ADD_FAILURE() << "an unexpected modal form: " << form.name();
+        } else {
+            const User play = std::move(user->second);
+            users_.erase(user);
+            play(form);
+        }
+        EXPECT_FALSE(isVisible(form)) << form.name() << " was left open";
+        if (isVisible(form)) unload(form);
+    }
+    void show(Form& form) override { comeUp(form); }
+    void hide(Form& form) override { std::erase(visible_, &form); }
+    void unload(Form& form) override {
+        hide(form);
+        if (std::erase(loaded_, &form) == 0) return;
+        form.unload();
+        happened.push_back("unload " + form.name());
+    }
+    [[nodiscard]] bool isVisible(const Form& form) const override {
+        return std::find(visible_.begin(), visible_.end(), &form) != visible_.end();
+    }
+    void refresh(Form& form) override { happened.push_back("refresh " + form.name()); }
+    void endProgram(int exitCode) override {
+        while (!loaded_.empty()) unload(*loaded_.back());
+        ended = exitCode;
+    }
+
+    /// The user closes the window by its frame. Gives true if the form went away.
+    bool close(Form& form) {
+        if (!form.queryUnload(UnloadMode::ByUser)) return !isVisible(form);
+        unload(form);
+        return true;
+    }
+    [[nodiscard]] bool isLoaded(const Form& form) const {
+        return std::find(loaded_.begin(), loaded_.end(), &form) != loaded_.end();
+    }
+
+    std::vector<std::string> happened;  ///< "load x", "activate x", "unload x", "refresh x"
+    std::optional<int> ended;           ///< the exit code, once the program was ended
+
+ private:
+    void comeUp(Form& form) {
+        if (!isLoaded(form)) {
+            loaded_.push_back(&form);
+            happened.push_back("load " + form.name());
+            form.load();
+        }
+        if (!isVisible(form)) visible_.push_back(&form);
+        happened.push_back("activate " + form.name());
+        form.activate();
+    }
+
+    std::deque<std::pair<std::string, User>> users_;
+    std::vector<Form*> loaded_;
+    std::vector<Form*> visible_;
+};
+
+}  // namespace qrv
