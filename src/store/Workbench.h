@@ -20,6 +20,8 @@ inline constexpr std::int16_t kSlotCount = 7;
 inline constexpr std::int16_t kBlocksPerSlot = 15;
 /// The function of an empty block.
 inline constexpr std::int16_t kNop = 127;
+/// Outputs of one kind that a picker lists, the main output among them.
+inline constexpr std::size_t kMostListedOutputs = 100;
 /// A frame's greatest length, bytes.
 inline constexpr std::size_t kFrameCapacity = 301;
 
@@ -71,6 +73,13 @@ struct Workbench {
     std::array<std::string, kSlotCount> BoardText{};    ///< the hardware grid's texts
     std::int16_t WantedFunction = 0;                    ///< which function frmBlock asks a block of
     std::int16_t ChosenBlock = 0;                       ///< its answer; 0 after a cancel
+
+    // --- the item pickers ---
+    std::int16_t PickedOutput = 0;  ///< place picked in a list of outputs; 0 is the main output
+    bool PickedAnalog = true;       ///< it is a place in the list of analog outputs
+    /// Short names of the listed outputs, by place.
+    std::array<std::string, kMostListedOutputs> AuxAnalogShort{};
+    std::array<std::string, kMostListedOutputs> AuxDiscreteShort{};
 
     // --- the serial line ---
     std::int16_t comm_port = 1;

@@ -1,0 +1,139 @@
+#include "blocks/BlockInputs.h"
+
+#include "blocks/BlockRef.h"
+#include "blocks/TypedNumber.h"
+#include "blocks/frmAaboPick.h"
+#include "platform/CodePage.h"
+#include "platform/Grid.h"
+#include "platform/MessageBox.h"
+#include "platform/Numerals.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+namespace {
+
+enum Column { kNumber, kBlock, kOutput, kDescription, kSource, kKind };
+
+// In the catalogue.
+constexpr std::int16_t kAnalogInput = 1;
+constexpr std::int16_t kDiscreteInput = 2;
+
+constexpr const char* kMain = "MAIN";
+constexpr std::size_t kLongDescription = 28;  // characters
+constexpr int kRowHeight = 220;
+constexpr int kHighRow = 440;
+
+/// Without " INPUT" and all behind it, unless the text begins with that.
+std::string withoutInput(const std::string& description) {
+    const std::size_t place = description.find(" INPUT", 1);
+    return place == std::string::npos ? description : description.substr(0, place);
+}
+
+std::string kindLetter(std::int16_t inputType) {
+    switch (inputType) {
+        case kAnalogInput: return "A";
+        case kDiscreteInput: return "D";
+        default: return "";
+    }
+}
+
+}  // namespace
+
+void BlockInputs::layOut() {
+    int col = 0;
+    for (const int width : {300, 450, 750, 1775, 1000, 400}) fg2_.setColWidth(col++, width);
+    fg2_.setText(0, kBlock, "BLK");
+    fg2_.setText(0, kOutput, "OUTPUT");
+    fg2_.setText(0, kDescription, "DESCRIPTION");
+    fg2_.setText(0, kSource, "SOURCE");
+}
+
+void BlockInputs::show() {
+    db1& db = bench_.db;
+    for (int row = 1; row <= bench_.CurInputs; ++row) {
+        db.ConstantSeek(bench_.CurBlock, row - 1);
+        const std::int32_t word = db.ConstantValue();
+        fg2_.setText(row, kNumber, std::to_string(row));
+        fg2_.setText(row, kBlock, std::to_string(BlockRef::ofWord(word).block));
+        showSource(row, BlockRef::ofWord(word).block, BlockOutputName(bench_, word));
+    }
+    db.FuncSetIndex("FN");
+    db.FuncSeekI(bench_.CurFn);
+}
+
+void BlockInputs::showSource(int row, std::int16_t source, const std::string& output) {
+    db1& db = bench_.db;
+    db.InputSeek(bench_.CurFn, row);
+    const std::string description = withoutInput(db.InputDescription());
+    const bool isUsed = source <= kLastBlock && bench_.FnOfBlock.at(static_cast<std::size_t>(source)) != kNop;
+    if (isUsed) {
+        db.FuncSetIndex("FN");
+        db.FuncSeekI(bench_.FnOfBlock.at(static_cast<std::size_t>(source)));
+    }
+    fg2_.setText(row, kOutput, output.empty() ? kMain : output);
+    fg2_.setText(row, kDescription, description);
+    fg2_.setText(row, kSource, isUsed ? db.FuncName() : "????");
+    fg2_.setText(row, kKind, isUsed ? kindLetter(db.InputType()) : "?");
+    fg2_.setRowHeight(row, trimmed(description).size() > kLongDescription ? kHighRow : kRowHeight);
+}
+
+bool BlockInputs::validateEdit(int row, int col) {
+    if (col != kBlock) {
+        connect(row, int16From(fg2_.text(row, kBlock)));
+        fg2_.setEditText(fg2_.text(row, kOutput));
+        return true;
+    }
+    const std::string typed = fg2_.editText();
+    if (!BlockNumberIsValid(typed)) {
+        bench_.platform.messageBox.say("Enter A Block Number\n        0 to " + std::to_string(kLastBlock));
+        return false;
+    }
+    connect(row, int16From(typed));
+    return true;
+}
+
+/// Wires the input to the source's main output, and where the source has auxiliary ones of the input's kind lets the
+/// user choose.
+void BlockInputs::connect(int row, std::int16_t source) {
+    db1& db = bench_.db;
+    const auto store = [&](std::int32_t word) {
+        db.ConstantSeek(bench_.CurBlock, row - 1);
+        db.ConstantEdit();
+        db.ConstantValue(word);
+        db.ConstantUpdate();
+    };
+    store(source);
+    std::string output = kMain;
+    db.InputSeek(bench_.CurFn, row);
+    const std::int16_t inputType = db.InputType();
+    if (source <= kLastBlock) {
+        db.FuncSetIndex("FN");
+        db.FuncSeekI(bench_.FnOfBlock.at(static_cast<std::size_t>(source)));
+        if (inputType == kAnalogInput && db.FuncAuxAnalogs() > 0) {
+            const std::int16_t ordinal = picker_.pickOutput(BlockRef::Kind::Analog, kMain);
+            UpdateConstant(BlockRef::analog(source, ordinal).word());
+            output = bench_.AuxAnalogShort.at(static_cast<std::size_t>(ordinal));
+        } else if (inputType == kDiscreteInput && db.FuncAuxDiscretes() > 0) {
+            const std::int16_t ordinal = picker_.pickOutput(BlockRef::Kind::Discrete, kMain);
+            UpdateConstant(BlockRef::discrete(source, ordinal).word());
+            output = bench_.AuxDiscreteShort.at(static_cast<std::size_t>(ordinal));
+        }
+    }
+    showSource(row, source, output);
+}
+
+void BlockInputs::UpdateConstant(std::int16_t value) {
+    db1& db = bench_.db;
+    db.ConstantSeek(bench_.CurBlock, fg2_.row() - 1);
+    db.ConstantEdit();
+    db.ConstantValue(value);
+    db.ConstantUpdate();
+}
+
+bool BlockInputs::BlockNumberIsValid(const std::string& text) {
+    const std::optional<double> number = typedNumber(text);
+    return number && *number >= 0 && *number <= kLastBlock;
+}
+
+}  // namespace qrv

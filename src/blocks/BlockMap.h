@@ -1,0 +1,38 @@
+// The map of the block program: which function stands on which block, in the grids of the logic and of the I/O blocks,
+// with the alarms' colours, and the step from a block to its neighbour.
+#pragma once
+
+namespace qrv {
+
+class Grid;
+struct ListBox;
+struct Workbench;
+
+class BlockMap {
+ public:
+    BlockMap(Workbench& bench, Grid& Grid1, Grid& Ig, ListBox& List2)
+        : bench_(bench), grid1_(Grid1), ig_(Ig), list2_(List2) {}
+
+    /// Headings, widths and heights of both grids.
+    void layOut();
+    /// Writes the cells of the logic blocks: the function's name, a single blank for a NOP. Stands on block 599 then.
+    void fill_grid1();
+    /// Writes the cells of the I/O blocks and the list of the slots' descriptions, from the open file's slots; with no
+    /// file open, as for seven empty ones. A cell without a board's block holds ".".
+    void fillIg();
+    /// Colours the cells of the blocks that have an alarm, an event or a page.
+    void paintAlarmColours();
+
+    /// Selects the cell of the next (+1) or previous (-1) block, around the ends of the numbers.
+    void stepLogic(int step);
+    /// The same, past the cells without a board's block.
+    void stepIo(int step);
+
+ private:
+    Workbench& bench_;
+    Grid& grid1_;
+    Grid& ig_;
+    ListBox& list2_;
+};
+
+}  // namespace qrv

@@ -1,0 +1,194 @@
+#include "blocks/BlockProgram.h"
+
+#include <algorithm>
+
+#include "blocks/ParameterScale.h"
+#include "platform/CodePage.h"
+#include "platform/MessageBox.h"
+#include "platform/RunTimeError.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+namespace {
+
+// In the catalogue.
+constexpr std::int16_t kAnalogInput = 1;
+// Blocks of every program that new inputs are wired to.
+constexpr std::int32_t kAnalogSource = 0;
+constexpr std::int32_t kDiscreteSource = 2;
+
+constexpr const char* kNotFound = "ERROR RECORD NOT FOUND";
+
+std::int16_t& functionOf(Workbench& bench, std::int16_t block) {
+    return bench.FnOfBlock.at(static_cast<std::size_t>(block));
+}
+
+/// Runs one row's statements. Where refusals are skipped, a row that can't be written or isn't there is passed over:
+/// a change of function must get to its end.
+template <typename Statements>
+void under(Refusals refusals, Statements&& statements) {
+    if (refusals == Refusals::Raise) {
+        statements();
+    } else {
+        ignoringErrors(statements);
+    }
+}
+
+void addConstant(db1& db, std::int16_t block, std::int32_t slot, std::int32_t value) {
+    db.ConstantAddNew();
+    db.ConstantBlockNumber(block);
+    db.ConstantOffset(slot);
+    db.ConstantValue(value);
+    db.ConstantUpdate();
+}
+
+void addInputs(db1& db, std::int16_t block, Refusals refusals) {
+    const std::int16_t inputs = db.FuncInputs();
+    for (std::int32_t i = 1; i <= inputs; ++i) {
+        db.InputSeek(db.FuncFN(), i);
+        const std::int32_t source = db.InputType() == kAnalogInput ? kAnalogSource : kDiscreteSource;
+        under(refusals, [&] { addConstant(db, block, i - 1, source); });
+    }
+}
+
+void addString(db1& db, std::int16_t block, std::int32_t slot) {
+    db.ParmstrAddNew();
+    db.ParmstrBlockNumber(block);
+    db.ParmstrOffset(slot);
+    db.ParmstrStr(db.ParamDescription().substr(0, static_cast<std::size_t>(db.ParamMax())));
+    db.ParmstrUpdate();
+}
+
+void addParameters(db1& db, std::int16_t block, StringRows strings, Refusals refusals) {
+    const std::int32_t count = db.FuncParams() + db.FuncHidden();
+    const std::int32_t inputs = db.FuncInputs();
+    for (std::int32_t p = 1; p <= count; ++p) {
+        const std::int32_t slot = inputs + p - 1;
+        db.ParamSeek(db.FuncFN(), p);
+        if (strings == StringRows::Make && db.ParamType() == kStringParameter) {
+            under(refusals, [&] { addString(db, block, slot); });
+        }
+        under(refusals, [&] { addConstant(db, block, slot, db.ParamDefault()); });
+    }
+}
+
+void deleteStringAt(db1& db, std::int16_t block, std::int32_t slot) {
+    db.ParmstrSeek(block, slot);
+    if (!db.ParmstrNoMatch()) db.ParmstrDelete();
+}
+
+/// The block's constants go, and with each parameter that was a string its text. Gives how refusals are taken from here
+/// on: once a row is gone the change goes on whatever the engine says.
+Refusals deleteOldRows(Workbench& bench, std::int16_t block, const std::string& oldName, const std::string& newName) {
+    db1& db = bench.db;
+    const std::int16_t oldFunction = functionOf(bench, block);
+    Refusals refusals = Refusals::Raise;
+    for (std::int32_t n = 0;; ++n) {
+        db.ConstantSeek(block, n);
+        if (db.ConstantNoMatch()) return refusals;
+        under(refusals, [&] { db.ConstantDelete(); });
+        refusals = Refusals::Skip;
+        db.ParamSeek(oldFunction, n + 1);
+        if (db.ParamNoMatch() || db.ParamType() != kStringParameter) continue;
+        db.FuncSeekS(oldName);
+        const std::int32_t oldInputs = db.FuncInputs();
+        db.FuncSeekS(newName);
+        under(refusals, [&] { deleteStringAt(db, block, oldInputs + n); });
+    }
+}
+
+/// A run of strings that begins at slot 0: of a function without inputs.
+void deleteLeadingStrings(db1& db, std::int16_t block, Refusals refusals) {
+    for (std::int32_t n = 0;; ++n) {
+        db.ParmstrSeek(block, n);
+        if (db.ParmstrNoMatch()) return;
+        under(refusals, [&] { db.ParmstrDelete(); });
+    }
+}
+
+bool isReplacementWanted(Workbench& bench, const std::string& oldName, const std::string& newName) {
+    const Notice question{.text = toUtf8("Replace " + trimmed(oldName) + " With " + trimmed(newName)),
+                          .buttons = Buttons::YesNo};
+    return bench.platform.messageBox.ask(question) == Answer::Yes;
+}
+
+}  // namespace
+
+bool BlockIsUsed(Workbench& bench, std::int16_t block) {
+    bench.db.FuncSetIndex("FN");
+    return functionOf(bench, block) != kNop;
+}
+
+void buildBlock(Workbench& bench, std::int16_t block, StringRows strings, Refusals refusals) {
+    db1& db = bench.db;
+    addInputs(db, block, refusals);
+    addParameters(db, block, strings, refusals);
+    functionOf(bench, block) = db.FuncFN();
+    db.BlockSeek(block);
+    under(refusals, [&] {
+        db.BlockEdit();
+        db.BlockFn(db.FuncFN());
+        db.BlockConstant(db.FuncInputs() + db.FuncParams() + db.FuncHidden());
+        db.BlockUpdate();
+    });
+}
+
+int deleteConstants(Workbench& bench, std::int16_t block) {
+    db1& db = bench.db;
+    for (int slot = 0;; ++slot) {
+        db.ConstantSeek(block, slot);
+        if (db.ConstantNoMatch()) return slot;
+        db.ConstantDelete();
+    }
+}
+
+void clearBlock(Workbench& bench, std::int16_t block) {
+    db1& db = bench.db;
+    deleteConstants(bench, block);
+    db.BlockSeek(block);
+    db.BlockEdit();
+    db.BlockFn(kNop);
+    db.BlockConstant(0);
+    db.BlockComment("");
+    db.BlockTempRam(0);
+    db.BlockVolRam(0);
+    db.BlockVisioComment("");
+    db.BlockUpdate();
+    functionOf(bench, block) = kNop;
+}
+
+void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t function) {
+    db1& db = bench.db;
+    db.FuncSetIndex("FN");
+    db.FuncSeekI(function);
+    db.BlockSeek(block);
+    // A block without a row has no number to read; there is no other test of a missed block.
+    const bool hasRow = ignoringErrors([&] { static_cast<void>(db.blockNumber()); });
+    if (db.FuncNoMatch() || !hasRow) {
+        bench.platform.messageBox.say(kNotFound);
+        return;
+    }
+    const int oldSlots = db.BlockConstant();
+    const int deleted = deleteConstants(bench, block);
+    for (int slot = 0; slot < std::max(oldSlots, deleted); ++slot) deleteStringAt(db, block, slot);
+    buildBlock(bench, block, StringRows::Leave);
+}
+
+std::optional<std::string> placeFunction(Workbench& bench, std::int16_t block, const std::string& cellText,
+                                         const std::string& functionName) {
+    db1& db = bench.db;
+    db.FuncSetIndex("Name");
+    db.FuncSeekS(functionName);
+    if (db.FuncNoMatch()) {
+        bench.platform.messageBox.say(kNotFound);
+        return std::nullopt;
+    }
+    if (cellText != " " && !isReplacementWanted(bench, cellText, functionName)) return std::nullopt;
+    const Refusals refusals = deleteOldRows(bench, block, cellText, functionName);
+    deleteLeadingStrings(db, block, refusals);
+    buildBlock(bench, block, StringRows::Make, refusals);
+    return db.FuncFN() == kNop ? " " : functionName;
+}
+
+}  // namespace qrv
