@@ -152,13 +152,13 @@ TEST_F(DesktopHostTest, EndOfTheProgramUnloadsEveryFormAndLeavesEveryLoop) {
 }
 
 TEST_F(DesktopHostTest, RunTimeErrorOfAnEventGoesToTheProgramsEdge) {
-    std::vector<QString> words;
-    Application::setEnding([&](const RunTimeError& error) { words.push_back(Application::wordsFor(error)); });
+    std::vector<std::string> errors;
+    Application::setEnding([&](const RunTimeError& error) { errors.push_back(error.description()); });
     host.show(main);
     main.onGo = [] { throw RunTimeError(ErrorNumber::ReadOnlyDatabase); };
     QTest::mouseClick(buttonOf(main), Qt::LeftButton);
     Application::setEnding([](const RunTimeError&) { FAIL() << "no error was expected"; });
-    EXPECT_EQ(words, std::vector<QString>{"Run-time error '3027':\n\nThe file is read-only."});
+    EXPECT_EQ(errors, std::vector<std::string>{"The file is read-only."});
 }
 
 }  // namespace

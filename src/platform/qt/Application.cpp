@@ -1,26 +1,22 @@
 #include "platform/qt/Application.h"
 
-#include <QMessageBox>
 #include <cstdio>
 #include <cstdlib>
 
 #include "platform/RunTimeError.h"
-#include "platform/qt/Texts.h"
+#include "platform/qt/QtMessageBox.h"
 #include "platform/qt/Theme.h"
+#include "shell/RunTimeErrorNotice.h"
 
 namespace qrv {
 
 namespace {
 
-constexpr int kErrorExitCode = 1;
-
 void showAndLeave(const RunTimeError& error) {
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("QRV_Edit"), Application::wordsFor(error), QMessageBox::Ok);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    QtMessageBox().ask(noticeOf(error));
     std::fflush(nullptr);
     // At once: what was under way must not go on with half of its work done, and the work file is kept.
-    std::_Exit(kErrorExitCode);
+    std::_Exit(kRunTimeErrorExitCode);
 }
 
 std::function<void(const RunTimeError&)>& ending() {
@@ -47,10 +43,6 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 }
 
 void Application::endWith(const RunTimeError& error) { ending()(error); }
-
-QString Application::wordsFor(const RunTimeError& error) {
-    return QStringLiteral("Run-time error '%1':\n\n%2").arg(error.code()).arg(shownUtf8(error.description()));
-}
 
 void Application::setEnding(std::function<void(const RunTimeError&)> chosen) { ending() = std::move(chosen); }
 

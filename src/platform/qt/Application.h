@@ -17,8 +17,6 @@ class Application final : public QApplication {
 
     /// Shows the error and ends the program with exit code 1.
     static void endWith(const RunTimeError& error);
-    /// The words of the box for an error.
-    [[nodiscard]] static QString wordsFor(const RunTimeError& error);
     /// Stands in for the way a program ends; for tests.
     static void setEnding(std::function<void(const RunTimeError&)> ending);
 };

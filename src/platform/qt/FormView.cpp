@@ -27,6 +27,8 @@ void FormView::refresh() {
     if (windowTitle() != title) setWindowTitle(title);
     for (const Event& mirror : mirrors_) mirror();
     mirroring_ = false;
+    afterRefresh();
+    if (afterRefresh_) afterRefresh_();
 }
 
 bool FormView::finishEdits() {

@@ -48,6 +48,9 @@ class FormView : public QMainWindow {
     /// form again.
     void tell(const Event& event);
 
+    /// Runs after each time the form's data was shown.
+    void setAfterRefresh(Event afterRefresh) { afterRefresh_ = std::move(afterRefresh); }
+
  protected:
     // --- widgets tied to the form's data; the name is the control's ---
     QLabel* addLabel(const QString& name, const Label& source);
@@ -84,6 +87,9 @@ class FormView : public QMainWindow {
     /// A central widget with a layout that runs downwards.
     QBoxLayout* makeBody();
 
+    /// Runs after each time the form's data was shown; may raise events.
+    virtual void afterRefresh() {}
+
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -107,6 +113,7 @@ class FormView : public QMainWindow {
     std::vector<Event> mirrors_;
     std::vector<GridView*> grids_;
     std::vector<Watch> watches_;
+    Event afterRefresh_;
     QPushButton* default_ = nullptr;
     QPushButton* cancel_ = nullptr;
     int busy_ = 0;

@@ -51,7 +51,8 @@ GridView::GridView(Grid& grid, QWidget* parent)
       grid_(&grid),
       model_(new GridModel(grid, this)),
       across_(new GridHeading(Qt::Horizontal, this)),
-      down_(new GridHeading(Qt::Vertical, this)) {
+      down_(new GridHeading(Qt::Vertical, this)),
+      rowsInHint_(kRowsInHint) {
     setObjectName(QString::fromStdString(grid.name()));
     setFont(theme::gridFont());
     setHorizontalHeader(across_);
@@ -83,6 +84,12 @@ void GridView::setAccessibleText(std::function<QString(int, int)> words) { model
 void GridView::setFillsWidth(bool fills) {
     fillsWidth_ = fills;
     applyColWidths();
+}
+
+void GridView::showAllRows() {
+    rowsInHint_ = grid_->rows();
+    setMaximumHeight(sizeHint().height());
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 void GridView::run(const Event& event) {
@@ -190,7 +197,7 @@ QSize GridView::sizeHint() const {
     int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
     for (int col = 0; col < grid_->cols(); ++col) width += widthOf(col);
     int height = 2 * frameWidth() + (across_->isHidden() ? 0 : across_->height());
-    const int rows = std::min(model_->rowCount(), kRowsInHint);
+    const int rows = std::min(model_->rowCount(), rowsInHint_);
     for (int section = 0; section < rows; ++section) height += down_->sectionSize(section);
     return {width, height};
 }

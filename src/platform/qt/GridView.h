@@ -35,6 +35,8 @@ class GridView : public QTableView {
     void setAccessibleText(std::function<QString(int row, int col)> words);
     /// Whether the columns grow together until they fill the width; on from the start.
     void setFillsWidth(bool fills);
+    /// Asks for room for all rows, and for no more.
+    void showAllRows();
 
     /// Shows what has changed in the grid since the last call: one repaint, however many cells.
     void refresh();
@@ -96,6 +98,7 @@ class GridView : public QTableView {
     std::vector<int> shownWidths_;
     int shownTopRow_ = -1;
     std::uint64_t shownRevision_ = ~std::uint64_t{0};
+    int rowsInHint_;
     bool fillsWidth_ = true;
     bool following_ = false;
     bool committing_ = false;

@@ -14,6 +14,7 @@ constexpr double kUnitsPerPixel = 15.0;
 constexpr double kLineOfUnits = 13.0;  // pixels of a text line for which the layout's units were chosen
 constexpr double kFontPoints = 9.5;
 constexpr double kGridFontPoints = 9.0;
+constexpr double kTitleFontPoints = 13.0;
 
 struct Shade {
     QPalette::ColorRole role;
@@ -66,6 +67,25 @@ QFont gridFont() {
     QFont font = QApplication::font();
     font.setPointSizeF(kGridFontPoints);
     return font;
+}
+
+QFont headingFont() {
+    QFont font = QApplication::font();
+    font.setBold(true);
+    font.setPointSizeF(kGridFontPoints);
+    return font;
+}
+
+QFont titleFont() {
+    QFont font = QApplication::font();
+    font.setBold(true);
+    font.setPointSizeF(kTitleFontPoints);
+    return font;
+}
+
+QSize sizeOfText(int columns, int lines) {
+    const QFontMetrics metrics(fixedFont());
+    return {columns * metrics.horizontalAdvance(QLatin1Char('0')), lines * metrics.lineSpacing()};
 }
 
 int pixelsOf(int units) {

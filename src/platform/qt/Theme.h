@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QFont>
 #include <QIcon>
+#include <QSize>
 
 class QApplication;
 
@@ -24,6 +25,12 @@ void apply(QApplication& application);
 [[nodiscard]] QFont fixedFont();
 /// The font of all grids.
 [[nodiscard]] QFont gridFont();
+
+/// Captions over a part of a window, and the title of what a window shows.
+[[nodiscard]] QFont headingFont();
+[[nodiscard]] QFont titleFont();
+/// Room for so many characters and lines of the fixed-width font.
+[[nodiscard]] QSize sizeOfText(int columns, int lines);
 
 /// Pixels of a length in the forms' layout units (15 a pixel), scaled to the size of the grids' font.
 [[nodiscard]] int pixelsOf(int units);

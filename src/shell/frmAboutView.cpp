@@ -1,0 +1,56 @@
+#include "shell/frmAboutView.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "platform/qt/Theme.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr int kIconSize = 72;  // pixels
+constexpr double kTitlePoints = 16;
+
+}  // namespace
+
+frmAboutView::frmAboutView(frmAbout& form, DesktopHost& host) : FormView(form, host), form_(form) {
+    auto* picture = new QLabel(this);
+    picture->setPixmap(theme::icon(QStringLiteral("app")).pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
+    QLabel* title = addLabel(QStringLiteral("lblTitle"), form.lblTitle);
+    QFont large = font();
+    large.setPointSizeF(kTitlePoints);
+    large.setBold(true);
+    title->setFont(large);
+
+    auto* words = new QVBoxLayout;
+    words->setSpacing(3);
+    words->addWidget(title);
+    words->addWidget(addLabel(QStringLiteral("lblVersion"), form.lblVersion));
+    words->addWidget(addLabel(QStringLiteral("lblDescription"), form.lblDescription));
+    words->addSpacing(8);
+    for (std::size_t i = 0; i < form.lblAddress.size(); ++i) {
+        words->addWidget(addLabel(QStringLiteral("lblAddress%1").arg(i), form.lblAddress[i]));
+    }
+    words->addSpacing(8);
+    words->addWidget(addLabel(QStringLiteral("lblCatalogue"), form.lblCatalogue));
+    words->addWidget(addLabel(QStringLiteral("lblEngine"), form.lblEngine));
+    words->addStretch(1);
+
+    auto* across = new QHBoxLayout;
+    across->setSpacing(20);
+    across->addWidget(picture, 0, Qt::AlignTop);
+    across->addLayout(words, 1);
+    QPushButton* button = addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); });
+    setCancelButton(button);
+
+    QBoxLayout* body = makeBody();
+    body->setContentsMargins(20, 18, 20, 14);
+    body->addLayout(across, 1);
+    body->addWidget(button, 0, Qt::AlignRight);
+    setMinimumWidth(380);
+    button->setFocus();
+}
+
+}  // namespace qrv
