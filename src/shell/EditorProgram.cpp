@@ -1,0 +1,24 @@
+#include "shell/EditorProgram.h"
+
+#include "platform/FormHost.h"
+
+namespace qrv {
+
+// The main window is made before the forms that it opens and that need it: it keeps references and uses none yet.
+EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
+    : bench(platform, start.places),
+      about(bench, !start.isClassic),
+      general(bench),
+      blockQuestion(bench),
+      mainWindow(bench, {.start = splash, .ask = ask, .general = general, .about = about}, start.commandLine),
+      recent(bench.platform.formHost, mainWindow.recentFiles, [this](int index) { mainWindow.GetRecentFile(index); }),
+      ask(bench, recent),
+      splash(bench, about, mainWindow) {
+    bench.windows.loadBoardTexts = [this] { general.loadBoardTexts(); };
+    bench.windows.storeBoardTexts = [this] { general.storeBoardTexts(); };
+    mainWindow.blocks.setToolTips(!start.isClassic);
+}
+
+void EditorProgram::start() { bench.platform.formHost.show(splash); }
+
+}  // namespace qrv
