@@ -125,6 +125,15 @@ std::string fromUtf8(std::string_view utf8) {
     return result;
 }
 
+bool isWellFormedUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const Decoded next = firstCharacter(bytes);
+        if (!next.character) return false;
+        bytes.remove_prefix(next.byteCount);
+    }
+    return true;
+}
+
 bool fitsCodePage(std::string_view utf8) {
     while (!utf8.empty()) {
         const Decoded next = firstCharacter(utf8);

@@ -11,6 +11,7 @@ namespace qrv {
 [[nodiscard]] std::string toUtf8(std::string_view cp1252);
 /// A character that the code page lacks becomes "?", and so does each byte that is not part of well-formed UTF-8.
 [[nodiscard]] std::string fromUtf8(std::string_view utf8);
+[[nodiscard]] bool isWellFormedUtf8(std::string_view bytes);
 /// True if `utf8` is well formed and every character has its place in the code page: the round trip loses nothing.
 [[nodiscard]] bool fitsCodePage(std::string_view utf8);
 

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
-#include <random>
 
 #include "platform/Paths.h"
 #include "platform/RunTimeError.h"
@@ -166,7 +165,7 @@ FileResult setFileTimes(const std::string& path, FileTime time) {
 
 std::string makeTemporaryName(const std::string& folder, std::string_view prefix, const std::string& unlike) {
     const std::string lastName = fileNameOf(unlike);
-    const unsigned start = std::random_device{}();
+    const unsigned start = randomNumber();
     for (unsigned i = 0; i < kTemporaryNames; ++i) {
         const std::string name = std::string(prefix) + hexadecimal((start + i) % kTemporaryNames) + ".TMP";
         if (name == lastName) continue;

@@ -29,6 +29,11 @@ std::string withCleanSeparators(std::string_view path) {
     return clean;
 }
 
+std::string withoutEndSeparator(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    return std::string(path);
+}
+
 std::string joinedPath(std::string_view folder, std::string_view name) {
     if (folder.empty()) return std::string(name);
     return std::string(folder) + (folder.ends_with('/') ? "" : "/") + std::string(name);

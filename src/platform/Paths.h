@@ -15,6 +15,8 @@ namespace qrv {
 [[nodiscard]] std::string fileNameOf(std::string_view path);
 /// The same path with "/" throughout, no mark doubled and none at the end.
 [[nodiscard]] std::string withCleanSeparators(std::string_view path);
+/// The same path without folder marks at its end; "/" stays.
+[[nodiscard]] std::string withoutEndSeparator(std::string_view path);
 [[nodiscard]] std::string joinedPath(std::string_view folder, std::string_view name);
 /// Counted from the present folder where it isn't absolute; "" stays "". Asks nothing of the file.
 [[nodiscard]] std::string absolutePath(const std::string& path);

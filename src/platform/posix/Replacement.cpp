@@ -1,8 +1,8 @@
 #include "platform/posix/Replacement.h"
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <random>
 #include <system_error>
 
 namespace qrv {
@@ -31,6 +31,13 @@ std::string systemFolderOf(const std::string& path) {
 }
 
 }  // namespace
+
+std::uint32_t randomNumber() {
+    std::uint32_t number = 0;
+    if (::getentropy(&number, sizeof number) == 0) return number;
+    // Names only need to differ: each is made exclusively.
+    return static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+}
 
 FileResult faultOf(int code, const char* operation, const std::string& path) {
     const std::string words = std::generic_category().message(code);
@@ -62,9 +69,8 @@ FileResult Replacement::inspectTarget() {
 
 FileResult Replacement::begin() {
     if (FileResult found = inspectTarget()) return found;
-    std::random_device random;
     for (int i = 0; i < kMostNames; ++i) {
-        const std::string name = folder_ + "/.qrv" + std::to_string(random()) + ".tmp";
+        const std::string name = folder_ + "/.qrv" + std::to_string(randomNumber()) + ".tmp";
         constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
         descriptor_ = Descriptor(uninterrupted([&] { return ::open(name.c_str(), kFlags, S_IRUSR | S_IWUSR); }));
         if (descriptor_.isOpen()) {

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,6 +47,8 @@ class Replacement {
     gid_t targetGroup_ = 0;
 };
 
+/// A number that nobody can foretell, for names.
+[[nodiscard]] std::uint32_t randomNumber();
 /// The fault that errno tells of.
 [[nodiscard]] FileResult lastFault(const char* operation, const std::string& path);
 [[nodiscard]] FileResult faultOf(int code, const char* operation, const std::string& path);
