@@ -11,4 +11,9 @@ namespace qrv {
 
 class Terminal;
 
+/// new, info, backups, dump, load
+void addFileCommands(CLI::App& app, Terminal& terminal);
+/// compare
+void addCompareCommand(CLI::App& app, Terminal& terminal);
+
 }  // namespace qrv

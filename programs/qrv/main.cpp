@@ -2,8 +2,11 @@
 #include <CLI/CLI.hpp>
 
 #include "Commands.h"
+#include "Session.h"
 #include "Terminal.h"
+#include "platform/CodePage.h"
 #include "platform/RunTimeError.h"
+#include "store/EngineVersion.h"
 
 namespace {
 
@@ -23,6 +26,19 @@ constexpr const char* kFooter =
     "  3  a file can't be read, written or understood\n"
     "  4  the controller can't be reached or gave a bad answer\n"
     "  5  refused: by the user, or for want of --force or --yes\n";
+
+std::string catalogueVersion(qrv::Terminal& terminal) {
+    try {
+        return qrv::toUtf8(qrv::Session(terminal).bench().db.Version());
+    } catch (const qrv::CommandFailure&) {
+        return "none that can be used";
+    }
+}
+
+std::string versions(qrv::Terminal& terminal) {
+    return std::string("qrv " QRV_VERSION "\nfunction catalogue: ") + catalogueVersion(terminal) + "\nSQLite " +
+           qrv::engineVersion();
+}
 
 ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
     try {
@@ -48,5 +64,10 @@ int main(int argc, char** argv) {
     app.footer(kFooter);
     app.require_subcommand(1);
     app.failure_message(CLI::FailureMessage::simple);
+    app.set_version_flag(
+        "--version", [&terminal] { return versions(terminal); },
+        "Print the versions of the program, the function catalogue and the database engine");
+    qrv::addFileCommands(app, terminal);
+    qrv::addCompareCommand(app, terminal);
     return static_cast<int>(run(app, terminal, argc, argv));
 }

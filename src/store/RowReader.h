@@ -11,9 +11,6 @@
 
 namespace qrv {
 
-/// The largest table of a full configuration has 5632 rows; a file that holds more than this is none of ours.
-inline constexpr std::int32_t kMostRowsOfTable = 200'000;
-
 class RowReader {
  public:
     RowReader(const Table& table, Sqlite& file);
@@ -34,7 +31,7 @@ class RowReader {
     Sqlite& file_;
     Statement rows_;
     std::int64_t rowId_ = 0;
-    std::int32_t count_ = 0;
+    std::size_t count_ = 0;
 };
 
 }  // namespace qrv

@@ -67,6 +67,9 @@ struct Table {
 /// table of one row.
 [[nodiscard]] std::vector<std::size_t> identityOf(const Table& table);
 
+/// The largest table of a full configuration has 5632 rows; a file that holds more than this is none of ours.
+inline constexpr std::size_t kMostRowsOfTable = 200'000;
+
 /// The whole numbers that a column takes.
 struct NumberRange {
     std::int32_t least;

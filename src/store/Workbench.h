@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "store/ProgramPlaces.h"
 #include "store/db1.h"
 
 namespace qrv {
@@ -24,13 +25,6 @@ inline constexpr std::int16_t kNop = 127;
 inline constexpr std::size_t kMostListedOutputs = 100;
 /// A frame's greatest length, bytes.
 inline constexpr std::size_t kFrameCapacity = 301;
-
-/// The folders that the life cycle of a file needs; no separator at the end.
-struct ProgramPlaces {
-    std::string work;       ///< where work files are made
-    std::string catalogue;  ///< holds QRVDATA.DAT and the logo
-    std::string backups;    ///< copies of work that could not be saved
-};
 
 /// What the life cycle of a file asks of the windows. A terminal program leaves these as they are.
 struct WindowHooks {

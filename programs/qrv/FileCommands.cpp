@@ -1,0 +1,221 @@
+// Configuration files: made, described, turned into text and made from text.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "Commands.h"
+#include "Session.h"
+#include "Terminal.h"
+#include "platform/CodePage.h"
+#include "platform/Files.h"
+#include "store/Backups.h"
+#include "tools/ConfigurationSummary.h"
+#include "tools/ContentNotes.h"
+#include "tools/TextForm.h"
+
+namespace qrv {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kMostTextBytes = std::size_t{64} * 1024 * 1024;
+constexpr const char* kStandardInput = "-";
+
+void makeNew(Terminal& terminal, const std::string& path, Overwrite overwrite) {
+    checkOutput(path, overwrite);
+    makeConfigurationFile(path, contentOfNewFile());
+    terminal.say(path + " made.");
+}
+
+// --- info ---
+
+/// A line of the overview: what is counted, under which name in JSON.
+struct CountRow {
+    const char* label;
+    const char* key;
+    Usage ConfigurationSummary::*usage;
+};
+constexpr std::array kCounts{
+    CountRow{"Blocks used", "blocks", &ConfigurationSummary::blocks},
+    CountRow{"Constants", "constants", &ConfigurationSummary::constants},
+    CountRow{"Retentive bytes", "retentiveBytes", &ConfigurationSummary::retentiveBytes},
+    CountRow{"Strings", "strings", &ConfigurationSummary::strings},
+    CountRow{"Alarms and events", "alarms", &ConfigurationSummary::alarms},
+    CountRow{"Menus", "menus", &ConfigurationSummary::menus},
+    CountRow{"Screens", "screens", &ConfigurationSummary::screens},
+    CountRow{"Loop list entries", "loopEntries", &ConfigurationSummary::loopEntries},
+    CountRow{"Charts", "charts", &ConfigurationSummary::charts},
+    CountRow{"Global units changed", "engineeringUnits", &ConfigurationSummary::engineeringUnits},
+    CountRow{"Modbus registers", "registers", &ConfigurationSummary::registers},
+    CountRow{"Modbus coils", "coils", &ConfigurationSummary::coils},
+};
+
+std::string inOneLine(const std::string& cp1252) {
+    std::string text = toUtf8(cp1252);
+    for (char& c : text) {
+        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+    }
+    return text;
+}
+
+std::string labelled(const std::string& label, const std::string& value) {
+    constexpr std::size_t kWidth = 24;
+    return value.empty() ? label + '\n' : label + std::string(kWidth - label.size(), ' ') + value + '\n';
+}
+
+struct InfoSubject {
+    std::string path;
+    bool isReadOnly = false;
+    std::string catalogueVersion;
+    ConfigurationSummary summary;
+};
+
+std::string infoText(const InfoSubject& subject) {
+    const ConfigurationSummary& summary = subject.summary;
+    std::string text = labelled("File", subject.path);
+    text += labelled("Title", inOneLine(summary.title));
+    text += labelled("Configuration", inOneLine(summary.configLine));
+    text += labelled("Read-only", subject.isReadOnly ? "yes" : "no");
+    text += labelled("File layout", summary.layoutRevision);
+    text += labelled("File version", summary.version);
+    text += labelled("Function catalogue", inOneLine(subject.catalogueVersion));
+    for (std::size_t i = 0; i < summary.boards.size(); ++i) {
+        text += labelled("Board " + std::to_string(i), inOneLine(summary.boards[i]));
+    }
+    for (const auto& [label, key, usage] : kCounts) {
+        text += labelled(label, std::to_string((summary.*usage).used) + " of " + std::to_string((summary.*usage).most));
+    }
+    text += labelled("Units of blocks", std::to_string(summary.blockEngineeringUnits));
+    if (summary.unknownFunctions > 0) {
+        text += labelled("Unknown functions", std::to_string(summary.unknownFunctions));
+    }
+    return text;
+}
+
+std::string infoJson(const InfoSubject& subject) {
+    const ConfigurationSummary& summary = subject.summary;
+    Json json;
+    json["file"] = subject.path;
+    json["title"] = toUtf8(summary.title);
+    json["configuration"] = toUtf8(summary.configLine);
+    json["readOnly"] = subject.isReadOnly;
+    json["layoutRevision"] = summary.layoutRevision;
+    json["version"] = summary.version;
+    json["catalogue"] = toUtf8(subject.catalogueVersion);
+    json["boards"] = Json::array();
+    for (const std::string& board : summary.boards) json["boards"].push_back(toUtf8(board));
+    for (const auto& [label, key, usage] : kCounts) {
+        json[key] = {{"used", (summary.*usage).used}, {"most", (summary.*usage).most}};
+    }
+    json["blockEngineeringUnits"] = summary.blockEngineeringUnits;
+    json["unknownFunctions"] = summary.unknownFunctions;
+    return json.dump(2) + "\n";
+}
+
+void showInfo(Terminal& terminal, const std::string& path, bool asJson) {
+    Session session(terminal);
+    InfoSubject subject{.path = path, .isReadOnly = false, .catalogueVersion = {}, .summary = {}};
+    const ConfigurationContent content = session.contentOf(path);
+    subject.isReadOnly = session.bench().IsReadOnlyFile;
+    subject.catalogueVersion = session.bench().db.Version();
+    subject.summary = summaryOf(content, session.bench().db);
+    terminal.write(asJson ? infoJson(subject) : infoText(subject));
+}
+
+// --- the others ---
+
+void listBackups(Terminal& terminal) {
+    const std::vector<Backup> backups = backupsIn(findProgramPlaces().backups);
+    for (const Backup& backup : backups) {
+        const std::string origin = backup.original.empty() ? "an unknown file" : backup.original;
+        terminal.write(backup.time + "  " + backup.path + "  of " + origin + "\n");
+    }
+    if (backups.empty()) terminal.say("No copies of unsaved work are kept.");
+}
+
+void dump(Terminal& terminal, const std::string& path) {
+    Session session(terminal);
+    const ConfigurationContent content = session.contentOf(path);
+    ContentNotes notes(content, session.bench().db);
+    terminal.write(textFormOf(content, notes));
+}
+
+std::string readStandardInput() {
+    std::string text;
+    std::array<char, 65536> buffer{};
+    while (true) {
+        const ssize_t count = read(STDIN_FILENO, buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) throw CommandFailure(ExitCode::File, "The standard input can't be read.");
+        if (count == 0) return text;
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+        if (text.size() > kMostTextBytes) throw CommandFailure(ExitCode::File, "The standard input is too long.");
+    }
+}
+
+std::string readText(const std::string& path) {
+    if (path == kStandardInput) return readStandardInput();
+    FileContent content = readWhole(path, kMostTextBytes);
+    if (content.fault) throw CommandFailure(ExitCode::File, content.fault->text + ".");
+    return std::move(content.bytes);
+}
+
+void load(Terminal& terminal, const std::string& textPath, const std::string& path, Overwrite overwrite) {
+    checkOutput(path, overwrite);
+    const TextFormResult result =
+        readTextForm(readText(textPath), textPath == kStandardInput ? "standard input" : textPath);
+    if (!result.content) throw CommandFailure(ExitCode::File, result.refusal);
+    makeConfigurationFile(path, *result.content);
+    terminal.say(path + " made.");
+}
+
+}  // namespace
+
+void addFileCommands(CLI::App& app, Terminal& terminal) {
+    struct Given {
+        std::string file;
+        std::string text;
+        bool force = false;
+        bool json = false;
+        [[nodiscard]] Overwrite overwrite() const { return force ? Overwrite::Allow : Overwrite::Refuse; }
+    };
+    const auto given = std::make_shared<Given>();
+    const auto command = [&](const char* name, const char* what) { return app.add_subcommand(name, what); };
+    const auto addFile = [given](CLI::App* sub, const char* what) {
+        sub->add_option("FILE", given->file, what)->required();
+    };
+    const auto addForce = [given](CLI::App* sub) {
+        sub->add_flag("--force", given->force, "Overwrite a file that exists");
+    };
+
+    CLI::App* sub = command("new", "Make a new configuration, as the desktop's New does");
+    addFile(sub, "The configuration to make");
+    addForce(sub);
+    sub->callback([given, &terminal] { makeNew(terminal, given->file, given->overwrite()); });
+
+    sub = command("info", "Tell what a configuration holds and how full it is");
+    addFile(sub, "The configuration");
+    sub->add_flag("--json", given->json, "As one JSON object");
+    sub->callback([given, &terminal] { showInfo(terminal, given->file, given->json); });
+
+    sub = command("backups", "List the copies of work that could not be saved");
+    sub->callback([&terminal] { listBackups(terminal); });
+
+    sub = command("dump",
+                  "Write a configuration as text: a record a line, names beside numbers, fit for version control");
+    addFile(sub, "The configuration");
+    sub->callback([given, &terminal] { dump(terminal, given->file); });
+
+    sub = command("load", "Make a configuration from the text of a dump, whole or not at all");
+    sub->add_option("TEXT", given->text, "The text; - for the standard input")->required();
+    addFile(sub, "The configuration to make");
+    addForce(sub);
+    sub->callback([given, &terminal] { load(terminal, given->text, given->file, given->overwrite()); });
+}
+
+}  // namespace qrv

@@ -1,0 +1,21 @@
+// The folders that the life cycle of a file needs, and where an installed or a freshly built program has them.
+#pragma once
+
+#include <string>
+
+namespace qrv {
+
+/// No separator at the end of a folder.
+struct ProgramPlaces {
+    std::string work;       ///< where work files are made
+    std::string catalogue;  ///< holds QRVDATA.DAT and the logo
+    std::string backups;    ///< copies of work that could not be saved
+};
+
+/// Work files stand in the executable's folder if that can be written, else in the per-user state folder, which is
+/// made. The catalogue stands beside the executable or, as installed, in "../share/qrv_edit".
+[[nodiscard]] ProgramPlaces findProgramPlaces();
+/// "$XDG_STATE_HOME/QRV_Edit", else "~/.local/state/QRV_Edit".
+[[nodiscard]] std::string stateFolder();
+
+}  // namespace qrv
