@@ -4,6 +4,7 @@
 
 #include "link/sim/SimRig.h"
 #include "platform/RunTimeError.h"
+#include "twins/FalseClock.h"
 
 namespace qrv::test {
 
@@ -13,20 +14,10 @@ namespace {
 
 constexpr const char* kSettings = "38400,O,8, 1";
 
-class StandingClock final : public Clock {
- public:
-    [[nodiscard]] TimePoint now() const override { return now_; }
-    [[nodiscard]] std::chrono::system_clock::time_point wallTime() const override { return {}; }
-    void sleep(Milliseconds duration) override { now_ += duration; }
-
- private:
-    TimePoint now_{1h};
-};
-
 struct PortRig {
     explicit PortRig(SimSetup setup = {}, SimulatedPort::Pacing pacing = SimulatedPort::Pacing::None)
         : controller(std::move(setup)), port(controller, clock, pacing) {}
-    StandingClock clock;
+    FalseClock clock;
     SimulatedController controller;
     SimulatedPort port;
 };
@@ -64,6 +55,23 @@ TEST(SimulatedPort, TellsWhenTheNextBytesCome) {
     EXPECT_EQ(rig.port.nextArrival(), rig.clock.now() + 20ms);
     rig.clock.sleep(20ms);
     EXPECT_EQ(rig.port.waitingCount(), 5U);
+}
+
+TEST(SimulatedPort, LeadsAFalsePumpFromArrivalToArrival) {
+    PortRig rig({.turnaround = 20ms}, SimulatedPort::Pacing::BySettings);
+    FalsePump pump(rig.clock);
+    pump.nextArrival = [&] { return rig.port.nextArrival(); };
+    ASSERT_TRUE(rig.port.open(1, "1100,O,8, 1"));
+    rig.port.write(readFrame(14, 0, 60));
+    // 7 bytes there in 70 ms, 20 ms later the first 16 of 67 bytes within 160 ms, the last 670 ms after the beginning.
+    const auto deadline = rig.clock.now() + 5s;
+    pump.pumpUntil(deadline, &rig.port);
+    EXPECT_EQ(rig.clock.elapsed(), 250ms);
+    EXPECT_EQ(rig.port.waitingCount(), 16U);
+    while (rig.port.waitingCount() < 67) pump.pumpUntil(deadline, &rig.port);
+    EXPECT_EQ(rig.clock.elapsed(), 760ms);
+    pump.pumpUntil(deadline, &rig.port);
+    EXPECT_EQ(rig.clock.elapsed(), 5000ms);
 }
 
 TEST(SimulatedPort, PacesByItsSettings) {
