@@ -193,10 +193,15 @@ void Grid::lostFocus() {
 
 bool Grid::beginEdit() {
     if (editing_ || !editable_ || !enabled_ || row_ < fixedRows_) return false;
-    textBeforeEdit_ = text(row_, col_);
-    if (onBeforeEdit && !onBeforeEdit(row_, col_)) return false;
+    editRow_ = row_;
+    editCol_ = col_;
+    textBeforeEdit_ = text(editRow_, editCol_);
+    if (onBeforeEdit && !onBeforeEdit(editRow_, editCol_)) {
+        setText(editRow_, editCol_, textBeforeEdit_);
+        return false;
+    }
     editing_ = true;
-    editText_ = text(row_, col_);
+    editText_ = text(editRow_, editCol_);
     return true;
 }
 
@@ -207,21 +212,21 @@ void Grid::setEditText(std::string text) {
 
 bool Grid::commitEdit(const std::string& typed) {
     if (!editing_) return false;
-    const int row = row_;
-    const int col = col_;
     editText_ = typed;
-    if (onValidateEdit && !onValidateEdit(row, col)) return false;
+    const bool isAccepted = !onValidateEdit || onValidateEdit(editRow_, editCol_);
+    // The form may have given the edit up while it looked at the text.
+    if (!isAccepted || !editing_) return false;
     editing_ = false;
-    setText(row, col, editText_);
-    if (onAfterEdit) onAfterEdit(row, col);
+    setText(editRow_, editCol_, editText_);
+    if (onAfterEdit) onAfterEdit(editRow_, editCol_);
     return true;
 }
 
 void Grid::cancelEdit() {
     if (!editing_) return;
     editing_ = false;
-    setText(row_, col_, textBeforeEdit_);
-    if (onCancelEdit) onCancelEdit(row_, col_);
+    setText(editRow_, editCol_, textBeforeEdit_);
+    if (onCancelEdit) onCancelEdit(editRow_, editCol_);
 }
 
 bool Grid::edit(int row, int col, const std::string& typed) {

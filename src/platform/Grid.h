@@ -118,7 +118,7 @@ class Grid {
     std::function<bool(Key)> onKeyDown;
     std::function<void()> onGotFocus;
     std::function<void()> onLostFocus;
-    /// Before an edit starts; may change the cell or the choices. False refuses.
+    /// Before an edit starts; may change the cell or the choices. False refuses, and the cell is as it was.
     std::function<bool(int row, int col)> onBeforeEdit;
     /// May replace the text (setEditText). False refuses: the cell stays in edit.
     std::function<bool(int row, int col)> onValidateEdit;
@@ -159,6 +159,8 @@ class Grid {
     bool enabled_ = true;
     bool editable_ = false;
     bool editing_ = false;
+    int editRow_ = 0;  ///< the cell that the edit began in, wherever the selection goes meanwhile
+    int editCol_ = 0;
     std::string editText_;
     std::string textBeforeEdit_;
     std::uint64_t revision_ = 0;
