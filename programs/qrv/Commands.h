@@ -15,5 +15,7 @@ class Terminal;
 void addFileCommands(CLI::App& app, Terminal& terminal);
 /// compare
 void addCompareCommand(CLI::App& app, Terminal& terminal);
+/// function
+void addFunctionCommand(CLI::App& app, Terminal& terminal);
 
 }  // namespace qrv

@@ -69,5 +69,6 @@ int main(int argc, char** argv) {
         "Print the versions of the program, the function catalogue and the database engine");
     qrv::addFileCommands(app, terminal);
     qrv::addCompareCommand(app, terminal);
+    qrv::addFunctionCommand(app, terminal);
     return static_cast<int>(run(app, terminal, argc, argv));
 }

@@ -29,7 +29,7 @@ inline constexpr std::int32_t kOwnDecimalsParam = 4;
 /// One function. `line` of this and the other rows is the row's line in its file, from 1, the heading included.
 struct FunctionRow {
     std::int32_t fn = 0;
-    std::string name;
+    std::string name{};
     std::int32_t icycle = 0;  ///< words of temporary memory
     std::int32_t volRam = 0;  ///< retentive bytes
     std::int32_t inputs = 0;
@@ -39,8 +39,8 @@ struct FunctionRow {
     std::int32_t auxAnalogs = 0;
     std::int32_t auxDiscretes = 0;
     std::int32_t ftype = 0;
-    std::string group;  ///< key of its purpose group
-    std::string title;
+    std::string group{};  ///< key of its purpose group
+    std::string title{};
     int line = 0;
 
     [[nodiscard]] std::int32_t slots() const { return inputs + params + hidden; }
@@ -49,8 +49,8 @@ struct FunctionRow {
 struct InputRow {
     std::int32_t fn = 0;
     std::int32_t number = 0;  ///< from 1
-    std::string description;
-    std::string shortName;
+    std::string description{};
+    std::string shortName{};
     std::int32_t security = 0;
     std::int32_t type = 0;
     int line = 0;
@@ -60,7 +60,7 @@ struct InputRow {
 struct ParamRow {
     std::int32_t fn = 0;
     std::int32_t number = 0;  ///< from 1
-    std::string description;
+    std::string description{};
     std::int32_t offset = 0;  ///< its constant slot, from 0
     std::int32_t min = 0;
     std::int32_t max = 0;
@@ -73,30 +73,30 @@ struct ParamRow {
 
 struct AuxOutputRow {
     std::int32_t fn = 0;
-    std::string kind;          ///< "A" or "D"
+    std::string kind{};        ///< "A" or "D"
     std::int32_t ordinal = 0;  ///< from 1
-    std::string description;
-    std::string shortText;
+    std::string description{};
+    std::string shortText{};
     int line = 0;
 };
 
 struct GroupRow {
-    std::string key;
-    std::string title;
+    std::string key{};
+    std::string title{};
     int line = 0;
 };
 
 struct Paragraph {
-    std::string label;
-    std::string text;
+    std::string label{};
+    std::string text{};
 };
 
 /// What a function computes, exactly enough to execute.
 struct Definition {
     std::int32_t fn = 0;
-    std::string name;
+    std::string name{};
     std::vector<Paragraph> paragraphs;
-    std::string file;  ///< "definitions/loops.txt"
+    std::string file{};  ///< "definitions/loops.txt"
     int line = 0;
 };
 
