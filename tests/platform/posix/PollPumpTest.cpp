@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "PseudoTerminal.h"
+#include "FarEnd.h"
 #include "platform/posix/PosixSerialPort.h"
 
 namespace qrv::test {
@@ -31,7 +31,7 @@ TEST(PollPump, ADeadlineThatHasPassedEndsAtOnce) {
 TEST(PollPump, BytesEndAWait) {
     const SystemClock clock;
     PollPump pump(clock);
-    const PseudoTerminal device;
+    const FarEnd device;
     PosixSerialPort port([&](std::int16_t) { return device.path(); });
     ASSERT_TRUE(port.open(1, "38400,O,8, 1"));
     std::thread sender([&] {
@@ -46,7 +46,7 @@ TEST(PollPump, BytesEndAWait) {
 TEST(PollPump, AHangUpEndsAWait) {
     const SystemClock clock;
     PollPump pump(clock);
-    PseudoTerminal device;
+    FarEnd device;
     PosixSerialPort port([&](std::int16_t) { return device.path(); });
     ASSERT_TRUE(port.open(1, "38400,O,8, 1"));
     device.hangUp();

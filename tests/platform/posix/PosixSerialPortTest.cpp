@@ -14,7 +14,7 @@
 #include <fstream>
 #include <thread>
 
-#include "PseudoTerminal.h"
+#include "FarEnd.h"
 #include "platform/RunTimeError.h"
 #include "platform/posix/PollPump.h"
 
@@ -26,7 +26,7 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr const char* kUsual = "38400,O,8, 1";
 
 struct PortRig {
-    PseudoTerminal device;
+    FarEnd device;
     std::string path = device.path();
     PosixSerialPort port{[this](std::int16_t number) { return number == 4 ? path : std::string(); }};
 
@@ -291,7 +291,7 @@ TEST(PosixSerialPort, IsUsableAgainWhenTheDeviceIsBack) {
     EXPECT_EQ(rig.port.waitingCount(), 0U);
     EXPECT_FALSE(rig.open());
     EXPECT_EQ(rig.port.fault(), SerialFault::Missing);
-    const PseudoTerminal pluggedAgain;
+    const FarEnd pluggedAgain;
     rig.path = pluggedAgain.path();
     ASSERT_TRUE(rig.open());
     EXPECT_EQ(rig.port.fault(), SerialFault::None);

@@ -13,16 +13,16 @@
 
 namespace qrv::test {
 
-class PseudoTerminal {
+class FarEnd {
  public:
-    PseudoTerminal() : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    FarEnd() : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         ::grantpt(master_);
         ::unlockpt(master_);
         path_ = ::ptsname(master_);
     }
-    ~PseudoTerminal() { hangUp(); }
-    PseudoTerminal(const PseudoTerminal&) = delete;
-    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+    ~FarEnd() { hangUp(); }
+    FarEnd(const FarEnd&) = delete;
+    FarEnd& operator=(const FarEnd&) = delete;
 
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] int master() const { return master_; }
