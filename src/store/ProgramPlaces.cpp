@@ -56,7 +56,7 @@ ProgramPlaces findProgramPlaces() {
     const bool mayWrite = access(executable.c_str(), W_OK) == 0;
     return {.work = mayWrite ? executable : made(stateFolder()),
             .catalogue = catalogueFolder(executable),
-            .backups = stateFolder()};
+            .backups = joinedPath(stateFolder(), "backups")};
 }
 
 }  // namespace qrv

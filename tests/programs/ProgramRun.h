@@ -1,0 +1,59 @@
+// Runs the built `qrv` as a user's shell would and keeps what it wrote. Its input is never a terminal.
+#pragma once
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "twins/TemporaryFolder.h"
+
+namespace qrv {
+
+inline std::string bytesOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+inline void writeFile(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+struct ProgramRun {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+class QrvProgram {
+ public:
+    /// @param arguments  as a shell takes them, redirections included; the current folder is the test's own
+    /// @param environment  assignments before the program's name
+    [[nodiscard]] ProgramRun run(const std::string& arguments, const std::string& environment = "") const {
+        // The arguments come last, so that a redirection of theirs counts.
+        const std::string command = "cd " + quotedForShell(folder.path()) + " && " + environment + " " +
+                                    quotedForShell(QRV_PROGRAM) + " </dev/null >.out 2>.err " + arguments;
+        const int status = std::system(("sh -c " + quotedForShell(command)).c_str());
+        return {.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+                .out = bytesOf(folder.file(".out")),
+                .err = bytesOf(folder.file(".err"))};
+    }
+    [[nodiscard]] std::string path(const std::string& name) const { return folder.file(name); }
+
+    TemporaryFolder folder;
+
+ private:
+    static std::string quotedForShell(const std::string& text) {
+        std::string quoted = "'";
+        for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+        return quoted + "'";
+    }
+};
+
+}  // namespace qrv

@@ -1,0 +1,245 @@
+// `qrv` as a shell sees it: what goes to which stream, how it ends, what it leaves behind.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <vector>
+
+#include "programs/ProgramRun.h"
+
+namespace qrv {
+namespace {
+
+const std::string kMark = "QRV configuration text, form 1\n";
+const std::string kSmallPlant = kMark +
+                                "\n[Block List]\n"
+                                "BlockNumber=4 FunctionNumber=3 Constants=1 TempRam=0 VolRam=0 Comment=\"Header set "
+                                "point, \u00B0F\" VisioComment=\"\"  # ACONST\n"
+                                "\n[Constants]\n"
+                                "BlockNumber=4 Offset=0 ConstantValue=72500  # parameter 1 VALUE, %\n"
+                                "\n[Comments]\n"
+                                "Title=\"Small plant\" Comment=\"\" Config=\"SP-1\"\n";
+
+TEST(qrv, MakesAFileThatItCanDescribe) {
+    const QrvProgram qrv;
+    const ProgramRun made = qrv.run("new plant.qrv");
+    EXPECT_EQ(made.exitCode, 0);
+    EXPECT_EQ(made.out, "");
+    EXPECT_EQ(made.err, "plant.qrv made.\n");
+    const ProgramRun info = qrv.run("info plant.qrv");
+    EXPECT_EQ(info.exitCode, 0);
+    EXPECT_EQ(info.err, "");
+    EXPECT_NE(info.out.find("Constants               0 of 5632\n"), std::string::npos);
+    EXPECT_NE(info.out.find("Retentive bytes         0 of 634\n"), std::string::npos);
+}
+
+TEST(qrv, LoadThenDumpIsIdentical) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    EXPECT_EQ(qrv.run("load plant.txt plant.qrv").exitCode, 0);
+    const ProgramRun dump = qrv.run("dump plant.qrv");
+    EXPECT_EQ(dump.exitCode, 0);
+    EXPECT_EQ(dump.err, "");
+    EXPECT_EQ(dump.out, kSmallPlant);
+}
+
+TEST(qrv, LoadsFromTheStandardInput) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    EXPECT_EQ(qrv.run("load - plant.qrv <plant.txt").exitCode, 0);
+    EXPECT_EQ(qrv.run("dump plant.qrv").out, kSmallPlant);
+    const ProgramRun empty = qrv.run("load - other.qrv");
+    EXPECT_EQ(empty.exitCode, 3);
+    EXPECT_EQ(empty.err, "qrv: standard input:1: The first line must be \"QRV configuration text, form 1\".\n");
+}
+
+TEST(qrv, InfoAsJsonHasTheCounts) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    ASSERT_EQ(qrv.run("load plant.txt plant.qrv").exitCode, 0);
+    const ProgramRun info = qrv.run("info plant.qrv --json");
+    const auto json = nlohmann::json::parse(info.out);
+    EXPECT_EQ(json["title"], "Small plant");
+    EXPECT_EQ(json["configuration"], "SP-1");
+    EXPECT_EQ(json["readOnly"], false);
+    EXPECT_EQ(json["blocks"]["used"], 5);
+    EXPECT_EQ(json["blocks"]["most"], 705);
+    EXPECT_EQ(json["constants"]["used"], 1);
+    EXPECT_EQ(json["layoutRevision"], "5.01");
+}
+
+TEST(qrv, TellsAReadOnlyFileFromOthers) {
+    const QrvProgram qrv;
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    chmod(qrv.path("plant.qrv").c_str(), 0444);
+    EXPECT_NE(qrv.run("info plant.qrv").out.find("Read-only               yes\n"), std::string::npos);
+}
+
+TEST(qrv, CompareNamesWhatDiffersAndEndsWithOne) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("a.txt"), kSmallPlant);
+    std::string changed = kSmallPlant;
+    changed.replace(changed.find("72500"), 5, "73000");
+    writeFile(qrv.path("b.txt"), changed);
+    ASSERT_EQ(qrv.run("load a.txt a.qrv").exitCode, 0);
+    ASSERT_EQ(qrv.run("load b.txt b.qrv").exitCode, 0);
+    const ProgramRun same = qrv.run("compare a.qrv a.qrv");
+    EXPECT_EQ(same.exitCode, 0);
+    EXPECT_EQ(same.out, "");
+    EXPECT_EQ(same.err, "No differences.\n");
+    const ProgramRun differ = qrv.run("compare a.qrv b.qrv");
+    EXPECT_EQ(differ.exitCode, 1);
+    EXPECT_EQ(differ.out, "Constants BlockNumber=4 Offset=0 ConstantValue: 72500 -> 73000  # parameter 1 VALUE, %\n");
+    EXPECT_EQ(differ.err, "1 difference.\n");
+}
+
+TEST(qrv, CompareAsJsonGivesFieldsAndMissingRows) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("a.txt"), kSmallPlant);
+    ASSERT_EQ(qrv.run("load a.txt a.qrv").exitCode, 0);
+    ASSERT_EQ(qrv.run("new b.qrv").exitCode, 0);
+    const ProgramRun run = qrv.run("compare a.qrv b.qrv --json");
+    EXPECT_EQ(run.exitCode, 1);
+    const auto json = nlohmann::json::parse(run.out);
+    EXPECT_EQ(json["equal"], false);
+    ASSERT_EQ(json["differences"].size(), 3U);
+    const auto& block = json["differences"][0];
+    EXPECT_EQ(block["table"], "Block List");
+    EXPECT_EQ(block["key"]["BlockNumber"], 4);
+    EXPECT_EQ(block["a"]["FunctionNumber"], 3);
+    EXPECT_EQ(block["b"]["FunctionNumber"], 127);
+    EXPECT_EQ(block["a"]["Comment"], "Header set point, \u00B0F");
+    const auto& constant = json["differences"][1];
+    EXPECT_EQ(constant["a"]["ConstantValue"], 72500);
+    EXPECT_TRUE(constant["b"].is_null());
+}
+
+TEST(qrv, OverwritesNothingWithoutForce) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    writeFile(qrv.path("there"), "mine");
+    for (const char* command : {"new there", "load plant.txt there"}) {
+        const ProgramRun run = qrv.run(command);
+        EXPECT_EQ(run.exitCode, 5) << command;
+        EXPECT_EQ(run.err, "qrv: there exists already; --force overwrites it.\n");
+        EXPECT_EQ(bytesOf(qrv.path("there")), "mine");
+    }
+    EXPECT_EQ(qrv.run("load plant.txt there --force").exitCode, 0);
+    EXPECT_EQ(qrv.run("dump there").out, kSmallPlant);
+    EXPECT_EQ(qrv.run("new there --force").exitCode, 0);
+    EXPECT_EQ(qrv.run("dump there").out, kMark);
+}
+
+TEST(qrv, ARefusedTextLeavesNothingBehind) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kMark + "[Constants]\nBlockNumber=4 Offset=0 ConstantValue=x\n");
+    const ProgramRun run = qrv.run("load plant.txt plant.qrv");
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.err, "qrv: plant.txt:3: ConstantValue must be a whole number from -2147483648 to 2147483647.\n");
+    EXPECT_EQ(qrv.folder.names(), (std::vector<std::string>{".err", ".out", "plant.txt"}));
+}
+
+struct BadFile {
+    const char* name;
+    std::string bytes;
+};
+void PrintTo(const BadFile& file, std::ostream* out) { *out << file.name; }
+
+class BadFileTest : public testing::TestWithParam<BadFile> {};
+
+TEST_P(BadFileTest, IsRefusedInOneSentenceThatNamesIt) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("bad.qrv"), GetParam().bytes);
+    for (const char* command : {"info bad.qrv", "dump bad.qrv", "compare bad.qrv bad.qrv"}) {
+        const ProgramRun run = qrv.run(command);
+        EXPECT_EQ(run.exitCode, 3) << command;
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+        EXPECT_NE(run.err.find("bad.qrv"), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(bytesOf(qrv.path("bad.qrv")), GetParam().bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(Edges, BadFileTest,
+                         testing::Values(BadFile{"empty", ""}, BadFile{"text", "hello\n"},
+                                         BadFile{"headerAlone", std::string("SQLite format 3\0", 16)},
+                                         BadFile{"ownTextForm", kSmallPlant}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(qrv, NamesAFileThatIsNotThere) {
+    const QrvProgram qrv;
+    for (const char* command :
+         {"info none.qrv", "dump none.qrv", "load none.txt new.qrv", "compare none.qrv none.qrv"}) {
+        const ProgramRun run = qrv.run(command);
+        EXPECT_EQ(run.exitCode, 3) << command;
+        EXPECT_NE(run.err.find("none."), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(qrv.run("new no/such/folder/plant.qrv").exitCode, 3);
+    EXPECT_EQ(qrv.run("new .").exitCode, 3);
+}
+
+TEST(qrv, ABadCommandLineEndsWithTwo) {
+    const QrvProgram qrv;
+    for (const char* command : {"", "frobnicate", "new", "new a b", "info a.qrv --xml", "compare a"}) {
+        const ProgramRun run = qrv.run(command);
+        EXPECT_EQ(run.exitCode, 2) << command;
+        EXPECT_EQ(run.out, "") << command;
+        EXPECT_NE(run.err, "") << command;
+    }
+}
+
+TEST(qrv, HelpAndVersionAreAnswers) {
+    const QrvProgram qrv;
+    const ProgramRun help = qrv.run("--help");
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* word : {"Usage:", "new", "info", "backups", "dump", "load", "compare", "Exit codes:"}) {
+        EXPECT_NE(help.out.find(word), std::string::npos) << word;
+    }
+    const ProgramRun version = qrv.run("--version");
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.out.substr(0, 4), "qrv ");
+    EXPECT_NE(version.out.find("\nfunction catalogue: "), std::string::npos);
+    EXPECT_NE(version.out.find("\nSQLite "), std::string::npos);
+}
+
+TEST(qrv, AFullOutputIsAFailure) {
+    const QrvProgram qrv;
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    const ProgramRun run = qrv.run("info plant.qrv >/dev/full");
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n");
+}
+
+TEST(qrv, SpeaksTheSameInEveryLocale) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant + "\n[Version]\nRevLevel=5.25 Vtext=\"Describe\" Major=3 Minor=1\n");
+    for (const char* locale : {"LC_ALL=C", "LC_ALL=de_DE.UTF-8", "LC_ALL=no_SUCH"}) {
+        ASSERT_EQ(qrv.run("load plant.txt plant.qrv --force", locale).exitCode, 0);
+        const ProgramRun dump = qrv.run("dump plant.qrv", locale);
+        EXPECT_NE(dump.out.find("RevLevel=5.25 "), std::string::npos) << locale;
+        EXPECT_NE(dump.out.find("\u00B0F"), std::string::npos) << locale;
+    }
+}
+
+TEST(qrv, ListsTheCopiesOfUnsavedWork) {
+    const QrvProgram qrv;
+    const std::string state = "XDG_STATE_HOME=" + qrv.path("state");
+    const ProgramRun none = qrv.run("backups", state);
+    EXPECT_EQ(none.exitCode, 0);
+    EXPECT_EQ(none.out, "");
+    EXPECT_EQ(none.err, "No copies of unsaved work are kept.\n");
+    std::filesystem::create_directories(qrv.path("state/QRV_Edit/backups"));
+    writeFile(qrv.path("state/QRV_Edit/backups/plant.qrv"), "work");
+    writeFile(qrv.path("state/QRV_Edit/backups/plant.qrv.from"), "/plants/plant.qrv");
+    const ProgramRun one = qrv.run("backups", state);
+    EXPECT_EQ(one.exitCode, 0);
+    EXPECT_EQ(one.err, "");
+    EXPECT_EQ(one.out.substr(one.out.find("  ")),
+              "  " + qrv.path("state/QRV_Edit/backups/plant.qrv") + "  of /plants/plant.qrv\n");
+}
+
+}  // namespace
+}  // namespace qrv
