@@ -1,6 +1,8 @@
 // A simulated controller behind a pseudo-terminal, for demonstrations, scripts and tests without the real thing.
 #include <CLI/CLI.hpp>
 #include <cstdint>
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -15,7 +17,6 @@
 #include "platform/Clock.h"
 #include "platform/FileSettings.h"
 #include "platform/Folders.h"
-#include "platform/RunTimeError.h"
 #include "platform/posix/PseudoTerminal.h"
 
 namespace qrv {
@@ -46,22 +47,31 @@ std::string faultsText() {
 void declare(CLI::App& app, Options& options, int& turnaround, int& lateBy) {
     auto& setup = options.setup;
     app.add_option("--version-text", setup.versionText, "Firmware text, 24 characters at most")
+        ->type_name("TEXT")
         ->check([](const std::string& text) {
             return text.size() <= SimulatedController::kVersionLength ? std::string{} : std::string("too long");
         });
-    app.add_option("--memory", options.memoryPath, "File that keeps what was committed");
-    app.add_option("--seed", setup.seed, "Seed of all that is left to chance");
+    app.add_option("--memory", options.memoryPath, "File that keeps what was committed")->type_name("FILE");
+    app.add_option("--seed", setup.seed, "Seed of all that is left to chance")->type_name("NUMBER");
     app.add_flag("--moving", setup.isMoving, "Outputs move as those of a plant");
     app.add_option("--pace", options.baud, "Bytes need the time that they need at this baud rate")
-        ->check(CLI::PositiveNumber);
-    app.add_flag("!--no-parity", options.hasParity, "With --pace: 10 bits a byte, not 11");
-    app.add_option("--turnaround", turnaround, "Milliseconds from request to answer")->check(CLI::Range(0, 60000));
+        ->check(CLI::PositiveNumber)
+        ->type_name("BAUD");
+    app.add_flag_callback(
+        "--no-parity", [&options] { options.hasParity = false; }, "With --pace: 10 bits a byte, not 11");
+    app.add_option("--turnaround", turnaround, "Milliseconds from request to answer")
+        ->check(CLI::Range(0, 60000))
+        ->type_name("MS");
     app.add_option("--fault", options.faults, "A fault to play (see below); may be given again")
+        ->type_name("NAME[:WHEN]")
         ->check([](const std::string& text) {
             return SimFaultPlan::parsed(text) ? std::string{} : "there is no fault \"" + text + "\"";
         });
-    app.add_option("--late-by", lateBy, "Milliseconds that the fault \"late\" adds")->check(CLI::Range(0, 600000));
+    app.add_option("--late-by", lateBy, "Milliseconds that the fault \"late\" adds")
+        ->check(CLI::Range(0, 600000))
+        ->type_name("MS");
     app.add_option("--map", options.map, "Port name, COM1 to COM99, that stands for the device while this runs")
+        ->type_name("COMn")
         ->check([](const std::string& name) {
             return PortMapping::numberOf(name) ? std::string{} : "there is no port \"" + name + "\"";
         });
@@ -129,26 +139,30 @@ int run(const Options& options) {
     return kHungUp;
 }
 
+int start(int argc, char** argv) {
+    CLI::App app{"A simulated controller behind a pseudo-terminal", "qrv_controller"};
+    Options options;
+    int turnaround = 0;
+    int lateBy = static_cast<int>(options.setup.lateBy.count());
+    declare(app, options, turnaround, lateBy);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kEndedAsAsked : kBadOptions;
+    }
+    options.setup.turnaround = std::chrono::milliseconds(turnaround);
+    options.setup.lateBy = std::chrono::milliseconds(lateBy);
+    return run(options);
+}
+
 }  // namespace
 }  // namespace qrv
 
 int main(int argc, char** argv) {
-    CLI::App app{"A simulated controller behind a pseudo-terminal", "qrv_controller"};
-    qrv::Options options;
-    int turnaround = 0;
-    int lateBy = static_cast<int>(options.setup.lateBy.count());
-    qrv::declare(app, options, turnaround, lateBy);
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? qrv::kEndedAsAsked : qrv::kBadOptions;
-    }
-    options.setup.turnaround = std::chrono::milliseconds(turnaround);
-    options.setup.lateBy = std::chrono::milliseconds(lateBy);
-    try {
-        return qrv::run(options);
-    } catch (const qrv::RunTimeError& error) {
-        std::cerr << "qrv_controller: " << error.what() << '\n';
+        return qrv::start(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "qrv_controller: %s\n", error.what());
         return qrv::kCouldNotStart;
     }
 }

@@ -1,5 +1,6 @@
 #include "shell/frmAbout.h"
 
+#include "platform/CodePage.h"
 #include "store/EngineVersion.h"
 #include "store/Workbench.h"
 
@@ -13,7 +14,7 @@ frmAbout::frmAbout(Workbench& bench, bool showsAdditions)
       lblEngine{.caption = "SQLite " + engineVersion(), .visible = showsAdditions},
       bench_(bench) {}
 
-void frmAbout::load() { lblCatalogue.caption = "Function catalogue " + bench_.db.Version(); }
+void frmAbout::load() { lblCatalogue.caption = "Function catalogue " + toUtf8(bench_.db.Version()); }
 
 void frmAbout::Command1_Click() { bench_.platform.formHost.unload(*this); }
 

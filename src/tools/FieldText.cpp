@@ -126,14 +126,14 @@ ParsedField parseText(const Column& column, std::string_view written) {
 
 }  // namespace
 
-std::string quoted(std::string_view cp1252) {
+std::string quotedText(std::string_view cp1252) {
     std::string text = "\"";
     for (const char c : cp1252) text += escaped(c);
     return text + '"';
 }
 
 std::string fieldText(const Column& column, const Value& value) {
-    if (const auto* text = std::get_if<std::string>(&value)) return quoted(*text);
+    if (const auto* text = std::get_if<std::string>(&value)) return quotedText(*text);
     if (const auto* number = std::get_if<float>(&value)) return floatText(*number);
     const std::int32_t number = std::get<std::int32_t>(value);
     if (column.type == ColumnType::Boolean) return std::string(number != 0 ? kTrue : kFalse);

@@ -18,7 +18,7 @@ namespace qrv {
 [[nodiscard]] std::string keyText(const Table& table, const std::vector<Value>& row);
 
 /// A text in double quotes, from code page 1252.
-[[nodiscard]] std::string quoted(std::string_view cp1252);
+[[nodiscard]] std::string quotedText(std::string_view cp1252);
 
 struct ParsedField {
     Value value;

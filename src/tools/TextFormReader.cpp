@@ -111,12 +111,13 @@ class Section {
         return std::move(field.value);
     }
 
+    void require(const TableRow& row, std::size_t column) const {
+        if (!std::holds_alternative<std::monostate>(row[column])) return;
+        refuse(std::string(table_.columns[column].name) + " is missing");
+    }
+
     void requireKey(const TableRow& row) const {
-        for (const std::size_t column : identityOf(table_)) {
-            if (std::holds_alternative<std::monostate>(row[column])) {
-                refuse(std::string(table_.columns[column].name) + " is missing");
-            }
-        }
+        for (const std::size_t column : identityOf(table_)) require(row, column);
     }
 
     void requireNothingElse(const TableRow& row) const {
@@ -132,6 +133,9 @@ class Section {
     }
 
     void add(const TableRow& row) {
+        // A block without a function keeps a file from being opened.
+        const int function = table_.columnIndex("FunctionNumber");
+        if (function >= 0) require(row, static_cast<std::size_t>(function));
         const bool isUnique = table_.indexes.empty() || table_.indexes.front().unique;
         const Key key = keyOf(table_, row);
         if (!given_.insert(key).second && isUnique)

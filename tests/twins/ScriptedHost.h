@@ -28,20 +28,15 @@ class ScriptedHost final : public FormHost {
     void onModal(std::string name, User user) { users_.emplace_back(std::move(name), std::move(user)); }
 
     void showModal(Form& form) override {
+        Form* before = active_;
         comeUp(form);
-        if (!isVisible(form)) return;  // it went away by itself as it came up
-        const auto user =
-            std::find_if(users_.begin(), users_.end(), [&](const auto& u) { return u.first == form.name(); });
-        if (user == users_.end()) {
-            ADD_FAILURE() << "an unexpected modal form: " << form.name();
-        } else {
-            const User play = std::move(user->second);
-            users_.erase(user);
-            play(form);
-        }
-        EXPECT_FALSE(isVisible(form)) << form.name() << " was left open";
-        if (isVisible(form)) unload(form);
+        if (isVisible(form)) play(form);  // else it went away by itself as it came up
+        // Another form may have come up from within; then control is there already.
+        if (ended || (active_ && active_ != &form)) return;
+        active_ = nullptr;
+        if (before && isVisible(*before)) activate(*before);
     }
+    void load(Form& form) override { loadOnce(form); }
     void show(Form& form) override { comeUp(form); }
     void hide(Form& form) override { std::erase(visible_, &form); }
     void unload(Form& form) override {
@@ -73,20 +68,41 @@ class ScriptedHost final : public FormHost {
     std::optional<int> ended;           ///< the exit code, once the program was ended
 
  private:
+    void loadOnce(Form& form) {
+        if (isLoaded(form)) return;
+        loaded_.push_back(&form);
+        happened.push_back("load " + form.name());
+        form.load();
+    }
     void comeUp(Form& form) {
-        if (!isLoaded(form)) {
-            loaded_.push_back(&form);
-            happened.push_back("load " + form.name());
-            form.load();
-        }
+        if (ended) return;
+        loadOnce(form);
         if (!isVisible(form)) visible_.push_back(&form);
+        activate(form);
+    }
+    void activate(Form& form) {
+        active_ = &form;
         happened.push_back("activate " + form.name());
         form.activate();
+    }
+    void play(Form& form) {
+        const auto user =
+            std::find_if(users_.begin(), users_.end(), [&](const auto& u) { return u.first == form.name(); });
+        if (user == users_.end()) {
+            ADD_FAILURE() << "an unexpected modal form: " << form.name();
+        } else {
+            const User played = std::move(user->second);
+            users_.erase(user);
+            played(form);
+        }
+        EXPECT_FALSE(isVisible(form)) << form.name() << " was left open";
+        if (isVisible(form)) unload(form);
     }
 
     std::deque<std::pair<std::string, User>> users_;
     std::vector<Form*> loaded_;
     std::vector<Form*> visible_;
+    Form* active_ = nullptr;
 };
 
 }  // namespace qrv

@@ -1,0 +1,126 @@
+// What the text form's reader takes and what it refuses.
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+#include "tools/TextForm.h"
+
+namespace qrv {
+namespace {
+
+const std::string kMark = "QRV configuration text, form 1\n";
+const std::string kConstants = "[Constants]\n";
+
+std::string refusalOf(const std::string& text) { return readTextForm(text, "plant.txt").refusal; }
+
+TEST(TextFormReader, RowsWithEqualKeysKeepTheirOrder) {
+    const TextFormResult result = readTextForm(
+        kMark + "[Alarm List]\nBlockNumber=9 Description=\"B\"\nBlockNumber=9 Description=\"A\"\nBlockNumber=4\n",
+        "plant.txt");
+    ASSERT_EQ(result.refusal, "");
+    const auto& rows = result.content->of("Alarm List").rows;
+    ASSERT_EQ(rows.size(), 3U);
+    EXPECT_TRUE(rows[0][0] == Value{4});
+    EXPECT_TRUE(rows[1][1] == Value{std::string("B")});
+    EXPECT_TRUE(rows[2][1] == Value{std::string("A")});
+}
+
+TEST(TextFormReader, TakesWindowsLinesNotesBlankLinesAndFieldsInAnyOrder) {
+    const TextFormResult result = readTextForm(
+        "QRV configuration text, form 1\r\n\r\n# our plant\r\n[ConstantS]  \r\n"
+        "  constantvalue=7\tOffset=0 BlockNumber=4 # note",
+        "plant.txt");
+    ASSERT_EQ(result.refusal, "");
+    EXPECT_TRUE(result.content->of("Constants").rows == (std::vector<TableRow>{{4, 0, 7}}));
+}
+
+TEST(TextFormReader, ALeftOutFieldIsNull) {
+    const TextFormResult result =
+        readTextForm(kMark + "[Block EGUs]\nBlock=4 Param=0 GEGU=0 Decimal=1 Units=\"F\"\n", "plant.txt");
+    ASSERT_EQ(result.refusal, "");
+    EXPECT_TRUE(result.content->of("Block EGUs").rows ==
+                (std::vector<TableRow>{{4, 0, 0, Value{}, Value{}, 1, std::string("F")}}));
+}
+
+struct RefusedText {
+    const char* name;
+    std::string body;  ///< behind the mark, which is line 1
+    std::string refusal;
+};
+void PrintTo(const RefusedText& text, std::ostream* out) { *out << text.name; }
+
+class RefusedTextFormTest : public testing::TestWithParam<RefusedText> {};
+
+TEST_P(RefusedTextFormTest, NamesFileLineAndReason) {
+    EXPECT_EQ(refusalOf(kMark + GetParam().body), GetParam().refusal);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sections, RefusedTextFormTest,
+    testing::Values(
+        RefusedText{"unknownTable", "[Blocks]\n", "plant.txt:2: There is no table \"Blocks\"."},
+        RefusedText{"sectionTwice", "[Slots]\n\n[slots]\n", "plant.txt:4: Table Slots has a section already."},
+        RefusedText{"sectionWithMore", "[Slots] x\n",
+                    "plant.txt:2: A section is a table's name in brackets and nothing else."},
+        RefusedText{"bracketAlone", "[\n", "plant.txt:2: A section is a table's name in brackets and nothing else."},
+        RefusedText{"rowWithoutSection", "\nOffset=1\n", "plant.txt:3: There is no [table] above this line."}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Fields, RefusedTextFormTest,
+    testing::Values(
+        RefusedText{"unknownField", kConstants + "Block=4\n", "plant.txt:3: Table Constants has no field \"Block\"."},
+        RefusedText{"fieldTwice", kConstants + "Offset=0 BlockNumber=4 offset=1\n",
+                    "plant.txt:3: offset stands twice."},
+        RefusedText{"noField", kConstants + "hello\n", "plant.txt:3: \"hello\" is no Field=value."},
+        RefusedText{"noteAlone", kConstants + "- # note\n", "plant.txt:3: There is no field."},
+        RefusedText{"outOfRange", kConstants + "BlockNumber=4 Offset=0 ConstantValue=2147483648\n",
+                    "plant.txt:3: ConstantValue must be a whole number from -2147483648 to 2147483647."},
+        RefusedText{"noteWithoutBlank", kConstants + "BlockNumber=4#note\n",
+                    "plant.txt:3: BlockNumber must be a whole number from -32768 to 32767."},
+        RefusedText{"keyMissing", kConstants + "BlockNumber=4 ConstantValue=1\n", "plant.txt:3: Offset is missing."},
+        RefusedText{"emptyString", "[ParmString]\nBlockNumber=4 Offset=0 Pstring=\"\"\n",
+                    "plant.txt:3: Pstring must not be empty."},
+        RefusedText{"longTitle", "[Comments]\nTitle=\"" + std::string(81, 'A') + "\"\n",
+                    "plant.txt:3: Title must have at most 80 characters."},
+        RefusedText{"unclosedText", "[Comments]\nTitle=\"A\n", "plant.txt:3: A text has no closing quote."},
+        RefusedText{"backslashAtTheEnd", "[Comments]\nTitle=\"A\\", "plant.txt:3: A text has no closing quote."},
+        RefusedText{"rawControl", "[Comments]\nTitle=\"A\tB\"\n",
+                    "plant.txt:3: A text has a control character that isn't escaped."},
+        RefusedText{"textsTogether", "[Comments]\nTitle=\"A\"Config=\"B\"\n",
+                    "plant.txt:3: There is no blank behind the value of Title."}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, RefusedTextFormTest,
+    testing::Values(
+        RefusedText{"rowTwice", kConstants + "BlockNumber=4 Offset=0 ConstantValue=1\nOffset=0 BlockNumber=4\n",
+                    "plant.txt:4: Table Constants has the row BlockNumber=4 Offset=0 already."},
+        RefusedText{"blockTooMany", "[Block List]\nBlockNumber=705 FunctionNumber=127\n",
+                    "plant.txt:3: Table Block List can't have the row BlockNumber=705."},
+        RefusedText{"blockWithoutFunction", "[Block List]\nBlockNumber=7\n", "plant.txt:3: FunctionNumber is missing."},
+        RefusedText{"blockTakenAway", "[Block List]\n- BlockNumber=7\n",
+                    "plant.txt:3: Table Block List can't do without the row BlockNumber=7."},
+        RefusedText{"unknownRowTakenAway", kConstants + "- BlockNumber=4 Offset=0\n",
+                    "plant.txt:3: A new file has no such row."},
+        RefusedText{"rowTakenAwayAndGiven", "[Menu Items]\n- MenuNumber=0 Offset=1\nMenuNumber=0 Offset=1 Type=1\n",
+                    "plant.txt:4: Table Menu Items has the row MenuNumber=0 Offset=1 already."},
+        RefusedText{"moreThanTheKeyTakenAway", "[Menu Items]\n- MenuNumber=0 Offset=1 Type=1\n",
+                    "plant.txt:3: Type has no place in a line that takes a row away."},
+        RefusedText{"secondTitle", "[Comments]\nTitle=\"A\"\nTitle=\"B\"\n",
+                    "plant.txt:4: Table Comments has the row already."},
+        RefusedText{"sixthPagerString", "[Pager]\nOffset=5 PagerInfo=\"\"\n",
+                    "plant.txt:3: Table Pager can't have the row Offset=5."},
+        RefusedText{"pagerStringTwice", "[Pager]\nOffset=1 PagerInfo=\"1\"\nOffset=1 PagerInfo=\"2\"\n",
+                    "plant.txt:4: Table Pager has the row Offset=1 already."}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(TextFormReader, NeedsTheFirstLine) {
+    const std::string reason = "plant.txt:1: The first line must be \"QRV configuration text, form 1\".";
+    EXPECT_EQ(refusalOf(""), reason);
+    EXPECT_EQ(refusalOf("QRV configuration text, form 2\n"), reason);
+    EXPECT_EQ(refusalOf(kConstants), reason);
+}
+
+}  // namespace
+}  // namespace qrv
