@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -45,7 +46,10 @@ class FalsePump final : public EventPump {
         runWaiting();
     }
     void pumpUntil(Clock::TimePoint deadline, SerialPort* /*port*/) override {
-        if (events_.empty() || events_.begin()->first > clock_.now()) clock_.advanceTo(nextAfterNow(deadline));
+        const bool hasWaiting = !events_.empty() && events_.begin()->first <= clock_.now();
+        const Clock::TimePoint next = nextAfterNow(deadline);
+        if (next == Clock::TimePoint::max()) throw std::logic_error("a wait that nothing would ever end");
+        if (!hasWaiting) clock_.advanceTo(next);
         runWaiting();
     }
 

@@ -29,29 +29,37 @@ class ScriptedHost final : public FormHost {
 
     void showModal(Form& form) override {
         Form* before = active_;
-        comeUp(form);
-        if (isVisible(form)) play(form);  // else it went away by itself as it came up
+        if (!comeUp(form)) return;
+        if (isVisible(form)) play(form);
         // Another form may have come up from within; then control is there already.
-        if (ended || (active_ && active_ != &form)) return;
+        const bool returns = active_ == &form || active_ == nullptr;
+        if (ended || !returns) return;
         active_ = nullptr;
-        if (before && isVisible(*before)) activate(*before);
+        if (before != nullptr && isVisible(*before)) activate(*before);
     }
-    void load(Form& form) override { loadOnce(form); }
+    void load(Form& form) override {
+        if (ended || isLoaded(form)) return;
+        loaded_.push_back(&form);
+        happened.push_back("load " + form.name());
+        form.load();
+    }
     void show(Form& form) override { comeUp(form); }
     void hide(Form& form) override { std::erase(visible_, &form); }
     void unload(Form& form) override {
-        hide(form);
         if (std::erase(loaded_, &form) == 0) return;
-        form.unload();
         happened.push_back("unload " + form.name());
+        form.unload();
+        hide(form);
     }
     [[nodiscard]] bool isVisible(const Form& form) const override {
         return std::find(visible_.begin(), visible_.end(), &form) != visible_.end();
     }
     void refresh(Form& form) override { happened.push_back("refresh " + form.name()); }
     void endProgram(int exitCode) override {
-        while (!loaded_.empty()) unload(*loaded_.back());
+        if (ended) return;
         ended = exitCode;
+        while (!loaded_.empty()) unload(*loaded_.back());
+        active_ = nullptr;
     }
 
     /// The user closes the window by its frame. Gives true if the form went away.
@@ -68,41 +76,38 @@ class ScriptedHost final : public FormHost {
     std::optional<int> ended;           ///< the exit code, once the program was ended
 
  private:
-    void loadOnce(Form& form) {
-        if (isLoaded(form)) return;
-        loaded_.push_back(&form);
-        happened.push_back("load " + form.name());
-        form.load();
-    }
-    void comeUp(Form& form) {
-        if (ended) return;
-        loadOnce(form);
+    /// False if the form went away while it loaded, or the program has ended.
+    bool comeUp(Form& form) {
+        load(form);
+        if (!isLoaded(form)) return false;
         if (!isVisible(form)) visible_.push_back(&form);
         activate(form);
+        return true;
     }
     void activate(Form& form) {
         active_ = &form;
         happened.push_back("activate " + form.name());
         form.activate();
     }
+    /// Plays the form's user and sees to it that the form is gone afterwards.
     void play(Form& form) {
         const auto user =
             std::find_if(users_.begin(), users_.end(), [&](const auto& u) { return u.first == form.name(); });
         if (user == users_.end()) {
             ADD_FAILURE() << "an unexpected modal form: " << form.name();
         } else {
-            const User played = std::move(user->second);
+            const User action = std::move(user->second);
             users_.erase(user);
-            played(form);
+            action(form);
+            EXPECT_FALSE(isVisible(form)) << form.name() << " was left open";
         }
-        EXPECT_FALSE(isVisible(form)) << form.name() << " was left open";
         if (isVisible(form)) unload(form);
     }
 
     std::deque<std::pair<std::string, User>> users_;
     std::vector<Form*> loaded_;
     std::vector<Form*> visible_;
-    Form* active_ = nullptr;
+    Form* active_ = nullptr;  ///< the form that has control
 };
 
 }  // namespace qrv
