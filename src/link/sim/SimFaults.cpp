@@ -21,7 +21,7 @@ void lengthen(SimAnswer& answer, const SimFaultContext& context) { answer.bytes.
 void flipChecksum(SimAnswer& answer, const SimFaultContext&) { answer.bytes.back() ^= 0x01U; }
 
 void replaceStatus(SimAnswer& answer, const SimFaultContext&) {
-    answer.bytes.resize(answer.bytes.size() - 2);
+    answer.bytes.erase(answer.bytes.end() - 2, answer.bytes.end());
     answer.bytes.front() = 17;
     sealSimFrame(answer.bytes);
 }
