@@ -81,29 +81,30 @@ void checkTable(Sqlite& file, const Table& table, std::map<std::string, SchemaEn
     }
 }
 
-std::string orderedByKey(const Table& table, const std::vector<std::size_t>& columns) {
-    std::string names;
-    for (const std::size_t column : columns) {
-        if (!names.empty()) names += ", ";
-        names += bracketed(table.columns[column].name);
-    }
-    if (names.empty()) return "SELECT 1 FROM " + bracketed(table.name);
-    // By rowid and sorted: the index may lie.
-    return "SELECT " + names + " FROM " + bracketed(table.name) + " NOT INDEXED ORDER BY " + names;
-}
+using Identity = std::vector<std::int32_t>;
 
-void checkRows(Sqlite& file, const Table& table) {
-    const std::vector<std::size_t> columns = identityOf(table);
-    Statement rows = file.prepare(orderedByKey(table, columns));
-    for (const std::vector<Value>& expected : defaultRows(table)) {
-        if (!rows.step()) refuse(file, "a row of table " + std::string(table.name) + " is missing");
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            if (rows.integer(static_cast<int>(i)) != std::get<std::int32_t>(expected[columns[i]])) {
-                refuse(file, "the rows of table " + std::string(table.name) + " are not those of a controller");
-            }
+/// What tells a row of a fixed table from the others: its key, or the number of a pager string.
+Identity identityOf(const Table& table, const std::vector<Value>& row) {
+    Identity identity;
+    for (const Index& index : table.indexes) {
+        for (std::size_t part = 0; part < index.partCount(); ++part) {
+            const auto column = static_cast<std::size_t>(table.columnIndex(index.parts[part]));
+            identity.push_back(std::get<std::int32_t>(row[column]));
         }
     }
-    if (rows.step()) refuse(file, "table " + std::string(table.name) + " has a row too many");
+    if (table.name == "Pager") {
+        const auto* number = std::get_if<std::int32_t>(&row.front());
+        identity.push_back(number == nullptr ? -1 : *number);
+    }
+    return identity;
+}
+
+std::vector<Identity> identitiesOf(const Table& table, const std::vector<std::vector<Value>>& rows) {
+    std::vector<Identity> identities;
+    identities.reserve(rows.size());
+    for (const std::vector<Value>& row : rows) identities.push_back(identityOf(table, row));
+    std::sort(identities.begin(), identities.end());
+    return identities;
 }
 
 }  // namespace
@@ -120,10 +121,14 @@ void compareWithSchema(Sqlite& file) {
     if (!entries.empty()) refuse(file, "it holds " + entries.begin()->first + ", which no configuration has");
 }
 
-void checkFixedRows(Sqlite& file) {
-    for (const Table& table : configurationTables()) {
-        if (table.rowSet == RowSet::Fixed && hasTable(file, table)) checkRows(file, table);
-    }
+void checkFixedRows(const Sqlite& file, const Recordset& rows) {
+    const Table& table = rows.table();
+    if (identitiesOf(table, rows.allRows()) == identitiesOf(table, defaultRows(table))) return;
+    const auto count = static_cast<std::int32_t>(defaultRows(table).size());
+    const std::string name(table.name);
+    if (rows.rowCount() < count) refuse(file, "a row of table " + name + " is missing");
+    if (rows.rowCount() > count) refuse(file, "table " + name + " has a row too many");
+    refuse(file, "the rows of table " + name + " are not those of a controller");
 }
 
 bool hasTable(Sqlite& file, const Table& table) {

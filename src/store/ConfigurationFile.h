@@ -18,8 +18,8 @@ namespace qrv {
 /// Raises 3343 unless the file is one of ours: its mark, its tables, their columns and their indexes are exactly those
 /// of the schema, but for what an older file may lack.
 void compareWithSchema(Sqlite& file);
-/// Raises 3343 unless every table whose rows are the same in every file has exactly those rows.
-void checkFixedRows(Sqlite& file);
+/// Raises 3343 unless the table, whose rows are the same in every file, has exactly those rows.
+void checkFixedRows(const Sqlite& file, const Recordset& rows);
 
 [[nodiscard]] bool hasTable(Sqlite& file, const Table& table);
 [[nodiscard]] bool hasVisioComment(Sqlite& file);

@@ -1,6 +1,9 @@
 #include "store/Recordset.h"
 
+#include <algorithm>
 #include <cassert>
+#include <limits>
+#include <utility>
 
 #include "platform/RunTimeError.h"
 #include "store/RowReader.h"
@@ -10,27 +13,9 @@ namespace qrv {
 
 namespace {
 
-void appendBigEndian(std::string& key, std::uint64_t bits, int byteCount) {
-    for (int shift = (byteCount - 1) * 8; shift >= 0; shift -= 8) key += static_cast<char>(bits >> shift & 0xFFU);
-}
-
-// Byte order is the key's order: numbers biased to be without sign, names without regard to case.
-void appendKeyPart(std::string& key, const Column& column, const Value& value) {
-    if (const auto* text = std::get_if<std::string>(&value)) {
-        for (const char c : *text) key += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-        key += '\0';
-        return;
-    }
-    assert(column.type == ColumnType::Integer);
-    const std::int32_t* number = std::get_if<std::int32_t>(&value);
-    appendBigEndian(key, static_cast<std::uint64_t>((number == nullptr ? 0 : *number) + 0x8000), 2);
-}
-
-// Behind the key stands the row's number: rows of one key follow each other as they were added.
-std::string placeOf(std::string key, std::int64_t rowId) {
-    appendBigEndian(key, static_cast<std::uint64_t>(rowId), 8);
-    return key;
-}
+constexpr int kKeyBits = 64;
+constexpr int kNumberBits = 16;
+constexpr std::int64_t kBeforeAllRows = std::numeric_limits<std::int64_t>::min();
 
 std::size_t ordinal(const Table& table, std::string_view column) {
     return static_cast<std::size_t>(table.columnIndex(column));
@@ -38,13 +23,44 @@ std::size_t ordinal(const Table& table, std::string_view column) {
 
 bool isText(ColumnType type) { return type == ColumnType::Text || type == ColumnType::Memo; }
 
+/// How many bits of a key a name takes: what its numbers leave.
+int nameBits(const Table& table, const Index& index) {
+    int bits = kKeyBits;
+    for (std::size_t part = 0; part < index.partCount(); ++part) {
+        if (!isText(table.columns[ordinal(table, index.parts[part])].type)) bits -= kNumberBits;
+    }
+    return bits;
+}
+
+/// A key in one number whose order is the key's: 16-bit numbers biased to be without sign, a name in capitals.
+class PackedKey {
+ public:
+    void append(std::int32_t number) {
+        packed_ = packed_ << kNumberBits | static_cast<std::uint64_t>(static_cast<std::uint32_t>(number + 0x8000));
+    }
+    /// False: the name is longer than a key can hold.
+    [[nodiscard]] bool append(std::string_view name, int bits) {
+        if (name.size() * 8 > static_cast<std::size_t>(bits)) return false;
+        for (int i = 0; i < bits / 8; ++i) {
+            const char c = static_cast<std::size_t>(i) < name.size() ? name[static_cast<std::size_t>(i)] : '\0';
+            const char capital = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+            packed_ = packed_ << 8U | static_cast<unsigned char>(capital);
+        }
+        return true;
+    }
+    [[nodiscard]] std::uint64_t packed() const { return packed_; }
+
+ private:
+    std::uint64_t packed_ = 0;
+};
+
 }  // namespace
 
 Recordset::Recordset(const Table& table, Sqlite& file, bool writable, Missed missed)
     : table_(&table), missed_(missed), orders_(table.indexes.size()) {
     if (writable) writer_ = std::make_unique<TableWriter>(table, file);
     load(file);
-    if (!rows_.empty()) standOn(&rows_.begin()->second);
+    standAt(stored_, stored_.begin());
 }
 
 Recordset::~Recordset() = default;
@@ -54,57 +70,81 @@ Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 void Recordset::load(Sqlite& file) {
     RowReader reader(*table_, file);
     while (reader.next()) {
-        Row& row = rows_.emplace_hint(rows_.end(), reader.rowId(), Row{})->second;
-        row.id = reader.rowId();
-        row.values = reader.takeValues();
-        for (std::size_t i = 0; i < orders_.size(); ++i) {
-            if (table_->indexes[i].unique && holdsKey(table_->indexes[i], i, row)) reader.refuse("repeats a key");
+        Row& row = keep({reader.rowId(), reader.takeValues()});
+        stored_.push_back({0, row.id, &row});
+        for (std::size_t i = 0; i < orders_.size(); ++i) orders_[i].push_back(entryOf(table_->indexes[i], row));
+    }
+    for (std::size_t i = 0; i < orders_.size(); ++i) {
+        Order& order = orders_[i];
+        if (!std::is_sorted(order.begin(), order.end())) std::sort(order.begin(), order.end());
+        const auto repeated = std::adjacent_find(order.begin(), order.end(),
+                                                 [](const Entry& a, const Entry& b) { return a.key == b.key; });
+        if (table_->indexes[i].unique && repeated != order.end()) {
+            refuseRow(file, *table_, std::next(repeated)->id, "repeats a key");
         }
-        enterInOrders(row);
     }
 }
 
-std::string Recordset::keyOf(const Index& index, const Row& row) const {
-    std::string key;
+Recordset::Row& Recordset::keep(Row row) {
+    if (unused_.empty()) return rows_.emplace_back(std::move(row));
+    Row& place = *unused_.back();
+    unused_.pop_back();
+    place = std::move(row);
+    return place;
+}
+
+Recordset::Entry Recordset::entryOf(const Index& index, Row& row) const {
+    return {keyOf(index, row.values), row.id, &row};
+}
+
+std::uint64_t Recordset::keyOf(const Index& index, const Values& row) const {
+    PackedKey key;
     for (std::size_t part = 0; part < index.partCount(); ++part) {
-        const std::size_t column = ordinal(*table_, index.parts[part]);
-        appendKeyPart(key, table_->columns[column], row.values[column]);
+        const Value& value = row[ordinal(*table_, index.parts[part])];
+        if (const auto* name = std::get_if<std::string>(&value)) {
+            if (!key.append(*name, nameBits(*table_, index))) {
+                throw RunTimeError(ErrorNumber::FieldTooSmall, "The name " + *name + " is too long for a key.");
+            }
+        } else {
+            const auto* number = std::get_if<std::int32_t>(&value);
+            key.append(number == nullptr ? 0 : *number);
+        }
     }
-    return key;
+    return key.packed();
 }
 
-bool Recordset::holdsKey(const Index& index, std::size_t order, const Row& row) const {
-    const std::string key = keyOf(index, row);
-    const auto found = orders_[order].lower_bound(key);
-    return found != orders_[order].end() && found->first.starts_with(key) && found->second != &row;
+bool Recordset::holdsKey(std::size_t index, const Values& row) const {
+    const std::uint64_t key = keyOf(table_->indexes[index], row);
+    const Order& order = orders_[index];
+    const auto found = std::lower_bound(order.begin(), order.end(), Entry{key, kBeforeAllRows, nullptr});
+    return found != order.end() && found->key == key;
 }
 
 void Recordset::enterInOrders(Row& row) {
     for (std::size_t i = 0; i < orders_.size(); ++i) {
-        orders_[i].emplace_hint(orders_[i].end(), placeOf(keyOf(table_->indexes[i], row), row.id), &row);
+        const Entry entry = entryOf(table_->indexes[i], row);
+        orders_[i].insert(std::upper_bound(orders_[i].begin(), orders_[i].end(), entry), entry);
     }
 }
 
-void Recordset::leaveOrders(const Row& row) {
+void Recordset::leaveOrders(Row& row) {
     for (std::size_t i = 0; i < orders_.size(); ++i) {
-        orders_[i].erase(placeOf(keyOf(table_->indexes[i], row), row.id));
+        const Entry entry = entryOf(table_->indexes[i], row);
+        orders_[i].erase(std::lower_bound(orders_[i].begin(), orders_[i].end(), entry));
     }
 }
 
-void Recordset::standOn(Row* row) {
-    current_ = row;
-    state_ = State::OnRow;
-    if (index_ < 0) return;
-    const auto order = static_cast<std::size_t>(index_);
-    inOrder_ = orders_[order].find(placeOf(keyOf(table_->indexes[order], *row), row->id));
+void Recordset::standAt(const Order& order, Order::const_iterator place) {
+    const bool isRow = place != order.end();
+    current_ = isRow ? place->row : nullptr;
+    state_ = isRow ? State::OnRow : State::AtEnd;
+    place_ = static_cast<std::size_t>(place - order.begin());
 }
 
 void Recordset::setIndex(std::string_view name) {
     for (std::size_t i = 0; i < table_->indexes.size(); ++i) {
         if (!sameName(table_->indexes[i].name, name)) continue;
-        if (index_ == static_cast<int>(i)) return;
         index_ = static_cast<int>(i);
-        if (state_ == State::OnRow) standOn(current_);
         return;
     }
     throw RunTimeError(ErrorNumber::ItemNotFound);
@@ -112,63 +152,65 @@ void Recordset::setIndex(std::string_view name) {
 
 void Recordset::moveFirst() {
     cancelUpdate();
-    if (rows_.empty()) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-    if (index_ < 0) {
-        standOn(&rows_.begin()->second);
-        return;
-    }
-    inOrder_ = orders_[static_cast<std::size_t>(index_)].begin();
-    current_ = inOrder_->second;
-    state_ = State::OnRow;
+    if (stored_.empty()) raiseNoRow();
+    standAt(currentOrder(), currentOrder().begin());
 }
 
-void Recordset::moveNext() {
-    cancelUpdate();
-    if (state_ == State::AtEnd || state_ == State::NoRow) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-    const bool wasDeleted = state_ == State::Deleted;
-    if (index_ < 0) {
-        const auto next = rows_.upper_bound(wasDeleted ? placeInRows_ : current_->id);
-        current_ = next == rows_.end() ? nullptr : &next->second;
-    } else {
-        Order& order = orders_[static_cast<std::size_t>(index_)];
-        inOrder_ = wasDeleted ? order.upper_bound(placeInOrder_) : std::next(inOrder_);
-        current_ = inOrder_ == order.end() ? nullptr : inOrder_->second;
-    }
-    state_ = current_ == nullptr ? State::AtEnd : State::OnRow;
+Recordset::Entry Recordset::placeOfCurrent() const {
+    if (index_ < 0) return {0, current_->id, current_};
+    return entryOf(table_->indexes[static_cast<std::size_t>(index_)], *current_);
+}
+
+void Recordset::moveBehind(const Order& order) {
+    if (state_ == State::AtEnd || state_ == State::NoRow) raiseNoRow();
+    const Entry place = state_ == State::Deleted ? deleted_ : placeOfCurrent();
+    standAt(order, std::upper_bound(order.begin(), order.end(), place));
 }
 
 void Recordset::seek(std::span<const KeyPart> key) {
     cancelUpdate();
     if (index_ < 0) throw RunTimeError(ErrorNumber::NoCurrentIndex);
-    const auto order = static_cast<std::size_t>(index_);
-    const Index& index = table_->indexes[order];
-    assert(key.size() == index.partCount());
-    std::string wanted;
-    for (std::size_t part = 0; part < key.size(); ++part) {
-        const Column& column = table_->columns[ordinal(*table_, index.parts[part])];
-        const auto* number = std::get_if<std::int32_t>(&key[part]);
-        if (isText(column.type) == (number != nullptr)) throw RunTimeError(ErrorNumber::DataTypeConversion);
-        if (number != nullptr) {
-            const NumberRange range = rangeOf(column.type);
-            if (*number < range.least || *number > range.greatest) throw RunTimeError(ErrorNumber::Overflow);
-            appendKeyPart(wanted, column, *number);
-        } else {
-            appendKeyPart(wanted, column, std::get<std::string>(key[part]));
-        }
-    }
-    const auto found = orders_[order].lower_bound(wanted);
-    noMatch_ = found == orders_[order].end() || !found->first.starts_with(wanted);
+    const Order& order = currentOrder();
+    const auto wanted = wantedKey(table_->indexes[static_cast<std::size_t>(index_)], key);
+    auto found = order.end();
+    if (wanted) found = std::lower_bound(order.begin(), order.end(), Entry{*wanted, kBeforeAllRows, nullptr});
+    noMatch_ = found == order.end() || found->key != *wanted;
     if (!noMatch_) {
-        inOrder_ = found;
-        current_ = found->second;
-        state_ = State::OnRow;
+        standAt(order, found);
     } else if (missed_ == Missed::LosesRow) {
         current_ = nullptr;
         state_ = State::NoRow;
     }
 }
 
-std::int32_t Recordset::rowCount() const { return static_cast<std::int32_t>(rows_.size()); }
+// Absent: no row can have this key.
+std::optional<std::uint64_t> Recordset::wantedKey(const Index& index, std::span<const KeyPart> key) const {
+    assert(key.size() == index.partCount());
+    PackedKey wanted;
+    bool fits = true;
+    for (std::size_t part = 0; part < key.size(); ++part) {
+        const ColumnType type = table_->columns[ordinal(*table_, index.parts[part])].type;
+        const auto* number = std::get_if<std::int32_t>(&key[part]);
+        if (isText(type) == (number != nullptr)) throw RunTimeError(ErrorNumber::DataTypeConversion);
+        if (number == nullptr) {
+            fits = wanted.append(std::get<std::string_view>(key[part]), nameBits(*table_, index)) && fits;
+            continue;
+        }
+        const NumberRange range = rangeOf(type);
+        if (*number < range.least || *number > range.greatest) throw RunTimeError(ErrorNumber::Overflow);
+        wanted.append(*number);
+    }
+    return fits ? std::optional(wanted.packed()) : std::nullopt;
+}
+
+std::int32_t Recordset::rowCount() const { return static_cast<std::int32_t>(stored_.size()); }
+
+std::vector<Recordset::Values> Recordset::allRows() const {
+    std::vector<Values> rows;
+    rows.reserve(stored_.size());
+    for (const Entry& entry : stored_) rows.push_back(entry.row->values);
+    return rows;
+}
 
 void Recordset::edit() {
     cancelUpdate();
@@ -185,33 +227,39 @@ void Recordset::addNew() {
     pending_ = Pending::Add;
 }
 
-void Recordset::checkColumns(const Row& row) const {
+void Recordset::checkColumns(const Values& row) const {
     for (std::size_t i = 0; i < table_->columns.size(); ++i) {
         const Column& column = table_->columns[i];
-        const auto* text = std::get_if<std::string>(&row.values[i]);
+        const auto* text = std::get_if<std::string>(&row[i]);
         if (text != nullptr && text->empty() && !column.emptyAllowed) {
             throw RunTimeError(ErrorNumber::ZeroLengthString,
                                "Field '" + std::string(column.name) + "' can't hold an empty text.");
         }
-        const bool isNull = std::holds_alternative<std::monostate>(row.values[i]);
+        const bool isNull = std::holds_alternative<std::monostate>(row[i]);
         if (isNull && isKeyPart(*table_, column.name)) throw RunTimeError(ErrorNumber::NullInKey);
     }
 }
 
 // A key that the row has already is no repetition: `known` is the row as it stands in the table, or null.
-void Recordset::checkKeys(const Row& row, const Row* known) const {
+void Recordset::checkKeys(const Values& row, const Row* known) const {
     for (std::size_t i = 0; i < orders_.size(); ++i) {
         const Index& index = table_->indexes[i];
-        if (!index.unique || (known != nullptr && keyOf(index, row) == keyOf(index, *known))) continue;
-        if (holdsKey(index, i, row)) throw RunTimeError(ErrorNumber::DuplicateKey);
+        if (!index.unique || (known != nullptr && !changesKey(index, row, known->values))) continue;
+        if (holdsKey(i, row)) throw RunTimeError(ErrorNumber::DuplicateKey);
     }
 }
 
-bool Recordset::changesKey(const Row& after, const Row& before) const {
-    for (const Index& index : table_->indexes) {
-        if (keyOf(index, after) != keyOf(index, before)) return true;
+bool Recordset::changesKey(const Index& index, const Values& after, const Values& before) const {
+    for (std::size_t part = 0; part < index.partCount(); ++part) {
+        const std::size_t column = ordinal(*table_, index.parts[part]);
+        if (after[column] != before[column]) return true;
     }
     return false;
+}
+
+bool Recordset::changesAnyKey(const Values& after, const Values& before) const {
+    return std::any_of(table_->indexes.begin(), table_->indexes.end(),
+                       [&](const Index& index) { return changesKey(index, after, before); });
 }
 
 void Recordset::update() {
@@ -224,27 +272,22 @@ void Recordset::update() {
 }
 
 void Recordset::writeEdit() {
-    Row changed{current_->id, buffer_};
-    checkColumns(changed);
-    checkKeys(changed, current_);
-    writer_->update(changed.id, current_->values, changed.values);
-    if (changesKey(changed, *current_)) {
-        leaveOrders(*current_);
-        current_->values = std::move(changed.values);
-        enterInOrders(*current_);
-        standOn(current_);
-    } else {
-        current_->values = std::move(changed.values);
-    }
+    checkColumns(buffer_);
+    checkKeys(buffer_, current_);
+    writer_->update(current_->id, current_->values, buffer_);
+    const bool moves = changesAnyKey(buffer_, current_->values);
+    if (moves) leaveOrders(*current_);
+    std::swap(current_->values, buffer_);
+    if (moves) enterInOrders(*current_);
 }
 
 void Recordset::writeAddition() {
-    Row added{0, buffer_};
-    checkColumns(added);
-    checkKeys(added, nullptr);
-    added.id = writer_->insert(added.values);
-    Row& row = rows_[added.id];
-    row = std::move(added);
+    checkColumns(buffer_);
+    checkKeys(buffer_, nullptr);
+    const std::int64_t id = writer_->insert(buffer_);
+    Row& row = keep({id, std::move(buffer_)});
+    const Entry entry{0, row.id, &row};
+    stored_.insert(std::upper_bound(stored_.begin(), stored_.end(), entry), entry);
     enterInOrders(row);
 }
 
@@ -253,19 +296,16 @@ void Recordset::deleteRow() {
     if (!writer_) throw RunTimeError(ErrorNumber::ReadOnlyDatabase);
     if (state_ != State::OnRow) throw RunTimeError(ErrorNumber::NoCurrentRecord);
     writer_->remove(current_->id);
-    placeInRows_ = current_->id;
-    if (index_ >= 0) placeInOrder_ = inOrder_->first;
+    deleted_ = placeOfCurrent();
     leaveOrders(*current_);
-    rows_.erase(current_->id);
+    stored_.erase(std::lower_bound(stored_.begin(), stored_.end(), Entry{0, current_->id, nullptr}));
+    *current_ = {};
+    unused_.push_back(current_);
     current_ = nullptr;
     state_ = State::Deleted;
 }
 
-const Value& Recordset::value(std::size_t column) const {
-    if (pending_ != Pending::None) return buffer_[column];
-    if (state_ != State::OnRow) throw RunTimeError(ErrorNumber::NoCurrentRecord);
-    return current_->values[column];
-}
+void Recordset::raiseNoRow() { throw RunTimeError(ErrorNumber::NoCurrentRecord); }
 
 void Recordset::setValue(std::size_t column, Value value) {
     if (pending_ == Pending::None) throw RunTimeError(ErrorNumber::UpdateWithoutEdit);

@@ -25,12 +25,18 @@ bool isPlainAscii(std::string_view text) {
 
 }  // namespace
 
+void refuseRow(const Sqlite& file, const Table& table, std::int64_t rowId, const std::string& reason) {
+    throw RunTimeError(ErrorNumber::UnrecognizedFormat, file.path() + " is damaged: row " + std::to_string(rowId) +
+                                                            " of table " + std::string(table.name) + " " + reason +
+                                                            ".");
+}
+
 RowReader::RowReader(const Table& table, Sqlite& file) : table_(table), file_(file), rows_(file, selectSql(table)) {}
 
 bool RowReader::next() {
     if (!rows_.step()) return false;
     rowId_ = rows_.integer(0);
-    if (++count_ > kMostRowsOfTable) refuse("is one too many for a file of this kind");
+    if (++count_ > kMostRowsOfTable) refuseRow(file_, table_, rowId_, "is one too many for a file of this kind");
     return true;
 }
 
@@ -41,14 +47,8 @@ std::vector<Value> RowReader::takeValues() {
     return values;
 }
 
-void RowReader::refuse(const std::string& reason) const {
-    throw RunTimeError(ErrorNumber::UnrecognizedFormat, file_.path() + " is damaged: row " + std::to_string(rowId_) +
-                                                            " of table " + std::string(table_.name) + " " + reason +
-                                                            ".");
-}
-
 void RowReader::refuseColumn(std::size_t column, const std::string& reason) const {
-    refuse("has a " + std::string(table_.columns[column].name) + " that " + reason);
+    refuseRow(file_, table_, rowId_, "has a " + std::string(table_.columns[column].name) + " that " + reason);
 }
 
 Value RowReader::valueOf(std::size_t column) const {

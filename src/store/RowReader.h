@@ -11,6 +11,9 @@
 
 namespace qrv {
 
+/// Raises 3343 for one row of a file.
+[[noreturn]] void refuseRow(const Sqlite& file, const Table& table, std::int64_t rowId, const std::string& reason);
+
 class RowReader {
  public:
     RowReader(const Table& table, Sqlite& file);
@@ -18,8 +21,6 @@ class RowReader {
     [[nodiscard]] bool next();
     [[nodiscard]] std::int64_t rowId() const { return rowId_; }
     [[nodiscard]] std::vector<Value> takeValues();
-    /// Raises 3343 for the current row.
-    [[noreturn]] void refuse(const std::string& reason) const;
 
  private:
     [[nodiscard]] Value valueOf(std::size_t column) const;

@@ -14,6 +14,7 @@ namespace {
 // A full configuration is below 8 MiB; no text of ours comes near this.
 constexpr int kMostValueBytes = 16 * 1024 * 1024;
 constexpr int kMostSqlBytes = 64 * 1024;
+constexpr int kWritesOfABatch = 256;
 
 ErrorNumber numberOf(int resultCode) {
     switch (resultCode & 0xFF) {
@@ -102,6 +103,23 @@ std::optional<std::string> Sqlite::textOf(const std::string& sql) {
 std::int64_t Sqlite::lastRowId() const { return sqlite3_last_insert_rowid(handle_.get()); }
 
 bool Sqlite::inTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
+
+void Sqlite::joinBatch() {
+    if (batched_ == 0 && inTransaction()) return;
+    if (batched_ >= kWritesOfABatch) settle();
+    if (batched_ == 0) execute("BEGIN");
+    ++batched_;
+}
+
+void Sqlite::settle() {
+    if (batched_ == 0) return;
+    // A full disk may have undone the whole batch, not only the write that met it.
+    if (!inTransaction()) {
+        throw RunTimeError(ErrorNumber::DeviceIoError, path_ + " has lost changes that could not be written.");
+    }
+    execute("COMMIT");
+    batched_ = 0;
+}
 
 std::string Sqlite::bytes() const {
     sqlite3_int64 size = 0;

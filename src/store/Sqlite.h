@@ -36,6 +36,13 @@ class Sqlite {
     [[nodiscard]] std::optional<std::string> textOf(const std::string& sql);
     [[nodiscard]] std::int64_t lastRowId() const;
     [[nodiscard]] bool inTransaction() const;
+
+    /// Joins the next write to those before it in one open transaction, which settle() ends; every so many writes it is
+    /// ended on the way. Within a Transaction it does nothing.
+    void joinBatch();
+    /// Ends the open batch: all writes so far are in the file. Raises where they can't be.
+    void settle();
+
     /// The whole database as the bytes of its file.
     [[nodiscard]] std::string bytes() const;
     [[nodiscard]] const std::string& path() const { return path_; }
@@ -50,6 +57,7 @@ class Sqlite {
     void harden();
 
     std::string path_;
+    int batched_ = 0;  ///< writes in the open batch
     std::unique_ptr<sqlite3, Closer> handle_;
     friend class Statement;
 };

@@ -57,6 +57,7 @@ void bindValue(Statement& statement, int parameter, const Value& value) {
 }
 
 std::int64_t TableWriter::insert(std::span<const Value> values) {
+    file_.joinBatch();
     if (!insert_.isPrepared()) insert_ = file_.prepare(insertSql(table_));
     int parameter = 0;
     for (const Value& value : values) bindValue(insert_, ++parameter, value);
@@ -76,6 +77,7 @@ void TableWriter::update(std::int64_t rowId, std::span<const Value> before, std:
         if (before[i] != after[i]) columns |= 1U << i;
     }
     if (columns == 0) return;
+    file_.joinBatch();
     Statement& statement = updateOf(columns);
     int parameter = 0;
     for (std::size_t i = 0; i < after.size(); ++i) {
@@ -89,6 +91,7 @@ void TableWriter::remove(std::int64_t rowId) {
     if (!remove_.isPrepared()) {
         remove_ = file_.prepare("DELETE FROM " + bracketed(table_.name) + " WHERE rowid = ?");
     }
+    file_.joinBatch();
     remove_.bind(1, rowId);
     remove_.run();
 }

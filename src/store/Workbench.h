@@ -43,6 +43,9 @@ struct WindowHooks {
 struct Workbench {
     Workbench(const Platform& services, ProgramPlaces programPlaces);
 
+    /// Sees to it that every change so far is in the work file. The desktop calls it after each event of the user's.
+    void settle() { db.settle(); }
+
     Platform platform;
     ProgramPlaces places;
     WindowHooks windows;

@@ -102,27 +102,43 @@ std::int32_t db1::TestVisioComments(const std::string& path) {
 
 void db1::open_existing_database(const std::string& path) {
     close_work_dbs();
-    {
-        const WritableForNow writable(path);
-        Sqlite file(path, Sqlite::Mode::ReadWrite);
-        compareWithSchema(file);
-        checkIntegrity(file);
-        checkFixedRows(file);
-        if (!hasVisioComment(file)) addVisioComment(file);
-    }
     readOnly_ = isReadOnly(path);
-    work_ = std::make_unique<Sqlite>(path, readOnly_ ? Sqlite::Mode::ReadOnly : Sqlite::Mode::ReadWrite);
     try {
+        openWorkFile(path);
         openMainCursors();
         openPager();
         chooseIndexes();
+        openModbus();
+        for (const Cursor* cursor : {&blocks_, &comments_, &slots_, &menus_, &charts_, &pens_, &screens_, &egus_,
+                                     &loops_, &version_, &pagers_, &modcomm_}) {
+            checkFixedRows(*work_, **cursor);
+        }
         comments_->moveFirst();
         version_->moveFirst();
-        openModbus();
+        modcomm_->moveFirst();
     } catch (const RunTimeError&) {
-        close_work_dbs();
+        discardWork();
         throw;
     }
+}
+
+void db1::openWorkFile(const std::string& path) {
+    const auto mode = readOnly_ ? Sqlite::Mode::ReadOnly : Sqlite::Mode::ReadWrite;
+    work_ = std::make_unique<Sqlite>(path, mode);
+    compareWithSchema(*work_);
+    checkIntegrity(*work_);
+    if (hasVisioComment(*work_)) return;
+    work_.reset();
+    {
+        const WritableForNow writable(path);
+        Sqlite file(path, Sqlite::Mode::ReadWrite);
+        addVisioComment(file);
+    }
+    work_ = std::make_unique<Sqlite>(path, mode);
+}
+
+void db1::settle() {
+    if (work_) work_->settle();
 }
 
 Recordset db1::configurationCursor(std::string_view table) { return {configurationTable(table), *work_, !readOnly_}; }
@@ -172,10 +188,15 @@ void db1::openModbus() {
     polls_ = configurationCursor("Poll List");
     polls_->setIndex("PrimaryKey");
     modcomm_ = configurationCursor("mod comm");
-    modcomm_->moveFirst();
 }
 
 void db1::close_work_dbs() {
+    settle();
+    discardWork();
+}
+
+// Closes without a last write: for a file that could not be opened, and at the end.
+void db1::discardWork() {
     for (Cursor* cursor :
          {&blocks_, &constants_, &comments_, &alarms_, &slots_, &screens_, &screenItems_, &menus_, &menuItems_,
           &charts_, &pens_, &strings_, &egus_, &loops_, &blockEgus_, &version_, &pagers_, &polls_, &modcomm_}) {

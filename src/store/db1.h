@@ -112,6 +112,12 @@ class db1 {
     static void updateIgnoringErrors(Cursor& cursor);
     static void moveFirstIfAny(Cursor& cursor);
 
+    friend struct Workbench;  // for settle()
+
+    /// Sees to it that every change so far is in the work file.
+    void settle();
+    void discardWork();
+    void openWorkFile(const std::string& path);
     [[nodiscard]] Recordset configurationCursor(std::string_view table);
     void openMainCursors();
     void openPager();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -147,7 +148,7 @@ TEST(Recordset, ASeekNeedsAnIndexAndAKeyOfItsType) {
     Recordset rows = rig.cursor();
     EXPECT_EQ(errorOf([&] { seek(rows, 1, 0); }), 3019);
     rows.setIndex("PrimaryKey");
-    EXPECT_EQ(errorOf([&] { rows.seek(std::array<KeyPart, 2>{1, std::string("0")}); }), 3421);
+    EXPECT_EQ(errorOf([&] { rows.seek(std::array<KeyPart, 2>{1, std::string_view("0")}); }), 3421);
     EXPECT_EQ(errorOf([&] { seek(rows, 40000, 0); }), 6);
 }
 
@@ -220,6 +221,42 @@ TEST(Recordset, ALoopOfDeletionsEmptiesTheTable) {
         }
         EXPECT_TRUE(rows.isEof());
         EXPECT_EQ(rig.inFile(), "");
+    }
+}
+
+// Long walks, with rows that come, go and change their key on the way, against a plain sorted list.
+TEST(Recordset, ALongWalkSeesEveryChangeAtOnce) {
+    constexpr std::int32_t kRows = 60;
+    for (std::int32_t changeAt = 0; changeAt < kRows - 2; ++changeAt) {
+        for (const int change : {0, 1, 2}) {
+            std::vector<std::array<std::int32_t, 3>> given;
+            for (std::int32_t n = 0; n < kRows; ++n) given.push_back({n * 10, 0, n});
+            Rig rig(given);
+            Recordset rows = rig.indexedCursor();
+            std::vector<std::int32_t> seen;
+            for (rows.moveFirst(); !rows.isEof(); rows.moveNext()) {
+                seen.push_back(number(rows, kValue));
+                if (seen.size() != static_cast<std::size_t>(changeAt) + 1) continue;
+                if (change == 0) rows.deleteRow();
+                if (change == 1) add(rows, changeAt * 10 + 5, 0, 1000);
+                if (change == 2) {
+                    rows.edit();
+                    rows.setValue(kBlock, changeAt * 10 + 15);
+                    rows.update();
+                }
+            }
+            std::vector<std::int32_t> expected;
+            for (std::int32_t n = 0; n < kRows; ++n) {
+                expected.push_back(n);
+                if (n == changeAt && change == 1) expected.push_back(1000);
+            }
+            if (change == 2) expected.erase(expected.begin() + changeAt + 1);
+            EXPECT_EQ(seen, expected) << "change " << change << " at " << changeAt;
+            std::vector<std::int32_t> again;
+            for (rows.moveFirst(); !rows.isEof(); rows.moveNext()) again.push_back(number(rows, kBlock));
+            EXPECT_TRUE(std::is_sorted(again.begin(), again.end()));
+            EXPECT_EQ(again.size(), static_cast<std::size_t>(rows.rowCount()));
+        }
     }
 }
 

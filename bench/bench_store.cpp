@@ -1,0 +1,344 @@
+// What the store costs against what bounds it. Usage: bench_store
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <utility>
+
+#include "Measure.h"
+#include "platform/Clock.h"
+#include "platform/EventPump.h"
+#include "platform/FileDialog.h"
+#include "platform/Files.h"
+#include "platform/FormHost.h"
+#include "platform/MessageBox.h"
+#include "platform/Settings.h"
+#include "store/DefaultRows.h"
+#include "store/LifeCycle.h"
+#include "store/Sqlite.h"
+#include "store/TableWriter.h"
+#include "twins/FalseClock.h"
+#include "twins/MemorySettings.h"
+#include "twins/NoPort.h"
+#include "twins/TemporaryFolder.h"
+
+namespace qrv {
+namespace {
+
+struct SilentBox final : MessageBox {
+    Answer ask(const Notice&) override { return Answer::None; }
+};
+struct NoDialog final : FileDialog {
+    std::string ask(const FileQuestion&) override { return {}; }
+};
+struct NoHost final : FormHost {
+    void showModal(Form&) override {}
+    void show(Form&) override {}
+    void hide(Form&) override {}
+    void unload(Form&) override {}
+    [[nodiscard]] bool isVisible(const Form&) const override { return false; }
+    void refresh(Form&) override {}
+    void endProgram(int) override {}
+};
+
+struct Rig {
+    TemporaryFolder folder;
+    SilentBox boxes;
+    NoDialog dialogs;
+    NoHost host;
+    MemorySettings settings;
+    FalseClock clock;
+    FalsePump pump{clock};
+    NoPort port;
+    Workbench bench{Platform{boxes, dialogs, host, settings, clock, pump, port},
+                    ProgramPlaces{.work = folder.path(), .catalogue = "", .backups = folder.file("kept")}};
+    std::string large = folder.file("large.qrv");
+};
+
+constexpr int kConstants = 5632;
+constexpr int kSlotsOfBlock = 8;
+
+/// A full configuration: all constants, strings, alarms, block units, every screen item and comment in use.
+void fill(db1& db) {
+    for (int n = 0; n < kConstants; ++n) {
+        db.ConstantAddNew();
+        db.ConstantBlockNumber(n / kSlotsOfBlock);
+        db.ConstantOffset(n % kSlotsOfBlock);
+        db.ConstantValue(n * 37 - 90000);
+        db.ConstantUpdate();
+    }
+    for (int n = 0; n < 500; ++n) {
+        db.AlarmAddNew();
+        db.AlarmBlockNumber(n);
+        db.AlarmDescription("HIGH TEMPERATURE " + std::to_string(n));
+        db.AlarmEvent0("NORMAL");
+        db.AlarmEvent1("ALARM");
+        db.AlarmIsAlarm(n % 2 == 0);
+        db.AlarmUpdate();
+        db.BEGUAdd();
+        db.BEGUBlock(n);
+        db.BEGUParam(1);
+        db.BEGUGEGU(0);
+        db.BEGUZero(0);
+        db.BEGUSpan(10000);
+        db.BEGUDecimal(2);
+        db.BEGUUnits("DEG F");
+        db.BEGUUpdate();
+    }
+    for (db.BlockMoveFirst(); !db.BlockEOF(); db.BlockMoveNext()) {
+        db.BlockEdit();
+        db.BlockComment("Holds the supply water at the set point of the schedule");
+        db.BlockUpdate();
+    }
+    for (db.ScreenItemMoveFirst(); !db.ScreenItemEOF(); db.ScreenItemMoveNext()) {
+        db.ScreenItemEdit();
+        db.ScreenItemX(5);
+        db.ScreenItemY(7);
+        db.ScreenItemType(1);
+        db.ScreenItemBlock(12);
+        db.ScreenItemText0("SUPPLY TEMPERATURE");
+        db.ScreenItemUpdate();
+    }
+}
+
+std::string newFileSql() {
+    std::string sql = "PRAGMA application_id = 1; BEGIN;\n";
+    for (const Table& table : configurationTables()) {
+        sql += createTableSql(table) + ";\n";
+        for (const Index& index : table.indexes) sql += createIndexSql(table, index) + ";\n";
+    }
+    for (const Table& table : configurationTables()) {
+        for (const auto& row : defaultRows(table)) {
+            sql += "INSERT INTO " + bracketed(table.name) + " VALUES (";
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                if (i > 0) sql += ",";
+                if (const auto* number = std::get_if<std::int32_t>(&row[i])) {
+                    sql += std::to_string(*number);
+                } else if (const auto* real = std::get_if<float>(&row[i])) {
+                    sql += std::to_string(*real);
+                } else if (const auto* text = std::get_if<std::string>(&row[i])) {
+                    sql += "'" + *text + "'";
+                } else {
+                    sql += "NULL";
+                }
+            }
+            sql += ");\n";
+        }
+    }
+    return sql + "COMMIT;\n";
+}
+
+void newFile(Rig& rig) {
+    const std::string ours = rig.folder.file("new.qrv");
+    const std::string theirs = rig.folder.file("shell.qrv");
+    const std::string script = rig.folder.file("new.sql");
+    std::ofstream(script) << newFileSql();
+    const std::string command = "rm -f " + theirs + "; sqlite3 " + theirs + " < " + script;
+    compare(
+        "new file", [&] { rig.bench.db.create_new_database(ours); }, "sqlite3 shell, same SQL, one transaction",
+        [&] {
+            if (std::system(command.c_str()) != 0) std::abort();
+        },
+        1.0);
+}
+
+void readAllByLibrary(const std::string& path) {
+    sqlite3* handle = nullptr;
+    if (sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) std::abort();
+    sqlite3_exec(handle, "PRAGMA quick_check", nullptr, nullptr, nullptr);
+    long long sum = 0;
+    for (const Table& table : configurationTables()) {
+        sqlite3_stmt* rows = nullptr;
+        const std::string sql = "SELECT * FROM " + bracketed(table.name);
+        sqlite3_prepare_v2(handle, sql.c_str(), -1, &rows, nullptr);
+        while (sqlite3_step(rows) == SQLITE_ROW) {
+            for (int i = 0; i < sqlite3_column_count(rows); ++i) {
+                if (sqlite3_column_type(rows, i) == SQLITE_TEXT) {
+                    sum += sqlite3_column_bytes(rows, i) + sqlite3_column_text(rows, i)[0];
+                } else {
+                    sum += sqlite3_column_int64(rows, i);
+                }
+            }
+        }
+        sqlite3_finalize(rows);
+    }
+    sqlite3_close(handle);
+    if (sum == 42) std::abort();
+}
+
+void openLarge(Rig& rig) {
+    const std::string copy = rig.folder.file("copy.qrv");
+    compare(
+        "open large",
+        [&] {
+            OpenConfiguration(rig.bench, rig.large);
+            CloseConfiguration(rig.bench, Answer::No);
+        },
+        "file copy + quick_check + every row read",
+        [&] {
+            std::filesystem::copy_file(rig.large, copy, std::filesystem::copy_options::overwrite_existing);
+            readAllByLibrary(copy);
+        },
+        2.0);
+}
+
+void bareSave(const std::string& bytes, const std::string& folder, const std::string& target) {
+    const std::string temporary = target + ".new";
+    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const auto written = write(file, bytes.data() + done, bytes.size() - done);
+        if (written <= 0) std::abort();
+        done += static_cast<std::size_t>(written);
+    }
+    if (fsync(file) != 0 || close(file) != 0 || rename(temporary.c_str(), target.c_str()) != 0) std::abort();
+    const int directory = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fsync(directory) != 0) std::abort();
+    close(directory);
+}
+
+void saveLarge(Rig& rig) {
+    const std::string target = rig.folder.file("bare.qrv");
+    const std::string saved = rig.folder.file("saved.qrv");
+    const std::string bytes = readWhole(rig.large, 1U << 26U).bytes;
+    compare(
+        "save large (the copy onto the user's file)",
+        [&] {
+            if (copyFile(rig.large, saved, Permissions::OfTarget)) std::abort();
+        },
+        "bare checked write + fsync + rename + fsync", [&] { bareSave(bytes, rig.folder.path(), target); }, 1.5);
+}
+
+void seeks(Rig& rig) {
+    constexpr int kSeeks = 100'000;
+    db1& db = rig.bench.db;
+    std::map<std::pair<std::int16_t, std::int16_t>, std::int32_t> plain;
+    for (db.ConstantMoveFirst(); !db.ConstantEOF(); db.ConstantMoveNext()) {
+        plain[{db.ConstantBlockNumber(), db.ConstantOffset()}] = db.ConstantValue();
+    }
+    const auto keyOf = [](int n) {
+        const int slot = static_cast<int>(static_cast<unsigned>(n) * 2654435761U % kConstants);
+        return std::pair<std::int16_t, std::int16_t>(slot / kSlotsOfBlock, slot % kSlotsOfBlock);
+    };
+    volatile long long sum = 0;
+    const auto ours = [&] {
+        for (int n = 0; n < kSeeks; ++n) {
+            const auto [block, offset] = keyOf(n);
+            db.ConstantSeek(block, offset);
+            sum = sum + db.ConstantValue();
+        }
+    };
+    compare(
+        "100,000 seeks", ours, "std::map",
+        [&] {
+            for (int n = 0; n < kSeeks; ++n) sum = sum + plain.find(keyOf(n))->second;
+        },
+        5.0);
+    Sqlite file(rig.large, Sqlite::Mode::ReadOnly);
+    Transaction transaction(file);
+    Statement find = file.prepare("SELECT ConstantValue FROM Constants WHERE BlockNumber = ? AND Offset = ?");
+    compare(
+        "100,000 seeks", ours, "prepared statement in one transaction",
+        [&] {
+            for (int n = 0; n < kSeeks; ++n) {
+                const auto [block, offset] = keyOf(n);
+                find.bind(1, block);
+                find.bind(2, offset);
+                if (find.step()) sum = sum + find.integer(0);
+                find.reset();
+            }
+        },
+        0.3);
+}
+
+void scan(Rig& rig) {
+    struct Item {
+        std::uint8_t x;
+        std::uint8_t y;
+        std::int16_t block;
+        std::string text;
+    };
+    constexpr int kScans = 100;
+    db1& db = rig.bench.db;
+    std::vector<Item> plain;
+    for (db.ScreenItemMoveFirst(); !db.ScreenItemEOF(); db.ScreenItemMoveNext()) {
+        plain.push_back({db.ScreenItemX(), db.ScreenItemY(), db.ScreenItemBlock(), db.ScreenItemText0()});
+    }
+    volatile long long sum = 0;
+    compare(
+        "100 scans of Screen Items, three fields a row",
+        [&] {
+            for (int n = 0; n < kScans; ++n) {
+                for (db.ScreenItemMoveFirst(); !db.ScreenItemEOF(); db.ScreenItemMoveNext()) {
+                    sum = sum + db.ScreenItemX() + db.ScreenItemY() + db.ScreenItemBlock();
+                }
+            }
+        },
+        "the same over an array of structs",
+        [&] {
+            for (int n = 0; n < kScans; ++n) {
+                for (const Item& item : plain) sum = sum + item.x + item.y + item.block;
+            }
+        },
+        20.0);
+}
+
+void rewrite(Rig& rig) {
+    db1& db = rig.bench.db;
+    const std::string copy = rig.folder.file("rewrite.qrv");
+    std::filesystem::copy_file(rig.large, copy, std::filesystem::copy_options::overwrite_existing);
+    Sqlite file(copy, Sqlite::Mode::ReadWrite);
+    int round = 0;
+    compare(
+        "5,632 constants rewritten",
+        [&] {
+            ++round;
+            for (int n = 0; n < kConstants; ++n) {
+                db.ConstantSeek(n / kSlotsOfBlock, n % kSlotsOfBlock);
+                db.ConstantEdit();
+                db.ConstantValue(n + round);
+                db.ConstantUpdate();
+            }
+        },
+        "one prepared statement, one transaction",
+        [&] {
+            ++round;
+            Statement change =
+                file.prepare("UPDATE Constants SET ConstantValue = ? WHERE BlockNumber = ? AND Offset = ?");
+            Transaction transaction(file);
+            for (int n = 0; n < kConstants; ++n) {
+                change.bind(1, n + round);
+                change.bind(2, n / kSlotsOfBlock);
+                change.bind(3, n % kSlotsOfBlock);
+                change.run();
+            }
+            transaction.commit();
+        },
+        3.0);
+}
+
+void run() {
+    Rig rig;
+    newFile(rig);
+    rig.bench.db.create_new_database(rig.large);
+    rig.bench.db.open_existing_database(rig.large);
+    fill(rig.bench.db);
+    rig.bench.db.close_work_dbs();
+    openLarge(rig);
+    saveLarge(rig);
+    OpenConfiguration(rig.bench, rig.large);
+    seeks(rig);
+    scan(rig);
+    rewrite(rig);
+    CloseConfiguration(rig.bench, Answer::No);
+}
+
+}  // namespace
+}  // namespace qrv
+
+int main() { qrv::run(); }
