@@ -1,11 +1,12 @@
 // Makes what the build wants of the function catalogue's text: the tool's data file, the pages that a terminal shows
 // and the document. A text that breaks a rule is refused, with file, row and rule of each fault.
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <string>
 
 #include "platform/Files.h"
-#include "platform/RunTimeError.h"
 #include "store/CatalogueRules.h"
 #include "store/CatalogueText.h"
 #include "store/CatalogueWriter.h"
@@ -43,9 +44,7 @@ int make(const Wanted& wanted) {
     return written ? 0 : kNotWritten;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int start(int argc, char** argv) {
     CLI::App app{"Makes the function catalogue's files from its text.", "make_catalogue"};
     Wanted wanted;
     app.add_option("FOLDER", wanted.folder, "The folder of the catalogue's text")->required();
@@ -53,10 +52,16 @@ int main(int argc, char** argv) {
     app.add_option("--pages", wanted.pages, "Write the pages for the terminal");
     app.add_option("--document", wanted.document, "Write the document");
     CLI11_PARSE(app, argc, argv);
+    return make(wanted);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        return make(wanted);
-    } catch (const qrv::RunTimeError& error) {
-        std::cerr << "make_catalogue: " << error.description() << "\n";
+        return start(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "make_catalogue: %s\n", error.what());
         return kNotWritten;
     }
 }

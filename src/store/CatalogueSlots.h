@@ -2,7 +2,6 @@
 // step.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <set>
 
@@ -14,7 +13,10 @@ namespace qrv {
 struct NamedSlot {
     char letter = ' ';
     std::int32_t number = 0;
-    auto operator<=>(const NamedSlot&) const = default;
+
+    [[nodiscard]] bool operator<(const NamedSlot& other) const {
+        return letter != other.letter ? letter < other.letter : number < other.number;
+    }
 };
 
 [[nodiscard]] std::set<NamedSlot> slotsNamedIn(const Definition& definition);

@@ -14,7 +14,7 @@ namespace qrv {
 
 namespace {
 
-constexpr std::size_t kMostFileBytes = 4 * 1024 * 1024;
+constexpr std::size_t kMostFileBytes = std::size_t{4} * 1024 * 1024;
 
 std::optional<std::int32_t> numberIn(std::string_view cell) {
     std::int32_t number = 0;
