@@ -17,5 +17,7 @@ void addFileCommands(CLI::App& app, Terminal& terminal);
 void addCompareCommand(CLI::App& app, Terminal& terminal);
 /// function
 void addFunctionCommand(CLI::App& app, Terminal& terminal);
+/// ports, poll, version, read-block, read
+void addLinkCommands(CLI::App& app, Terminal& terminal);
 
 }  // namespace qrv

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "platform/Folders.h"
+
 namespace qrv {
 
 Answer TerminalBox::answerTo(Buttons buttons) {
@@ -31,9 +33,11 @@ Answer TerminalBox::ask(const Notice& notice) {
 
 TerminalPlatform::TerminalPlatform(Terminal& terminal)
     : box_(terminal),
+      settings_(settingsFile(systemEnvironment)),
       pump_(clock_),
       serialPorts_(settings_),
-      serialPort_([this](std::int16_t number) { return serialPorts_.pathOf(number); }) {}
+      serialPort_(
+          [this](std::int16_t number) { return namedDevice_.empty() ? serialPorts_.pathOf(number) : namedDevice_; }) {}
 
 Platform TerminalPlatform::services() {
     return {.messageBox = box_,

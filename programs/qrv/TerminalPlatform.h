@@ -3,14 +3,15 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "Terminal.h"
 #include "platform/Clock.h"
 #include "platform/FileDialog.h"
+#include "platform/FileSettings.h"
 #include "platform/FormHost.h"
 #include "platform/MessageBox.h"
 #include "platform/Platform.h"
-#include "platform/Settings.h"
 #include "platform/posix/PollPump.h"
 #include "platform/posix/PosixSerialPort.h"
 #include "platform/posix/SerialPorts.h"
@@ -46,17 +47,7 @@ class NoFormHost final : public FormHost {
     void endProgram(int) override {}
 };
 
-/// Nothing of the desktop's is read or changed from here.
-class NoSettings final : public Settings {
- public:
-    [[nodiscard]] std::string get(std::string_view, std::string_view, std::string_view fallback) const override {
-        return std::string(fallback);
-    }
-    void save(std::string_view, std::string_view, std::string_view) override {}
-    void remove(std::string_view, std::string_view) override {}
-    [[nodiscard]] std::vector<std::pair<std::string, std::string>> all(std::string_view) const override { return {}; }
-};
-
+/// The settings are the user's own, shared with the desktop: the line to a controller and what its ports stand for.
 class TerminalPlatform {
  public:
     explicit TerminalPlatform(Terminal& terminal);
@@ -64,15 +55,19 @@ class TerminalPlatform {
     [[nodiscard]] Platform services();
     [[nodiscard]] SerialPorts& serialPorts() { return serialPorts_; }
     [[nodiscard]] PollPump& pump() { return pump_; }
+    /// From now on every port number stands for this device.
+    void nameDevice(std::string path) { namedDevice_ = std::move(path); }
+    [[nodiscard]] const std::string& namedDevice() const { return namedDevice_; }
 
  private:
     TerminalBox box_;
     NoFileDialog fileDialog_;
     NoFormHost formHost_;
-    NoSettings settings_;
+    FileSettings settings_;
     SystemClock clock_;
     PollPump pump_;
     SerialPorts serialPorts_;
+    std::string namedDevice_;
     PosixSerialPort serialPort_;
 };
 

@@ -70,5 +70,6 @@ int main(int argc, char** argv) {
     qrv::addFileCommands(app, terminal);
     qrv::addCompareCommand(app, terminal);
     qrv::addFunctionCommand(app, terminal);
+    qrv::addLinkCommands(app, terminal);
     return static_cast<int>(run(app, terminal, argc, argv));
 }

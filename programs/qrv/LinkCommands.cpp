@@ -1,0 +1,224 @@
+// Serial ports, and single exchanges with a controller.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "LinkSession.h"
+#include "Terminal.h"
+#include "link/ByteNumbers.h"
+#include "platform/CodePage.h"
+#include "platform/FileSettings.h"
+#include "platform/Folders.h"
+#include "platform/Numerals.h"
+#include "platform/posix/SerialPorts.h"
+
+namespace qrv {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// --- ports ---
+
+struct PortsOptions {
+    bool asJson = false;
+    std::string map;
+    std::string unmap;
+};
+
+std::int16_t portNumberOf(const std::string& name) {
+    const auto number = SerialPorts::numberOf(name);
+    if (number && *number <= SerialPorts::kHighestNumber) return *number;
+    throw CommandFailure(ExitCode::Usage, name + " names no port: give COM1 to COM99.");
+}
+
+void mapPort(SerialPorts& ports, const std::string& text) {
+    const auto sign = text.find('=');
+    if (sign == std::string::npos || sign + 1 == text.size()) {
+        throw CommandFailure(ExitCode::Usage, "Give the port and its device as COM7=/dev/pts/3.");
+    }
+    ports.map(portNumberOf(text.substr(0, sign)), text.substr(sign + 1));
+}
+
+void unmapPort(SerialPorts& ports, const std::string& name) {
+    if (!ports.unmap(portNumberOf(name))) throw CommandFailure(ExitCode::Findings, name + " stands for no device.");
+}
+
+std::string portLine(const SerialPortEntry& entry) {
+    std::string line = entry.name() + "\t" + entry.path;
+    if (!entry.isPresent()) return line + "\tnot there\n";
+    if (entry.device != entry.path) line += "\t" + entry.device;
+    if (!entry.maker.empty()) line += "\t" + entry.maker;
+    if (!entry.serialNumber.empty()) line += "\tserial number " + entry.serialNumber;
+    return line + "\n";
+}
+
+Json jsonOf(const SerialPortEntry& entry) {
+    return {{"name", entry.name()},   {"path", entry.path},   {"present", entry.isPresent()},
+            {"device", entry.device}, {"maker", entry.maker}, {"serialNumber", entry.serialNumber}};
+}
+
+void showPorts(Terminal& terminal, const PortsOptions& options) {
+    FileSettings settings(settingsFile(systemEnvironment));
+    SerialPorts ports(settings);
+    if (!options.map.empty()) mapPort(ports, options.map);
+    if (!options.unmap.empty()) unmapPort(ports, options.unmap);
+    const auto entries = ports.entries();
+    if (const FileResult& fault = settings.fault()) throw CommandFailure(ExitCode::File, fault->text);
+    if (options.asJson) {
+        Json list = Json::array();
+        for (const SerialPortEntry& entry : entries) list.push_back(jsonOf(entry));
+        terminal.write(list.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+        return;
+    }
+    if (entries.empty()) terminal.say("No serial port is there. One is given a number by qrv ports --map COM7=DEVICE.");
+    for (const SerialPortEntry& entry : entries) terminal.write(portLine(entry));
+}
+
+// --- a controller ---
+
+void poll(Terminal& terminal, const LineOptions& options) {
+    LinkSession session(terminal, options);
+    session.connect();
+    terminal.write("A controller answers on " + session.lineName() + ".\n");
+}
+
+/// Control characters would do things to the user's terminal.
+std::string shown(std::string text) {
+    for (char& character : text) {
+        if (static_cast<unsigned char>(character) < 32 || character == 127) character = ' ';
+    }
+    return toUtf8(text);
+}
+
+void version(Terminal& terminal, const LineOptions& options) {
+    LinkSession session(terminal, options);
+    session.connect();
+    std::string text;
+    session.comm().get_version(text);
+    session.requireGood();
+    terminal.write(shown(text) + "\n");
+}
+
+/// A block's record in the block table as the controller gives it back.
+struct BlockRecord {
+    std::uint8_t function;
+    std::uint8_t type;
+};
+
+BlockRecord blockRecord(LinkSession& session, std::int16_t block) {
+    constexpr std::int16_t kRecordLength = 10;
+    constexpr std::int16_t kRecordsPerRead = 15;
+    constexpr std::int16_t kReadLength = kRecordLength * kRecordsPerRead;
+    const auto data = session.read(static_cast<std::uint8_t>(Section::BlockTableBack), kReadLength,
+                                   block / kRecordsPerRead * kReadLength);
+    const auto start = static_cast<std::size_t>(block % kRecordsPerRead * kRecordLength);
+    return {.function = data[start + 1], .type = data[start + 8]};
+}
+
+void readBlock(Terminal& terminal, const LineOptions& options, std::int16_t block) {
+    constexpr std::uint8_t kAnalog = 1;
+    LinkSession session(terminal, options);
+    session.connect();
+    const BlockRecord record = blockRecord(session, block);
+    if (record.function == kNop) {
+        throw CommandFailure(ExitCode::Findings, "Block " + std::to_string(block) + " is empty and has no output.");
+    }
+    std::int32_t value = 0;
+    if (record.type == kAnalog) {
+        session.comm().get_analog(block, value);
+    } else {
+        session.comm().get_digital(block, value);
+    }
+    session.requireGood();
+    // An analog output comes as hundredths.
+    terminal.write((record.type == kAnalog ? formatScaled(value, 2, 2) : joined(value)) + "\n");
+}
+
+std::string hexLine(std::size_t offset, std::span<const std::uint8_t> bytes) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string line;
+    for (int shift = 12; shift >= 0; shift -= 4) line += kDigits[(offset >> shift) & 15];
+    line += ' ';
+    for (const std::uint8_t byte : bytes) {
+        line += ' ';
+        line += kDigits[byte >> 4];
+        line += kDigits[byte & 15];
+    }
+    return line + "\n";
+}
+
+struct ReadOptions {
+    int section = 0;
+    int offset = 0;
+    int count = 0;
+};
+
+void readSection(Terminal& terminal, const LineOptions& line, const ReadOptions& options) {
+    constexpr std::size_t kBytesPerLine = 16;
+    LinkSession session(terminal, line);
+    session.connect();
+    const auto data = session.read(static_cast<std::uint8_t>(options.section), static_cast<std::int16_t>(options.count),
+                                   options.offset);
+    for (std::size_t start = 0; start < data.size(); start += kBytesPerLine) {
+        const auto bytes = std::span(data).subspan(start, std::min(kBytesPerLine, data.size() - start));
+        terminal.write(hexLine(static_cast<std::size_t>(options.offset) + start, bytes));
+    }
+}
+
+// --- the command line ---
+
+void addPorts(CLI::App& app, Terminal& terminal) {
+    const auto options = std::make_shared<PortsOptions>();
+    CLI::App* sub = app.add_subcommand("ports", "List the serial ports and the devices that they stand for");
+    sub->add_flag("--json", options->asJson, "As JSON");
+    sub->add_option("--map", options->map, "Give a port number a device: COM7=/dev/pts/3");
+    sub->add_option("--unmap", options->unmap, "Take the device of a port number away: COM7");
+    sub->callback([options, &terminal] { showPorts(terminal, *options); });
+}
+
+/// A command that needs a line and no more.
+void addLineCommand(CLI::App& app, Terminal& terminal, const char* name, const char* what,
+                    void (*run)(Terminal&, const LineOptions&)) {
+    const auto options = std::make_shared<LineOptions>();
+    CLI::App* sub = app.add_subcommand(name, what);
+    addLineOptions(*sub, *options);
+    sub->callback([options, run, &terminal] { run(terminal, *options); });
+}
+
+void addReadBlock(CLI::App& app, Terminal& terminal) {
+    const auto options = std::make_shared<LineOptions>();
+    const auto block = std::make_shared<std::int16_t>();
+    CLI::App* sub = app.add_subcommand("read-block", "Read the output of a block from a controller");
+    sub->add_option("BLOCK", *block, "Its number, 0 to 704")->required()->check(CLI::Range(0, int{kLastBlock}));
+    addLineOptions(*sub, *options);
+    sub->callback([options, block, &terminal] { readBlock(terminal, *options, *block); });
+}
+
+void addRead(CLI::App& app, Terminal& terminal) {
+    const auto line = std::make_shared<LineOptions>();
+    const auto options = std::make_shared<ReadOptions>();
+    CLI::App* sub = app.add_subcommand("read", "Read bytes of a controller's memory and show them in hexadecimal");
+    sub->add_option("SECTION", options->section, "Section number")->required()->check(CLI::Range(0, 255));
+    sub->add_option("OFFSET", options->offset, "Offset of the first byte")->required()->check(CLI::Range(0, 65535));
+    sub->add_option("COUNT", options->count, "Number of bytes, 1 to 255")
+        ->required()
+        ->check(CLI::Range(1, int{kMostData}));
+    addLineOptions(*sub, *line);
+    sub->callback([line, options, &terminal] { readSection(terminal, *line, *options); });
+}
+
+}  // namespace
+
+void addLinkCommands(CLI::App& app, Terminal& terminal) {
+    addPorts(app, terminal);
+    addLineCommand(app, terminal, "poll", "Ask whether a controller is there", poll);
+    addLineCommand(app, terminal, "version", "Read the version text of a controller's firmware", version);
+    addReadBlock(app, terminal);
+    addRead(app, terminal);
+}
+
+}  // namespace qrv

@@ -1,0 +1,151 @@
+#include "LinkSession.h"
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <iomanip>
+#include <sstream>
+
+#include "link/CommSettings.h"
+#include "platform/SerialPort.h"
+#include "platform/posix/SerialPorts.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr const char* kStandardError = "-";
+
+Platform withBox(Platform services, MessageBox& box) {
+    return {.messageBox = box,
+            .fileDialog = services.fileDialog,
+            .formHost = services.formHost,
+            .settings = services.settings,
+            .clock = services.clock,
+            .eventPump = services.eventPump,
+            .serialPort = services.serialPort};
+}
+
+std::string timeOfDay(std::chrono::system_clock::time_point time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm parts{};
+    ::gmtime_r(&seconds, &parts);
+    std::ostringstream text;
+    text << std::put_time(&parts, "%Y-%m-%d %H:%M:%S UTC");
+    return text.str();
+}
+
+}  // namespace
+
+void addLineOptions(CLI::App& command, LineOptions& options) {
+    command.add_option("--port", options.port,
+                       "Serial port, as COM7 or as a device path; else the one of the settings");
+    command.add_option("--baud", options.baud, "Bits a second")
+        ->check(CLI::IsMember({"38400", "19200", "9600", "4800", "2400", "1200", "300"}));
+    command.add_option("--parity", options.parity, "O for odd, E for even, N for none")
+        ->check(CLI::IsMember({"O", "E", "N"}, CLI::ignore_case));
+    command.add_option("--trace", options.trace, "Append every frame, both ways, to this file; - for standard error");
+}
+
+LinkSession::LinkSession(Terminal& terminal, const LineOptions& options)
+    : platform_(terminal), bench_(withBox(platform_.services(), box_), {}), comm_(bench_) {
+    readCommSettings(bench_);
+    takeOptions(options);
+    beginTrace(terminal, options.trace);
+    comm_.observe(this);
+    platform_.pump().catchSignals({SIGINT, SIGTERM}, [this](int) {
+        bench_.xfer_abort = true;
+        bench_.xfer_abort_reason = "signal";
+    });
+}
+
+void LinkSession::takeOptions(const LineOptions& options) {
+    if (!options.baud.empty()) bench_.baud_rate = options.baud;
+    if (!options.parity.empty()) bench_.parity = options.parity;
+    if (options.port.empty()) return;
+    if (options.port.find('/') != std::string::npos) {
+        platform_.nameDevice(options.port);
+        return;
+    }
+    const auto number = SerialPorts::numberOf(options.port);
+    if (!number || *number > SerialPorts::kHighestNumber) {
+        throw CommandFailure(ExitCode::Usage, options.port + " names no port: give COM1 to COM99, or a device path.");
+    }
+    bench_.comm_port = *number;
+}
+
+void LinkSession::beginTrace(Terminal& terminal, const std::string& file) {
+    if (file.empty()) return;
+    FrameTrace::Line line = [&terminal](const std::string& text) { terminal.say(text); };
+    if (file != kStandardError) {
+        traceFile_.open(file, std::ios::app);
+        if (!traceFile_) throw CommandFailure(ExitCode::File, file + " can't be written.");
+        line = [this](const std::string& text) { traceFile_ << text << std::endl; };
+    }
+    line(timeOfDay(bench_.platform.clock.wallTime()) + ", " + lineName());
+    trace_ = std::make_unique<FrameTrace>(bench_.platform.clock, line);
+}
+
+std::string LinkSession::lineName() const {
+    const std::string& device = platform_.namedDevice();
+    const std::string port = device.empty() ? "COM" + std::to_string(bench_.comm_port) : device;
+    return port + " (" + bench_.baud_rate + "," + bench_.parity + ")";
+}
+
+void LinkSession::connect() {
+    comm_.Open_Comm_Port();
+    if (!comm_.port_is_open) failOpening();
+    comm_.poll_qrm3();
+    // A good reply with another status: something is there, and it isn't what is wanted.
+    const bool isSound = anyByteCame_ && bench_.rcv_bfr.size() >= 3 && !bench_.xfer_ok && comm_.retry_count() == 0;
+    if (isSound && !bench_.xfer_abort) {
+        throw CommandFailure(ExitCode::Link, lineName() +
+                                                 ": what answers is no QRV controller that is ready: check "
+                                                 "what the cable leads to.");
+    }
+    requireGood();
+}
+
+void LinkSession::failOpening() {
+    const std::string cause = bench_.platform.serialPort.faultText();
+    throw CommandFailure(ExitCode::Link, cause.empty() ? lineName() + " can't be opened." : cause);
+}
+
+void LinkSession::requireGood() {
+    if (bench_.xfer_ok) return;
+    if (bench_.xfer_abort) throw CommandFailure(ExitCode::Refused, "Cancelled.");
+    const SerialPort& port = bench_.platform.serialPort;
+    if (port.fault() == SerialFault::Unplugged) throw CommandFailure(ExitCode::Link, port.faultText());
+    if (anyByteCame_) {
+        throw CommandFailure(ExitCode::Link, lineName() +
+                                                 ": what comes back is garbled: check baud rate and parity, and "
+                                                 "the cable for noise.");
+    }
+    throw CommandFailure(ExitCode::Link, lineName() + ": no answer: check that the controller is on, and the cable.");
+}
+
+std::vector<std::uint8_t> LinkSession::read(std::uint8_t section, std::int16_t count, std::int32_t offset) {
+    comm_.put_read(static_cast<Section>(section), count, offset);
+    comm_.send_and_get(kReadRequest, static_cast<std::int16_t>(count + kAroundData));
+    requireGood();
+    const auto& reply = bench_.rcv_bfr;
+    if (reply.size() != static_cast<std::size_t>(count) + kAroundData) {
+        throw CommandFailure(ExitCode::Link, lineName() + ": the answer is of another length than what was asked for.");
+    }
+    return {reply.begin() + kDataStart, reply.end() - 2};
+}
+
+void LinkSession::sent(std::span<const std::uint8_t> frame, int attempt) {
+    if (attempt == 1) anyByteCame_ = false;
+    if (trace_) trace_->sent(frame, attempt);
+}
+
+void LinkSession::received(std::span<const std::uint8_t> reply, Verdict verdict) {
+    if (!reply.empty()) anyByteCame_ = true;
+    if (trace_) trace_->received(reply, verdict);
+}
+
+void LinkSession::resynchronised(std::span<const std::uint8_t> filler) {
+    if (trace_) trace_->resynchronised(filler);
+}
+
+}  // namespace qrv

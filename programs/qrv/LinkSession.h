@@ -1,0 +1,79 @@
+// What the commands that talk to a controller begin with: the line as the options or else the user's settings name it,
+// frmComm upon it, a trace if one is wanted, and Ctrl+C as Cancel.
+#pragma once
+
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TerminalPlatform.h"
+#include "link/FrameTrace.h"
+#include "link/LinkObserver.h"
+#include "link/frmComm.h"
+#include "store/Workbench.h"
+
+namespace CLI {
+class App;
+}
+
+namespace qrv {
+
+/// The options that name a line. Empty: as in the user's settings.
+struct LineOptions {
+    std::string port;    ///< "COM7" or a device path
+    std::string baud;    ///< bits a second
+    std::string parity;  ///< O, E or N
+    std::string trace;   ///< file that takes every frame; "-" for the standard error
+};
+
+/// Adds --port, --baud, --parity and --trace.
+void addLineOptions(CLI::App& command, LineOptions& options);
+
+/// Keeps the words of a box and shows none: here the cause is told instead, with its cure.
+class UnshownBox final : public MessageBox {
+ public:
+    Answer ask(const Notice& notice) override {
+        return isAmong(Answer::Ok, notice.buttons) ? Answer::Ok : Answer::None;
+    }
+};
+
+class LinkSession final : public LinkObserver {
+ public:
+    LinkSession(Terminal& terminal, const LineOptions& options);
+    ~LinkSession() override { comm_.Close_Comm_Port(); }
+    LinkSession(const LinkSession&) = delete;
+    LinkSession& operator=(const LinkSession&) = delete;
+
+    [[nodiscard]] frmComm& comm() { return comm_; }
+    [[nodiscard]] Workbench& bench() { return bench_; }
+    /// What the line is called in words: its number or device, rate and parity.
+    [[nodiscard]] std::string lineName() const;
+
+    /// Opens the port and polls. Ends the command where nothing answers as a controller does.
+    void connect();
+    /// The data bytes of a read of a section. Ends the command where the read fails.
+    [[nodiscard]] std::vector<std::uint8_t> read(std::uint8_t section, std::int16_t count, std::int32_t offset);
+    /// Ends the command, with cause and cure, unless the last transaction went well.
+    void requireGood();
+
+    void sent(std::span<const std::uint8_t> frame, int attempt) override;
+    void received(std::span<const std::uint8_t> reply, Verdict verdict) override;
+    void resynchronised(std::span<const std::uint8_t> filler) override;
+
+ private:
+    void takeOptions(const LineOptions& options);
+    void beginTrace(Terminal& terminal, const std::string& file);
+    [[noreturn]] void failOpening();
+
+    TerminalPlatform platform_;
+    UnshownBox box_;
+    Workbench bench_;
+    frmComm comm_;
+    std::ofstream traceFile_;
+    std::unique_ptr<FrameTrace> trace_;
+    bool anyByteCame_ = false;  ///< in the last transaction
+};
+
+}  // namespace qrv
