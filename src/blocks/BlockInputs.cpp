@@ -13,7 +13,13 @@ namespace qrv {
 
 namespace {
 
-enum Column { kNumber, kBlock, kOutput, kDescription, kSource, kKind };
+// Columns of fg2.
+constexpr int kNumber = 0;
+constexpr int kBlock = 1;
+constexpr int kOutput = 2;
+constexpr int kDescription = 3;
+constexpr int kSource = 4;
+constexpr int kKind = 5;
 
 // In the catalogue.
 constexpr std::int16_t kAnalogInput = 1;

@@ -10,8 +10,8 @@ struct Workbench;
 
 class BlockMap {
  public:
-    BlockMap(Workbench& bench, Grid& Grid1, Grid& Ig, ListBox& List2)
-        : bench_(bench), grid1_(Grid1), ig_(Ig), list2_(List2) {}
+    BlockMap(Workbench& bench, Grid& logicBlocks, Grid& ioBlocks, ListBox& slotList)
+        : bench_(bench), grid1_(logicBlocks), ig_(ioBlocks), list2_(slotList) {}
 
     /// Headings, widths and heights of both grids.
     void layOut();

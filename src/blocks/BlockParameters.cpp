@@ -14,7 +14,10 @@ namespace qrv {
 
 namespace {
 
-enum Column { kNumber, kValue, kDescription };
+// Columns of fg3.
+constexpr int kNumber = 0;
+constexpr int kValue = 1;
+constexpr int kDescription = 2;
 
 constexpr std::size_t kLongDescription = 28;  // characters
 constexpr int kRowHeight = 220;

@@ -26,6 +26,7 @@ const Board* boardIn(std::string_view description) {
 
 std::vector<std::string> boardChoices() {
     std::vector<std::string> choices;
+    choices.reserve(kBoards.size() + 1);
     for (const Board& board : kBoards) choices.emplace_back(board.text);
     choices.emplace_back(kNoBoard);
     return choices;

@@ -13,7 +13,9 @@ namespace qrv {
 
 namespace {
 
-enum Column { kSlot, kBoard };
+// Columns of fg.
+constexpr int kSlot = 0;
+constexpr int kBoard = 1;
 
 constexpr int kTextLength = 80;  // characters: the columns' size
 
