@@ -10,12 +10,14 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
       about(bench, !start.isClassic),
       general(bench),
       blockQuestion(bench),
+      comm(bench, start.serialPorts),
       mainWindow(bench, {.start = splash, .ask = ask, .general = general, .about = about}, start.commandLine),
       recent(bench.platform.formHost, mainWindow.recentFiles, [this](int index) { mainWindow.GetRecentFile(index); }),
       ask(bench, recent),
       splash(bench, about, mainWindow) {
     bench.windows.loadBoardTexts = [this] { general.loadBoardTexts(); };
     bench.windows.storeBoardTexts = [this] { general.storeBoardTexts(); };
+    mainWindow.provide("mnuEditComPort", [this] { bench.platform.formHost.showModal(comm); });
     mainWindow.blocks.setToolTips(!start.isClassic);
 }
 

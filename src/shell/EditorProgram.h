@@ -6,6 +6,7 @@
 
 #include "blocks/frmBlock.h"
 #include "blocks/frmGeneral.h"
+#include "link/frmComm.h"
 #include "platform/Platform.h"
 #include "shell/Form3.h"
 #include "shell/FrmAsk.h"
@@ -16,11 +17,14 @@
 
 namespace qrv {
 
+class SerialPortList;
+
 /// How a program is started.
 struct EditorStart {
     ProgramPlaces places;
-    std::string commandLine;  ///< what stands behind the program's name, as `commandTail` gives it
-    bool isClassic = false;   ///< without additions
+    std::string commandLine;                ///< what stands behind the program's name, as `commandTail` gives it
+    bool isClassic = false;                 ///< without additions
+    SerialPortList* serialPorts = nullptr;  ///< the ports to choose from; null where the system lists none
 };
 
 class EditorProgram {
@@ -36,6 +40,7 @@ class EditorProgram {
     frmAbout about;
     frmGeneral general;
     frmBlock blockQuestion;
+    frmComm comm;
     Form3 mainWindow;
     FrmRecent recent;
     FrmAsk ask;

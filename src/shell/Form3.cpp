@@ -89,7 +89,7 @@ void Form3::showOpened() {
     FormHost& host = bench_.platform.formHost;
     host.hide(dialogs_.start);
     // Before SetReadOnly runs there is a click, and on a read-only file it must not place a function.
-    if (bench_.IsReadOnlyFile) blocks.showDataView();
+    if (bench_.IsReadOnlyFile) leaveAssignmentView();
     if (!host.isVisible(*this)) host.show(*this);
 }
 
@@ -103,7 +103,11 @@ void Form3::SetReadOnly() {
     menu.entry("mnuEditCfg").enabled = false;
     menu.entry("mnuFileSave").enabled = false;
     menu.entry("mnuFileSaveAs").enabled = true;
-    blocks.showDataView();
+    leaveAssignmentView();
+}
+
+void Form3::leaveAssignmentView() {
+    if (!blocks.isDataView()) blocks.showDataView();
 }
 
 // --- the file ---

@@ -107,6 +107,8 @@ class Form3 final : public Form {
     [[nodiscard]] bool isThere(const std::string& path);
     void addRecentFile(const std::string& path);
     void showOpened();
+    /// The data view, without a click on a block.
+    void leaveAssignmentView();
     void activateFirstTime();
     void runProvided(std::string_view entry);
     void wireWindows();

@@ -38,7 +38,7 @@ TEST_F(Form3MenuTest, EntriesWithoutAFormAreThereAndDisabled) {
     for (const char* entry :
          {"mnuFileUpload", "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
           "mnuFileCompare", "mnuFileCheck", "mnuFilePrint", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart", "mnuEditEGU",
-          "mnuEditPager", "mnuEditLoop", "mnuEditPoll", "mnuEditComPort", "mnuViewAll", "mnuViewSel"}) {
+          "mnuEditPager", "mnuEditLoop", "mnuEditPoll", "mnuViewAll", "mnuViewSel"}) {
         EXPECT_FALSE(run.isEnabled(entry)) << entry;
         EXPECT_TRUE(run.form3.menu.entry(entry).visible) << entry;
         run.form3.choose(entry);
@@ -48,7 +48,7 @@ TEST_F(Form3MenuTest, EntriesWithoutAFormAreThereAndDisabled) {
 
 TEST_F(Form3MenuTest, EntriesOfItsOwnAreEnabled) {
     for (const char* entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuFileSaveAs", "mnuFormExit", "mnuEditCfg",
-                              "mnuEditBlk", "mnuEditComments", "mnuAbout"}) {
+                              "mnuEditBlk", "mnuEditComments", "mnuEditComPort", "mnuAbout"}) {
         EXPECT_TRUE(run.isEnabled(entry)) << entry;
     }
 }
@@ -112,6 +112,30 @@ TEST_F(Form3MenuTest, NameAndBoardsHideTheWindowUntilTheyClose) {
     run.form3.choose("mnuEditComments");
     EXPECT_EQ(run.program.general.caption, "as it was");
     run.leaveGeneral();
+}
+
+TEST_F(Form3MenuTest, PortSettingsLastUntilTheNextStart) {
+    run.host.onModal("frmComm", [this](Form&) {
+        run.program.comm.chooseBaudRate(2);
+        run.program.comm.chooseParity(1);
+        run.program.comm.mnuExit();
+    });
+    run.form3.choose("mnuEditComPort");
+    EXPECT_TRUE(run.host.isVisible(run.form3));
+    EditorRun next(machine);
+    next.program.start();
+    EXPECT_EQ(next.bench.baud_rate, "9600");
+    EXPECT_EQ(next.bench.parity, "E");
+}
+
+TEST_F(Form3MenuTest, ComingBackToAReadOnlyFileLeavesTheSelectedRow) {
+    open(readOnlyFile());
+    leaveGeneralReadOnly();
+    run.clickBlock(0);
+    run.form3.blocks.fg2.select(3, 1);
+    run.host.onModal("frmAbout", [this](Form&) { run.program.about.Command1_Click(); });
+    run.form3.choose("mnuAbout");
+    EXPECT_EQ(run.form3.blocks.fg2.row(), 3);
 }
 
 TEST_F(Form3MenuTest, AReadOnlyFileSaysSoAndTakesEntriesAway) {
