@@ -1,0 +1,33 @@
+#include "shell/AllFormsView.h"
+
+#include "blocks/FormCommentView.h"
+#include "blocks/frmAaboPickView.h"
+#include "blocks/frmBlockView.h"
+#include "blocks/frmGeneralView.h"
+#include "blocks/frmvgaView.h"
+#include "link/frmCommView.h"
+#include "platform/qt/DesktopHost.h"
+#include "shell/FrmAskView.h"
+#include "shell/FrmRecentView.h"
+#include "shell/frmAboutView.h"
+#include "shell/frmStartView.h"
+
+namespace qrv {
+
+void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
+    host.add("Form3", [&bench, extras](Form& form, DesktopHost& shower) -> FormView* {
+        return new Form3View(static_cast<Form3&>(form), shower, bench, extras);
+    });
+    host.add<FormCommentView, FormComment>("FormComment");
+    host.add<FrmAskView, FrmAsk>("FrmAsk");
+    host.add<FrmRecentView, FrmRecent>("FrmRecent");
+    host.add<frmAaboPickView, frmAaboPick>("frmAaboPick");
+    host.add<frmAboutView, frmAbout>("frmAbout");
+    host.add<frmBlockView, frmBlock>("frmBlock");
+    host.add<frmCommView, frmComm>("frmComm");
+    host.add<frmGeneralView, frmGeneral>("frmGeneral");
+    host.add<frmStartView, frmStart>("frmStart");
+    host.add<frmvgaView, frmvga>("frmvga");
+}
+
+}  // namespace qrv

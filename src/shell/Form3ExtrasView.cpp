@@ -1,0 +1,215 @@
+#include "shell/Form3ExtrasView.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+
+#include "blocks/BlockNumbers.h"
+#include "blocks/MemoryUse.h"
+#include "platform/qt/GridView.h"
+#include "platform/qt/Texts.h"
+#include "platform/qt/Theme.h"
+#include "shell/Form3View.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr int kMeterWidth = 110;      // pixels
+constexpr int kMeterDelay = 250;      // milliseconds of rest before the meters are counted
+constexpr int kGoToWidth = 130;       // pixels
+constexpr double kNearlyFull = 0.95;  // from here on a meter warns
+
+struct Borrowed {
+    const char* entry;
+    const char* icon;
+    const char* tip;
+};
+
+// A null entry is a separator.
+constexpr Borrowed kTools[] = {
+    {"mnuFileNew", "new", "New configuration (Ctrl+N)"},
+    {"mnuFileOpen", "open", "Open a configuration (Ctrl+O)"},
+    {"mnuFileSave", "save", "Save (Ctrl+S)"},
+    {nullptr, nullptr, nullptr},
+    {"mnuFileDownload", "download", "Download to the controller"},
+    {"mnuFileUpload", "upload", "Upload from the controller"},
+    {"mnuViewAll", "monitor", "Watch all blocks"},
+    {nullptr, nullptr, nullptr},
+    {"mnuEditBlk", "data", "Block data: inputs and parameters"},
+    {"mnuEditCfg", "function", "Block function type: place functions"},
+    {"mnuFileCheck", "check", "Error check"},
+    {"mnuFilePrint", "print", "Print"},
+};
+
+struct Stroke {
+    QKeySequence keys;
+    const char* entry;
+};
+
+constexpr const char* kKeys =
+    "F5, F6\tprevious, next block\n"
+    "Ctrl+G\tgo to a block by number or name\n"
+    "F2, typing\tedit a cell\n"
+    "Enter\tend an edit; show or place a block\n"
+    "Esc\tgive back the old value\n"
+    "Tab\tnext part of the window\n"
+    "Ctrl+N, Ctrl+O, Ctrl+S\tnew, open, save";
+
+}  // namespace
+
+Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
+    : QObject(&window), window_(window), bench_(bench), later_(new QTimer(this)) {
+    makeToolBar();
+    makeStatusBar();
+    makeMenus();
+    makeShortcuts();
+    // Counting moves the shared cursors, so it waits until no event is under way.
+    later_->setSingleShot(true);
+    later_->setInterval(kMeterDelay);
+    connect(later_, &QTimer::timeout, this, &Form3ExtrasView::showMeters);
+    window_.setAfterRefresh([this] { later_->start(); });
+}
+
+QAction* Form3ExtrasView::borrow(const char* entry, const char* icon, const QString& tip) {
+    auto* action = window_.findChild<QAction*>(QString::fromLatin1(entry));
+    action->setIcon(theme::icon(QString::fromLatin1(icon)));
+    // The menu stays as it is told: words alone.
+    action->setIconVisibleInMenu(false);
+    action->setToolTip(tip);
+    return action;
+}
+
+void Form3ExtrasView::makeToolBar() {
+    bar_ = window_.addToolBar(QStringLiteral("Tools"));
+    bar_->setObjectName(QStringLiteral("toolBar"));
+    bar_->setMovable(false);
+    bar_->setIconSize(QSize(20, 20));
+    for (const Borrowed& tool : kTools) {
+        if (!tool.entry) {
+            bar_->addSeparator();
+        } else {
+            bar_->addAction(borrow(tool.entry, tool.icon, QString::fromLatin1(tool.tip)));
+        }
+    }
+    bar_->addSeparator();
+    goTo_ = new QLineEdit(bar_);
+    goTo_->setObjectName(QStringLiteral("goToBlock"));
+    goTo_->setPlaceholderText(QStringLiteral("Go to block"));
+    goTo_->setAccessibleName(QStringLiteral("Go to block"));
+    goTo_->setToolTip(QStringLiteral("A block number, or a function's name to find its next block (Ctrl+G)"));
+    goTo_->setFixedWidth(kGoToWidth);
+    goTo_->addAction(theme::icon(QStringLiteral("goto")), QLineEdit::LeadingPosition);
+    connect(goTo_, &QLineEdit::returnPressed, this, &Form3ExtrasView::goToTyped);
+    bar_->addWidget(goTo_);
+}
+
+Form3ExtrasView::Meter Form3ExtrasView::makeMeter(const char* name, const QString& what, int most) {
+    auto* words = new QLabel(&window_);
+    words->setObjectName(QString::fromLatin1(name));
+    words->setContentsMargins(8, 0, 2, 0);
+    auto* bar = new QProgressBar(&window_);
+    bar->setRange(0, most);
+    bar->setTextVisible(false);
+    bar->setFixedSize(kMeterWidth, 10);
+    bar->setAccessibleName(what);
+    window_.statusBar()->addPermanentWidget(words);
+    window_.statusBar()->addPermanentWidget(bar);
+    return {words, bar};
+}
+
+void Form3ExtrasView::makeStatusBar() {
+    window_.statusBar()->setObjectName(QStringLiteral("statusBar"));
+    constants_ = makeMeter("constantsMeter", QStringLiteral("Constants used"), kMostConstants);
+    retentive_ = makeMeter("retentiveMeter", QStringLiteral("Retentive bytes used"), kMostRetentiveBytes);
+}
+
+void Form3ExtrasView::makeMenus() {
+    QMenu* tools = window_.menuBar()->addMenu(QStringLiteral("&Tools"));
+    tools->setObjectName(QStringLiteral("mnuTools"));
+    goToAction_ = tools->addAction(QStringLiteral("&Go to Block"));
+    goToAction_->setObjectName(QStringLiteral("mnuToolsGoToBlock"));
+    goToAction_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
+    connect(goToAction_, &QAction::triggered, goTo_, [this] {
+        goTo_->setFocus(Qt::ShortcutFocusReason);
+        goTo_->selectAll();
+    });
+    QMenu* help = window_.menuBar()->addMenu(QStringLiteral("&Help"));
+    help->setObjectName(QStringLiteral("mnuHelp"));
+    auto* dock = new QDockWidget(QStringLiteral("Keys"), &window_);
+    dock->setObjectName(QStringLiteral("keysPanel"));
+    auto* words = new QLabel(QString::fromLatin1(kKeys), dock);
+    words->setTextFormat(Qt::PlainText);
+    words->setMargin(10);
+    words->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    dock->setWidget(words);
+    window_.addDockWidget(Qt::RightDockWidgetArea, dock);
+    dock->hide();
+    QAction* shown = dock->toggleViewAction();
+    shown->setText(QStringLiteral("&Keys"));
+    shown->setObjectName(QStringLiteral("mnuHelpKeys"));
+    help->addAction(shown);
+}
+
+void Form3ExtrasView::makeShortcuts() {
+    const Stroke strokes[] = {
+        {QKeySequence::New, "mnuFileNew"}, {QKeySequence::Open, "mnuFileOpen"}, {QKeySequence::Save, "mnuFileSave"}};
+    for (const Stroke& stroke : strokes) {
+        auto* action = window_.findChild<QAction*>(QString::fromLatin1(stroke.entry));
+        auto* shortcut = new QShortcut(stroke.keys, &window_);
+        connect(shortcut, &QShortcut::activated, action, &QAction::trigger);
+    }
+}
+
+void Form3ExtrasView::showMeters() {
+    if (window_.isBusy() || !window_.isActiveWindow()) return;
+    const MemoryUse use = bench_.FileIsOpen ? MemoryUse::of(bench_) : MemoryUse{};
+    const auto show = [](const Meter& meter, const char* pattern, int used, int most) {
+        meter.words->setText(QString::fromLatin1(pattern).arg(used).arg(most));
+        meter.bar->setValue(std::min(used, most));
+        QPalette palette = meter.bar->palette();
+        palette.setColor(QPalette::Highlight, used > most * kNearlyFull ? theme::warning() : theme::accent());
+        meter.bar->setPalette(palette);
+    };
+    show(constants_, "Constants %1 of %2", use.constants, kMostConstants);
+    show(retentive_, "Retentive bytes %1 of %2", use.retentiveBytes, kMostRetentiveBytes);
+}
+
+int Form3ExtrasView::nextOf(const QString& name) const {
+    BlockPanel& blocks = window_.mainForm().blocks;
+    const Grid& grid = blocks.Grid1;
+    const int here = logicBlockAt({.row = grid.row(), .col = grid.col()});
+    for (int step = 1; step <= kFirstIoBlock; ++step) {
+        const int block = (here + step) % kFirstIoBlock;
+        const BlockCell cell = logicCellOf(block);
+        if (shownText(grid.text(cell.row, cell.col)).trimmed().compare(name, Qt::CaseInsensitive) == 0) return block;
+    }
+    return -1;
+}
+
+bool Form3ExtrasView::goTo(const QString& wanted) {
+    bool isNumber = false;
+    const int number = wanted.trimmed().toInt(&isNumber);
+    const int block = isNumber ? number : nextOf(wanted.trimmed());
+    if (block < 0 || block > kLastBlock || !bench_.FileIsOpen) return false;
+    window_.tell([this, block] { window_.mainForm().blocks.goToBlock(block); });
+    (block < kFirstIoBlock ? window_.Grid1() : window_.Ig())->reveal();
+    return true;
+}
+
+void Form3ExtrasView::goToTyped() {
+    const QString wanted = goTo_->text();
+    const bool found = goTo(wanted);
+    window_.statusBar()->showMessage(found ? QString{} : QStringLiteral("There is no block \"%1\"").arg(wanted), 4000);
+    goTo_->selectAll();
+}
+
+}  // namespace qrv

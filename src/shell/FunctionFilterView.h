@@ -1,0 +1,30 @@
+// An addition to the function list: a box that narrows it as the user types, and the chosen function's sentence.
+#pragma once
+
+#include <QLineEdit>
+
+class QLabel;
+class QListWidget;
+
+namespace qrv {
+
+class FunctionFilterView final : public QLineEdit {
+ public:
+    /// The list's rows stay the rows they are: those that don't fit are hidden.
+    FunctionFilterView(QListWidget* functions, QWidget* parent);
+
+    /// A label with the chosen function's sentence, for the caller's layout.
+    [[nodiscard]] QLabel* sentence() const { return sentence_; }
+
+ protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+    void narrow(const QString& wanted);
+    void showSentence();
+
+    QListWidget* functions_;
+    QLabel* sentence_;
+};
+
+}  // namespace qrv
