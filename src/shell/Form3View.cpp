@@ -25,7 +25,7 @@ constexpr int kWindowHeight = 690;
 constexpr int kCommentLines = 4;
 
 // The alarm colours of the maps, for their legend.
-constexpr QRgb kAlarm = 0xFFFF5050;
+constexpr QRgb kAlarm = 0xFFFF8080;
 constexpr QRgb kEvent = 0xFFC0C0FF;
 constexpr QRgb kPage = 0xFFFFC080;
 

@@ -44,6 +44,14 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 
 void Application::endWith(const RunTimeError& error) { ending()(error); }
 
+void Application::guarded(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const RunTimeError& error) {
+        endWith(error);
+    }
+}
+
 void Application::setEnding(std::function<void(const RunTimeError&)> chosen) { ending() = std::move(chosen); }
 
 }  // namespace qrv

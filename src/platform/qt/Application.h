@@ -17,6 +17,8 @@ class Application final : public QApplication {
 
     /// Shows the error and ends the program with exit code 1.
     static void endWith(const RunTimeError& error);
+    /// Runs an action; a run-time error that leaves it ends the program.
+    static void guarded(const std::function<void()>& action);
     /// Stands in for the way a program ends; for tests.
     static void setEnding(std::function<void(const RunTimeError&)> ending);
 };

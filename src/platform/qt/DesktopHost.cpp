@@ -43,15 +43,19 @@ FormView* DesktopHost::viewOf(const Form& form) const {
     return found == windows_.end() ? nullptr : found->second.view;
 }
 
+FormView* DesktopHost::makeView(Form& form) {
+    const auto factory = factories_.find(form.name());
+    Q_ASSERT_X(factory != factories_.end(), "DesktopHost", form.name().c_str());
+    return factory->second(form, *this);
+}
+
 DesktopHost::Window* DesktopHost::loaded(Form& form) {
     if (exitCode_) return nullptr;
     if (Window* window = find(form)) return window;
-    const auto factory = factories_.find(form.name());
-    Q_ASSERT_X(factory != factories_.end(), "DesktopHost", form.name().c_str());
     windows_[&form].form = &form;
     form.load();
     Window* window = find(form);
-    if (window && !window->view) window->view = factory->second(form, *this);
+    if (window && !window->view) window->view = makeView(form);
     return window;
 }
 

@@ -40,6 +40,8 @@ class DesktopHost final : public FormHost {
     void refresh(Form& form) override;
     void endProgram(int exitCode) override;
 
+    /// A new window of the form, as the host makes it; nothing is loaded or shown.
+    [[nodiscard]] FormView* makeView(Form& form);
     /// Shows the data of every visible form again.
     void refreshAll();
     /// The user closes a window by its frame.

@@ -7,7 +7,6 @@
 #include <QMenuBar>
 #include <QPushButton>
 
-#include "platform/RunTimeError.h"
 #include "platform/qt/Application.h"
 #include "platform/qt/DesktopHost.h"
 #include "platform/qt/GridView.h"
@@ -46,12 +45,8 @@ void FormView::tell(const Event& event) {
 void FormView::perform(const Event& event) {
     if (retired_) return;
     ++busy_;
-    try {
-        event();
-    } catch (const RunTimeError& error) {
-        // An exception must not travel through the toolkit's event loop.
-        Application::endWith(error);
-    }
+    // An exception must not travel through the toolkit's event loop.
+    Application::guarded(event);
     --busy_;
     host_.refreshAll();
     if (retired_ && busy_ == 0) deleteLater();

@@ -47,6 +47,7 @@ QWidget* GridView::makeLine(const std::optional<QString>& typed) {
 void GridView::openEditor(const std::optional<QString>& typed) {
     const bool drops = grid_->colKind(grid_->col()) == ColumnKind::DropDown;
     editor_ = drops ? makeDropDown(typed) : makeLine(typed);
+    editor_->setObjectName(QStringLiteral("gridEditor"));
     editor_->setFont(font());
     editor_->setAccessibleName(
         model_->data(model_->indexOf(grid_->row(), grid_->col()), Qt::AccessibleTextRole).toString());

@@ -1,0 +1,67 @@
+// `qrv_edit`: the desktop tool. Brings the machine's services and the windows together with the program's forms.
+#include <QStringList>
+#include <string>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/FileSettings.h"
+#include "platform/Folders.h"
+#include "platform/Platform.h"
+#include "platform/posix/PosixSerialPort.h"
+#include "platform/posix/SerialPorts.h"
+#include "platform/qt/Application.h"
+#include "platform/qt/DesktopHost.h"
+#include "platform/qt/QtFileDialog.h"
+#include "platform/qt/QtMessageBox.h"
+#include "platform/qt/QtPump.h"
+#include "platform/qt/Texts.h"
+#include "shell/AllFormsView.h"
+#include "shell/CommandLine.h"
+#include "shell/EditorProgram.h"
+
+namespace {
+
+constexpr const char* kCatalogueFile = "QRVDATA.DAT";
+
+qrv::ProgramPlaces placesOfMachine() {
+    const std::string program = qrv::executableFolder();
+    return {.work = qrv::workFolder(program, qrv::systemEnvironment),
+            .catalogue = qrv::sharedFolder(program, kCatalogueFile),
+            .backups = qrv::backupsFolder(qrv::systemEnvironment)};
+}
+
+/// What stands behind the program's name, without what the toolkit took for itself.
+std::string tailOf(const QStringList& arguments) {
+    std::vector<std::string> words;
+    for (const QString& argument : arguments.mid(1)) words.push_back(qrv::typedUtf8(argument));
+    return qrv::commandTail(words);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qrv::provideTemp();
+    const qrv::Application application(argc, argv);
+    qrv::DesktopHost host;
+    qrv::QtMessageBox messageBox;
+    qrv::QtFileDialog fileDialog;
+    qrv::FileSettings settings(qrv::settingsFile(qrv::systemEnvironment));
+    qrv::SystemClock clock;
+    qrv::QtPump pump;
+    qrv::SerialPorts ports(settings);
+    qrv::PosixSerialPort port([&](std::int16_t number) { return ports.pathOf(number); });
+    const qrv::Extras extras = qrv::extrasOfEnvironment();
+    qrv::EditorProgram program({.messageBox = messageBox,
+                                .fileDialog = fileDialog,
+                                .formHost = host,
+                                .settings = settings,
+                                .clock = clock,
+                                .eventPump = pump,
+                                .serialPort = port},
+                               {.places = placesOfMachine(),
+                                .commandLine = tailOf(qrv::Application::arguments()),
+                                .isClassic = extras == qrv::Extras::Absent});
+    qrv::addAllViews(host, program.bench, extras);
+    qrv::Application::guarded([&] { program.start(); });
+    return host.exitCode() ? *host.exitCode() : qrv::Application::exec();
+}

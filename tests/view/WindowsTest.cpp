@@ -1,0 +1,212 @@
+// Every window of the program: each control is found by its given name, each action by its entry's, and a short session
+// with real keys and clicks ends in the file.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QStatusBar>
+#include <QToolBar>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ViewRig.h"
+
+namespace qrv {
+namespace {
+
+using Names = std::vector<const char*>;
+
+struct WindowRow {
+    const char* form;
+    Names controls;
+};
+
+/// Makes each window through its factory, as the host does.
+std::unique_ptr<FormView> windowOf(ViewRig& rig, const std::string& name) {
+    EditorProgram& program = rig.program;
+    BlockPanel& blocks = program.mainWindow.blocks;
+    for (Form* form : std::initializer_list<Form*>{&program.splash, &program.mainWindow, &program.ask, &program.recent,
+                                                   &program.about, &program.general, &program.general.description,
+                                                   &program.blockQuestion, &blocks.comment, &blocks.picker}) {
+        if (form->name() == name) return std::unique_ptr<FormView>(rig.host.makeView(*form));
+    }
+    return nullptr;
+}
+
+class EveryWindow : public testing::TestWithParam<WindowRow> {};
+
+TEST_P(EveryWindow, HasItsControlsByName) {
+    ViewRig rig;
+    const auto view = windowOf(rig, GetParam().form);
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->objectName().toStdString(), GetParam().form);
+    for (const char* name : GetParam().controls) {
+        EXPECT_NE(view->findChild<QObject*>(QString::fromLatin1(name)), nullptr) << name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Forms, EveryWindow,
+    testing::Values(WindowRow{"frmStart", {"Image1", "lblTitle", "lblDescription", "lblVersion"}},
+                    WindowRow{"Form3",
+                              {"Grid1", "Ig", "fg2", "fg3", "List1", "List2", "Command1", "cmdViewAlarmInfo", "txtCmt",
+                               "Label1", "Label2", "Label3", "Label4", "Label5", "Label6", "Label7", "Label8", "Label9",
+                               "Label10"}},
+                    WindowRow{"FrmAsk", {"Frame1", "Option1", "Option2", "Option3", "Command1", "Command2"}},
+                    WindowRow{"FrmRecent", {"Command1", "Command2"}}, WindowRow{"frmAbout", {"lblVersion", "Command1"}},
+                    WindowRow{"frmGeneral",
+                              {"txtTitle", "txtCfg", "Text1", "fg", "Label1", "Label2", "Label3", "Label4", "mnuexit"}},
+                    WindowRow{"frmvga", {"txtCmt", "mnuexit"}}, WindowRow{"FormComment", {"Text1", "Text2", "mnuexit"}},
+                    WindowRow{"frmBlock", {"Combo1", "Text1", "Lab1", "Command1", "Command2"}},
+                    WindowRow{"frmAaboPick", {"List1", "List2"}}),
+    [](const auto& row) { return row.param.form; });
+
+/// Widgets that take the keyboard and have no name to be read by.
+std::vector<std::string> namelessIn(const FormView& view) {
+    std::vector<std::string> found;
+    for (const QWidget* widget : view.findChildren<QWidget*>()) {
+        const bool isInput = qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget) ||
+                             qobject_cast<const QAbstractItemView*>(widget) || qobject_cast<const QComboBox*>(widget);
+        const bool isPart = widget->objectName().isEmpty() || widget->objectName().startsWith(QLatin1String("qt_"));
+        if (isInput && !isPart && widget->accessibleName().isEmpty())
+            found.push_back(widget->objectName().toStdString());
+    }
+    return found;
+}
+
+TEST_P(EveryWindow, NamesItsInputsForAssistiveTools) {
+    ViewRig rig;
+    const auto view = windowOf(rig, GetParam().form);
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(namelessIn(*view), std::vector<std::string>{});
+}
+
+TEST_P(EveryWindow, ReachesItsInputsByTab) {
+    ViewRig rig;
+    const auto view = windowOf(rig, GetParam().form);
+    ASSERT_NE(view, nullptr);
+    for (const QWidget* widget : view->findChildren<QWidget*>()) {
+        const bool isInput = qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget) ||
+                             qobject_cast<const QAbstractItemView*>(widget) ||
+                             qobject_cast<const QAbstractButton*>(widget);
+        const bool isPart = widget->objectName().isEmpty() || widget->objectName().startsWith(QLatin1String("qt_"));
+        if (isInput && !isPart) {
+            EXPECT_TRUE(widget->focusPolicy() & Qt::TabFocus) << widget->objectName().toStdString();
+        }
+    }
+}
+
+TEST(Form3View, HasEveryMenuEntryInOrder) {
+    ViewRig rig;
+    const auto view = windowOf(rig, "Form3");
+    const std::vector<std::pair<const char*, Names>> menus = {
+        {"mnuFile",
+         {"mnuFileNew",     "mnuFileOpen",     "mnuFileSave",         "mnuFileSaveAs",       "mnuFileSep1",
+          "mnuFileUpload",  "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
+          "mnuFileCompare", "mnuFileCheck",    "mnuFileSep2a",        "mnuFilePrint",        "mnuFileSep3",
+          "mnuFormExit",    "mnuRecentFile0",  "mnuRecentFile1",      "mnuRecentFile2",      "mnuRecentFile3",
+          "mnuRecentFile4"}},
+        {"mnuEdit",
+         {"mnuEditCfg", "mnuEditBlk", "mnuEditSep1", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart", "mnuEditEGU",
+          "mnuEditPager", "mnuEditLoop", "mnuEditComments", "mnuEditPoll", "mnuEditSep2", "mnuEditComPort"}},
+        {"mnuView", {"mnuViewAll", "mnuViewSel", "mnuAbout"}},
+    };
+    for (const auto& [menuName, entries] : menus) {
+        auto* menu = view->findChild<QMenu*>(QString::fromLatin1(menuName));
+        ASSERT_NE(menu, nullptr) << menuName;
+        std::vector<std::string> found;
+        for (const QAction* action : menu->actions()) found.push_back(action->objectName().toStdString());
+        EXPECT_EQ(found, std::vector<std::string>(entries.begin(), entries.end()));
+    }
+    EXPECT_EQ(view->findChild<QAction*>("mnuFileSaveAs")->text(), "Sav&e As");
+}
+
+TEST(Form3View, AdditionsAreAbsentInTheClassicLook) {
+    ViewRig modern;
+    ViewRig classic("", Extras::Absent);
+    const auto withThem = windowOf(modern, "Form3");
+    const auto without = windowOf(classic, "Form3");
+    for (const char* name : {"toolBar", "goToBlock", "mnuTools", "mnuHelp", "constantsMeter", "functionFilter"}) {
+        EXPECT_NE(withThem->findChild<QObject*>(QString::fromLatin1(name)), nullptr) << name;
+        EXPECT_EQ(without->findChild<QObject*>(QString::fromLatin1(name)), nullptr) << name;
+    }
+}
+
+class Session : public testing::Test {
+ protected:
+    void SetUp() override { rig.startWithNewFile(); }
+    GridView& grid(const char* name) { return *ViewRig::find<GridView>(rig.mainView(), name); }
+
+    ViewRig rig;
+};
+
+TEST_F(Session, NewFileStandsInTheMainWindow) {
+    ASSERT_TRUE(rig.host.isVisible(rig.program.mainWindow));
+    EXPECT_EQ(rig.mainView().windowTitle().toStdString(), "QRV Edit - " + rig.path("boiler.qrv"));
+    EXPECT_EQ(grid("Grid1").model()->index(0, 0).data().toString(), "ZERO");
+    EXPECT_EQ(grid("Ig").model()->index(0, 0).data().toString(), "AI");
+}
+
+TEST_F(Session, ClickShowsABlock) {
+    ViewRig::clickCell(grid("Ig"), 1, 1);
+    EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text(), "BLOCK 600 - AIN");
+}
+
+TEST_F(Session, PlacedFunctionIsShownAndStored) {
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+    EXPECT_TRUE(list->isVisible());
+    EXPECT_FALSE(grid("fg2").isVisible());
+    const auto rows = list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString);
+    ASSERT_EQ(rows.size(), 1);
+    list->setCurrentItem(rows.first());
+    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    EXPECT_EQ(grid("Grid1").model()->index(1, 0).data().toString(), "ADD");
+    EXPECT_EQ(rig.program.bench.FnOfBlock[10], 10);
+}
+
+TEST_F(Session, TypedBlockNumberWiresAnInput) {
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+    list->setCurrentItem(list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString).first());
+    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    ViewRig::choose(rig.mainView(), "mnuEditBlk");
+    ViewRig::typeInto(grid("fg2"), 1, 1, "600");
+    EXPECT_EQ(rig.program.mainWindow.blocks.fg2.text(1, 4), "AIN");
+    rig.boxes.expect("Enter A Block Number\n        0 to 704");
+    ViewRig::typeInto(grid("fg2"), 1, 1, "705");
+    EXPECT_TRUE(grid("fg2").isEditing());
+    QTest::keyClick(grid("fg2").viewport()->findChild<QLineEdit*>("gridEditor"), Qt::Key_Escape);
+    EXPECT_EQ(grid("fg2").model()->index(0, 1).data().toString(), "600");
+}
+
+TEST_F(Session, F6GoesToTheNextBlockFromTheParameters) {
+    ViewRig::clickCell(grid("Grid1"), 1, 1);
+    grid("fg3").setFocus();
+    QTest::keyClick(&grid("fg3"), Qt::Key_F6);
+    EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text().left(9), "BLOCK 1 -");
+}
+
+TEST_F(Session, GoToBlockFindsNumbersAndNames) {
+    auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
+    QTest::keyClicks(box, QStringLiteral("602"));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text(), "BLOCK 602 - ROUT");
+}
+
+TEST_F(Session, CloseBoxAsksTheSaveQuestion) {
+    rig.boxes.expect({.text = "Save changes to " + rig.path("boiler.qrv") + "?",
+                      .buttons = Buttons::YesNoCancel,
+                      .icon = Icon::Question},
+                     Answer::Cancel);
+    rig.mainView().close();
+    EXPECT_TRUE(rig.host.isVisible(rig.program.mainWindow));
+}
+
+}  // namespace
+}  // namespace qrv
