@@ -41,7 +41,7 @@ struct ViewRig {
                    .isClassic = extras == Extras::Absent}) {
         addAllViews(host, program.bench, extras);
     }
-    ~ViewRig() { host.endProgram(0); }
+    ~ViewRig() { host.unloadAll(); }
 
     std::string made(const std::string& name) {
         std::filesystem::create_directories(folder.file(name));

@@ -148,15 +148,19 @@ void DesktopHost::closeByUser(Form& form) {
     if (find(form) && form.queryUnload(UnloadMode::ByUser)) unload(form);
 }
 
-void DesktopHost::endProgram(int exitCode) {
-    if (exitCode_) return;
-    exitCode_ = exitCode;
+void DesktopHost::unloadAll() {
     while (!windows_.empty()) {
         Form* form = windows_.begin()->second.form;
         unload(*form);
         windows_.erase(form);
     }
     active_ = nullptr;
+}
+
+void DesktopHost::endProgram(int exitCode) {
+    if (exitCode_) return;
+    exitCode_ = exitCode;
+    unloadAll();
     QCoreApplication::exit(exitCode);
 }
 

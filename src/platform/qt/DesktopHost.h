@@ -44,6 +44,8 @@ class DesktopHost final : public FormHost {
     [[nodiscard]] FormView* makeView(Form& form);
     /// Shows the data of every visible form again.
     void refreshAll();
+    /// Takes every form away, without asking it.
+    void unloadAll();
     /// The user closes a window by its frame.
     void closeByUser(Form& form);
     /// The window of a loaded form; null where there is none.

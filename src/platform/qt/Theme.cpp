@@ -6,6 +6,9 @@
 #include <QStyleFactory>
 #include <cmath>
 
+/// Brings the icons along from the static library; the toolkit wants this outside of any namespace.
+static void provideIcons() { Q_INIT_RESOURCE(art); }
+
 namespace qrv::theme {
 
 namespace {
@@ -43,6 +46,7 @@ QColor faintText() { return QColor(0xFF93A1AD); }
 QColor warning() { return QColor(0xFFB3261E); }
 
 void apply(QApplication& application) {
+    provideIcons();
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QPalette palette;
     for (const Shade& shade : kShades) palette.setColor(shade.role, QColor(shade.rgb));
