@@ -11,6 +11,7 @@ FrmRecentView::FrmRecentView(FrmRecent& form, DesktopHost& host) : FormView(form
     GridView* files = addGrid(form.Grid1);
     files->setAccessibleName(QStringLiteral("Recent files"));
     GridView* paths = addGrid(form.Grid2);
+    paths->setAccessibleName(QStringLiteral("Paths of the recent files"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }));

@@ -56,6 +56,7 @@ struct ViewRig {
         whenUp("frmGeneral", [](FormView& view) { choose(view, "mnuexit"); });
         host.load(program.splash);
         program.splash.Timer1_Timer();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return host.isVisible(program.mainWindow); }));
     }
 
     /// Lets `act` be the user of a form's window as soon as the window is up; whatever else runs meanwhile.

@@ -140,6 +140,14 @@ TEST(Form3View, AdditionsAreAbsentInTheClassicLook) {
 class Session : public testing::Test {
  protected:
     void SetUp() override { rig.startWithNewFile(); }
+    /// Block 10 becomes an ADD, and its data is shown.
+    void placeAdd() {
+        ViewRig::choose(rig.mainView(), "mnuEditCfg");
+        auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+        list->setCurrentItem(list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString).first());
+        ViewRig::clickCell(grid("Grid1"), 2, 1);
+        ViewRig::choose(rig.mainView(), "mnuEditBlk");
+    }
     GridView& grid(const char* name) { return *ViewRig::find<GridView>(rig.mainView(), name); }
 
     ViewRig rig;
@@ -158,31 +166,47 @@ TEST_F(Session, ClickShowsABlock) {
 }
 
 TEST_F(Session, PlacedFunctionIsShownAndStored) {
-    ViewRig::choose(rig.mainView(), "mnuEditCfg");
-    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-    EXPECT_TRUE(list->isVisible());
-    EXPECT_FALSE(grid("fg2").isVisible());
-    const auto rows = list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString);
-    ASSERT_EQ(rows.size(), 1);
-    list->setCurrentItem(rows.first());
-    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    placeAdd();
     EXPECT_EQ(grid("Grid1").model()->index(1, 0).data().toString(), "ADD");
     EXPECT_EQ(rig.program.bench.FnOfBlock[10], 10);
 }
 
-TEST_F(Session, TypedBlockNumberWiresAnInput) {
-    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+TEST_F(Session, AssignmentViewTakesThePlaceOfTheData) {
     auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-    list->setCurrentItem(list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString).first());
-    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    EXPECT_FALSE(list->isVisible());
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    EXPECT_TRUE(list->isVisible());
+    EXPECT_FALSE(grid("fg2").isVisible());
     ViewRig::choose(rig.mainView(), "mnuEditBlk");
-    ViewRig::typeInto(grid("fg2"), 1, 1, "600");
-    EXPECT_EQ(rig.program.mainWindow.blocks.fg2.text(1, 4), "AIN");
+    EXPECT_FALSE(list->isVisible());
+    EXPECT_TRUE(grid("fg2").isVisible());
+}
+
+TEST_F(Session, TypedBlockNumberWiresAnInput) {
+    placeAdd();
+    ViewRig::typeInto(grid("fg2"), 1, 1, "1");
+    EXPECT_EQ(grid("fg2").model()->index(0, 4).data().toString(), "FULL");
     rig.boxes.expect("Enter A Block Number\n        0 to 704");
     ViewRig::typeInto(grid("fg2"), 1, 1, "705");
     EXPECT_TRUE(grid("fg2").isEditing());
     QTest::keyClick(grid("fg2").viewport()->findChild<QLineEdit*>("gridEditor"), Qt::Key_Escape);
-    EXPECT_EQ(grid("fg2").model()->index(0, 1).data().toString(), "600");
+    EXPECT_EQ(grid("fg2").model()->index(0, 1).data().toString(), "1");
+}
+
+TEST_F(Session, SourceWithMoreOutputsOpensThePicker) {
+    placeAdd();
+    rig.whenUp("frmAaboPick", [](FormView& view) {
+        EXPECT_EQ(view.windowTitle(), "BLOCK OUTPUT SELECTOR");
+        auto* list = ViewRig::find<QListWidget>(view, "List1");
+        ASSERT_EQ(list->count(), 2);
+        EXPECT_EQ(list->item(0)->text(), "MAIN");
+        EXPECT_EQ(list->item(1)->text(), "UNFILTERED VALUE");
+        list->setCurrentRow(1);
+        QTest::keyClick(list, Qt::Key_Return);
+    });
+    ViewRig::typeInto(grid("fg2"), 1, 1, "600");
+    EXPECT_EQ(grid("fg2").model()->index(0, 2).data().toString(), "RAW");
+    EXPECT_FALSE(grid("fg2").isEditing());
 }
 
 TEST_F(Session, F6GoesToTheNextBlockFromTheParameters) {

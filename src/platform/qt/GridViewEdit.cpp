@@ -105,6 +105,7 @@ void GridView::closeEditor() {
     QWidget* old = editor_;
     editor_ = nullptr;
     old->removeEventFilter(this);
+    old->setObjectName({});
     old->hide();
     old->deleteLater();
 }
