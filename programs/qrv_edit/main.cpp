@@ -60,7 +60,8 @@ int main(int argc, char** argv) {
                                 .serialPort = port},
                                {.places = placesOfMachine(),
                                 .commandLine = tailOf(qrv::Application::arguments()),
-                                .isClassic = extras == qrv::Extras::Absent});
+                                .isClassic = extras == qrv::Extras::Absent,
+                                .serialPorts = &ports});
     qrv::addAllViews(host, program.bench, extras);
     qrv::Application::guarded([&] { program.start(); });
     return host.exitCode() ? *host.exitCode() : qrv::Application::exec();
