@@ -4,6 +4,7 @@
 
 #include "platform/Numerals.h"
 #include "store/CatalogueSlots.h"
+#include "store/KnownFunctions.h"
 #include "store/Schema.h"
 
 namespace qrv {
@@ -72,7 +73,7 @@ bool isAuxShort(std::string_view text) {
     return isSoundText(text) && text.size() <= kLongestAuxShort && !isNumeric(text) && text != "MAIN" && text != "BUNK";
 }
 
-bool isStringFunction(std::int32_t fn) { return fn == 12 || fn == 13 || fn == 114; }
+bool isStringFunction(std::int32_t fn) { return isAmong(kStringFunctions, fn); }
 
 bool hasGroup(const CatalogueText& text, std::string_view key) {
     return std::any_of(text.groups.begin(), text.groups.end(), [key](const GroupRow& row) { return row.key == key; });

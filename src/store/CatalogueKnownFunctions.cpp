@@ -3,32 +3,25 @@
 #include <array>
 
 #include "store/CatalogueChecks.h"
+#include "store/KnownFunctions.h"
+#include "store/Workbench.h"
 
 namespace qrv {
 
 namespace {
-
-constexpr std::int32_t kNop = 127;
-constexpr std::int32_t kCurve = 42;
-constexpr std::int32_t kLimits = 96;
 
 constexpr std::array<std::string_view, 9> kNamesSought{"NOP",  "AIN",  "DIN",  "AOUT", "DOUT",
                                                        "ROUT", "TOUT", "AABO", "DABO"};
 /// They come with a board; the list to place from leaves them out.
 constexpr std::array<std::string_view, 6> kBoardNames{"AIN", "DIN", "AOUT", "DOUT", "ROUT", "TOUT"};
 
-struct NumberedName {
-    std::int32_t fn;
-    std::string_view name;
-};
-constexpr NumberedName kBoardNumbers[] = {{2, "AIN"}, {81, "AOUT"}, {84, "TOUT"}, {92, "DIN"}, {125, "ROUT"}};
-
-// Screens 9, 12, 13, 84 and 114, Modbus 5, 38, 55, 93 and 97 to 99, curves 42, pagers 94, the report 96.
-constexpr std::int32_t kNumbersKnown[] = {5, 9, 12, 13, 38, 42, 55, 84, 93, 94, 96, 97, 98, 99, 114};
-constexpr std::int32_t kNumbersPlaced[] = {9, 12, 13, 94, 114};
-
-// What a new file's blocks 0 to 3 carry.
-constexpr NumberedName kFirstBlocks[] = {{0, "analog"}, {1, "analog"}, {90, "discrete"}, {91, "discrete"}};
+// Modbus, pagers, curves and a report know these, besides the functions of boards and of the controller's menus.
+constexpr std::array<std::int16_t, 8> kOthersKnown{kCurveFunction,        kPagerFunction,
+                                                   kLimitMonitorFunction, kPagerScheduleFunction,
+                                                   kOutdoorResetFunction, kLinearInterpolationFunction,
+                                                   kTriacFunction,        kScheduleFunction};
+constexpr std::array kNumbersPlaced{kPagerScheduleFunction, kOutdoorResetFunction, kLinearInterpolationFunction,
+                                    kPagerFunction, kScheduleFunction};
 
 CataloguePlace missing(const std::string& what) { return {kFunctionsFile, 0, what}; }
 
@@ -55,7 +48,7 @@ bool isCurveParam(const ParamRow* row) {
 bool isLimitGroup(const CatalogueText& text, std::int32_t place) {
     const ParamRow* rows[4];
     for (std::int32_t i = 0; i < 4; ++i) {
-        rows[i] = text.param(kLimits, place + i);
+        rows[i] = text.param(kLimitMonitorFunction, place + i);
         if (rows[i] == nullptr) return false;
     }
     return rows[0]->type == kDecimalCountParam && rows[1]->type == kOwnDecimalsParam &&
@@ -96,10 +89,10 @@ CataloguePlaces nopFaults(const CatalogueText& text) {
 
 CataloguePlaces firstBlockFaults(const CatalogueText& text) {
     CataloguePlaces places;
-    for (const NumberedName& first : kFirstBlocks) {
-        const FunctionRow* row = text.function(first.fn);
+    for (const std::int32_t fn : {0, 1, 90, 91}) {
+        const FunctionRow* row = text.function(fn);
         if (row == nullptr) {
-            places.push_back(missing(std::to_string(first.fn)));
+            places.push_back(missing(std::to_string(fn)));
         } else if (row->inputs != 0 || row->params != 0 || row->hidden != 0 || row->volRam != 0 ||
                    row->auxAnalogs != 0 || row->auxDiscretes != 0) {
             places.push_back(faultAt(*row));
@@ -110,19 +103,21 @@ CataloguePlaces firstBlockFaults(const CatalogueText& text) {
 
 CataloguePlaces defaultSourceFaults(const CatalogueText& text) {
     CataloguePlaces places;
-    for (const NumberedName& first : kFirstBlocks) {
-        const FunctionRow* row = text.function(first.fn);
-        const std::int32_t due = first.name == "analog" ? kAnalog : kDiscrete;
-        if (row != nullptr && row->ftype != due) places.push_back(faultAt(*row));
+    for (const FunctionRow& row : text.functions) {
+        const bool isAnalogDue = isAmong(kAnalogConstantFunctions, row.fn);
+        const bool isDiscreteDue = isAmong(kDiscreteConstantFunctions, row.fn);
+        if ((isAnalogDue && row.ftype != kAnalog) || (isDiscreteDue && row.ftype != kDiscrete)) {
+            places.push_back(faultAt(row));
+        }
     }
     return places;
 }
 
 CataloguePlaces boardNumberFaults(const CatalogueText& text) {
     CataloguePlaces places;
-    for (const NumberedName& board : kBoardNumbers) {
+    for (const BoardFunction& board : kNumberedBoardFunctions) {
         const FunctionRow* row = text.function(board.name);
-        if (row != nullptr && row->fn != board.fn) places.push_back(faultAt(*row));
+        if (row != nullptr && row->fn != board.number) places.push_back(faultAt(*row));
     }
     return places;
 }
@@ -137,9 +132,11 @@ CataloguePlaces boardSlotFaults(const CatalogueText& text) {
 
 CataloguePlaces knownNumbersMissing(const CatalogueText& text) {
     CataloguePlaces places;
-    for (const std::int32_t fn : kNumbersKnown) {
+    const auto addUnlessThere = [&](std::int32_t fn) {
         if (text.function(fn) == nullptr) places.push_back(missing(std::to_string(fn)));
-    }
+    };
+    std::for_each(kOthersKnown.begin(), kOthersKnown.end(), addUnlessThere);
+    std::for_each(kModbusWritableFunctions.begin(), kModbusWritableFunctions.end(), addUnlessThere);
     return places;
 }
 
@@ -155,11 +152,11 @@ CataloguePlaces knownNumbersNotPlaced(const CatalogueText& text) {
 CataloguePlaces curveFaults(const CatalogueText& text) {
     constexpr std::int32_t kSlotsBefore = 6;
     constexpr std::int32_t kCurveParams = 22;
-    const FunctionRow* curve = text.function(kCurve);
+    const FunctionRow* curve = text.function(kCurveFunction);
     if (curve == nullptr) return {};
     if (curve->inputs + curve->params != kSlotsBefore + kCurveParams) return {faultAt(*curve)};
     for (std::int32_t i = 1; i <= kCurveParams; ++i) {
-        const ParamRow* row = text.param(kCurve, kSlotsBefore - curve->inputs + i);
+        const ParamRow* row = text.param(kCurveFunction, kSlotsBefore - curve->inputs + i);
         if (row == nullptr) return {faultAt(*curve)};
         if (!isCurveParam(row)) return {faultAt(*row)};
     }
@@ -167,13 +164,13 @@ CataloguePlaces curveFaults(const CatalogueText& text) {
 }
 
 CataloguePlaces limitGroupFaults(const CatalogueText& text) {
-    const FunctionRow* limits = text.function(kLimits);
+    const FunctionRow* limits = text.function(kLimitMonitorFunction);
     if (limits == nullptr) return {};
-    const ParamRow* first = text.param(kLimits, 1);
+    const ParamRow* first = text.param(kLimitMonitorFunction, 1);
     if (first == nullptr || first->type != kPlainParam || limits->params < 41) return {faultAt(*limits)};
     for (std::int32_t place = 2; place <= 38; place += 4) {
         if (isLimitGroup(text, place)) continue;
-        const ParamRow* row = text.param(kLimits, place);
+        const ParamRow* row = text.param(kLimitMonitorFunction, place);
         return {row == nullptr ? faultAt(*limits) : faultAt(*row)};
     }
     return {};
