@@ -5,6 +5,7 @@
 #include "Session.h"
 #include "Terminal.h"
 #include "platform/CodePage.h"
+#include "platform/Folders.h"
 #include "platform/RunTimeError.h"
 #include "store/EngineVersion.h"
 
@@ -59,6 +60,7 @@ ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    qrv::provideTemp();
     qrv::Terminal terminal;
     CLI::App app{kDescription, "qrv"};
     app.footer(kFooter);

@@ -15,7 +15,5 @@ struct ProgramPlaces {
 /// Work files stand in the executable's folder if that can be written, else in the per-user state folder, which is
 /// made. The catalogue stands beside the executable or, as installed, in "../share/qrv_edit".
 [[nodiscard]] ProgramPlaces findProgramPlaces();
-/// "$XDG_STATE_HOME/QRV_Edit", else "~/.local/state/QRV_Edit".
-[[nodiscard]] std::string stateFolder();
 
 }  // namespace qrv
