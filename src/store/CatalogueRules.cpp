@@ -142,9 +142,10 @@ const CatalogueRule kRules[] = {
      +[](const Text& text) {
          return anyInput(text, [](const InputRow& row) { return row.description.ends_with(" INPUT"); });
      }},
-    {"someInputIsLong", "Some input's description is longer than 28 characters.",
+    {"someInputIsLong", "Some input's description, cut as it is shown, is longer than 28 characters.",
      +[](const Text& text) {
-         return anyInput(text, [](const InputRow& row) { return row.description.size() > kOneLineDescription; });
+         return anyInput(
+             text, [](const InputRow& row) { return shownDescription(row.description).size() > kOneLineDescription; });
      }},
 
     // --- auxiliary outputs ---

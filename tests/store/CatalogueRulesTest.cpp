@@ -246,6 +246,11 @@ const BreakRow kBreaks[] = {
          for (InputRow& row : t.inputs) row.description.resize(std::min<std::size_t>(row.description.size(), 28));
          return Broken{"inputs.csv", 0};
      }},
+    {"longBehindTheCutOnly", "someInputIsLong",
+     [](T& t) {
+         for (InputRow& row : t.inputs) row.description = "A TEXT OF TWENTY-EIGHT BYTES INPUT OF A BLOCK";
+         return Broken{"inputs.csv", 0};
+     }},
     {"auxKindX", "auxKindIsKnown", [](T& t) { return set(auxOutput(t, 2, "A", 1), &AuxOutputRow::kind, "X"); }},
     {"auxNumber", "auxShortIsAWord", [](T& t) { return set(auxOutput(t, 2, "A", 1), &AuxOutputRow::shortText, "12"); }},
     {"auxMain", "auxShortIsAWord", [](T& t) { return set(auxOutput(t, 2, "A", 1), &AuxOutputRow::shortText, "MAIN"); }},
