@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <random>
 
 #include "tools/TextForm.h"
 
@@ -114,6 +115,30 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedText{"pagerStringTwice", "[Pager]\nOffset=1 PagerInfo=\"1\"\nOffset=1 PagerInfo=\"2\"\n",
                     "plant.txt:4: Table Pager has the row Offset=1 already."}),
     [](const auto& row) { return row.param.name; });
+
+// Any bytes: a content, or a refusal that names file and line.
+TEST(TextFormReader, TakesOrRefusesWhateverStandsInAText) {
+    const std::string sound =
+        kMark +
+        "\n[Menu Items]\n- MenuNumber=0 Offset=2\nMenuNumber=0 Offset=3 Description=\"P\\\"\\x41\" Type=1\n"
+        "\n[Constants]\nBlockNumber=4 Offset=0 ConstantValue=-7  # note\n"
+        "\n[Version]\nRevLevel=5.01 Vtext=\"V\" Major=3 Minor=1\n";
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 200; ++round) {
+        std::string text = sound;
+        for (std::size_t change = 0; change <= round % 8U; ++change) {
+            // Behind the mark, which would be refused at once.
+            const std::size_t place = kMark.size() + random() % (text.size() - kMark.size());
+            text[place] = static_cast<char>(random() % 256);
+            if (random() % 4 == 0) text.erase(place, random() % 5);
+        }
+        const TextFormResult result = readTextForm(text, "plant.txt");
+        EXPECT_EQ(result.content.has_value(), result.refusal.empty()) << text;
+        EXPECT_TRUE(result.content || result.refusal.starts_with("plant.txt:")) << text;
+    }
+}
 
 TEST(TextFormReader, NeedsTheFirstLine) {
     const std::string reason = "plant.txt:1: The first line must be \"QRV configuration text, form 1\".";
