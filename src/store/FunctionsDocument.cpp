@@ -42,10 +42,21 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
+/// A labelled paragraph. A line that begins with a formula's sign is no item of a list.
+std::string paragraphOf(const Paragraph& paragraph) {
+    std::string lines = wrapped("**" + paragraph.label + ".** " + escaped(paragraph.text), kLineWidth, 0);
+    for (const char* sign : {"\n- ", "\n+ "}) {
+        for (std::size_t at = lines.find(sign); at != std::string::npos; at = lines.find(sign, at)) {
+            lines.insert(at + 1, 1, '\\');
+        }
+    }
+    return lines + "\n";
+}
+
 void addReading(std::string& document, const CatalogueText& text) {
     document += "## How the definitions are read\n\n";
     for (const Paragraph& paragraph : text.common) {
-        document += wrapped("**" + paragraph.label + ".** " + escaped(paragraph.text), kLineWidth, 0) + "\n";
+        document += paragraphOf(paragraph);
     }
 }
 
@@ -120,7 +131,7 @@ void addEntry(std::string& document, const CatalogueText& text, const FunctionRo
     const Definition* definition = text.definition(function.fn);
     if (definition == nullptr) return;
     for (const Paragraph& paragraph : definition->paragraphs) {
-        document += wrapped("**" + paragraph.label + ".** " + escaped(paragraph.text), kLineWidth, 0) + "\n";
+        document += paragraphOf(paragraph);
     }
 }
 

@@ -132,6 +132,12 @@ TEST(FunctionsDocument, IsInStepWithTheText) {
         << "build the target docs_functions and commit docs/functions.md";
 }
 
+TEST(FunctionsDocument, NoLineOfAFormulaBecomesAListItem) {
+    const std::string document = functionsDocument(shipped());
+    for (const char* item : {"\n- ", "\n+ ", "\n* ", "\n1. "})
+        EXPECT_EQ(document.find(item), std::string::npos) << item;
+}
+
 TEST(FunctionsDocument, HasAnIndexByPurposeAndByNumberAndAnEntryForEach) {
     const std::string document = functionsDocument(shipped());
     for (const FunctionRow& function : shipped().functions) {
