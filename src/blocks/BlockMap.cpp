@@ -56,6 +56,7 @@ Colour colourOfAlarm(db1& db) {
 
 BlockColours alarmColours(Workbench& bench) {
     BlockColours colours{};
+    if (!bench.FileIsOpen) return colours;
     db1& db = bench.db;
     for (db.AlarmMoveFirst(); !db.AlarmEOF(); db.AlarmMoveNext()) {
         const BlockRef ref = BlockRef::ofWord(db.AlarmBlockNumber());

@@ -251,7 +251,9 @@ void BlockPanel::List1_Click() {
     focus = "List1";
 }
 
-void BlockPanel::txtCmt_DblClick() { bench_.platform.formHost.showModal(comment); }
+void BlockPanel::txtCmt_DblClick() {
+    if (bench_.FileIsOpen) bench_.platform.formHost.showModal(comment);
+}
 
 // --- the two views ---
 

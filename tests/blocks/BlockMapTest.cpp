@@ -144,6 +144,12 @@ TEST(BlockMap, ASecondPaintingTakesTheColourOfADeletedAlarmAway) {
     EXPECT_FALSE(rig.panel.Grid1.cell(2, 3).bold);
 }
 
+TEST(BlockMap, WithoutAFileThereAreNoColours) {
+    BlockRig rig;
+    rig.panel.paintAlarmColours();
+    EXPECT_FALSE(rig.panel.Grid1.cell(1, 1).back);
+}
+
 TEST(BlockMap, AnAlarmOfNoBlockPaintsNothing) {
     OpenBlockRig rig;
     addAlarm(rig.db(), 705, "X", true);

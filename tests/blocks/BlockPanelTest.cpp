@@ -132,6 +132,7 @@ TEST(BlockPanel, WithoutAFileClicksDoNothing) {
     rig.clickBlock(600);
     rig.panel.mnuEditCfg();
     rig.clickBlock(0);
+    rig.panel.txtCmt_DblClick();
     EXPECT_EQ(rig.panel.Label5.caption, "");
     EXPECT_EQ(rig.bench.SeekBlock, 0);
 }
