@@ -62,6 +62,8 @@ int main(int argc, char** argv) {
                                 .commandLine = tailOf(qrv::Application::arguments()),
                                 .isClassic = extras == qrv::Extras::Absent,
                                 .serialPorts = &ports});
+    // What the user has done is in the work file before the next event comes.
+    host.onEventDone = [&program] { program.bench.settle(); };
     qrv::addAllViews(host, program.bench, extras);
     qrv::Application::guarded([&] { program.start(); });
     return host.exitCode() ? *host.exitCode() : qrv::Application::exec();

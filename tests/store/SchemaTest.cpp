@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -89,6 +90,38 @@ TEST(Schema, HoldsTheNineteenTablesInTheOrderOfAFile) {
         EXPECT_EQ(columnsOf(table), kTold[i].columns) << table.name;
         EXPECT_EQ(indexOf(table), kTold[i].index) << table.name;
     }
+}
+
+std::string typeInWords(const Column& column) {
+    switch (letterOf(column)) {
+        case 'i': return "Integer";
+        case 'l': return "Long";
+        case 'b': return "Byte";
+        case 'y': return "Boolean";
+        case 's': return "Single";
+        case 'm': return "Memo";
+        case 'T': return "Text, never empty";
+        case '8': return "Text, 80 at most";
+        default: return "Text";
+    }
+}
+
+TEST(Schema, IsWhatThePageOfTheFileFormatTells) {
+    std::ifstream page(QRV_FILE_FORMAT_DOCUMENT);
+    std::string line;
+    std::vector<std::string> told;
+    while (std::getline(page, line)) {
+        if (line.starts_with("## ")) told.push_back(line);
+        if (line.starts_with("| `")) told.push_back(line.substr(0, line.rfind(" | ")));
+    }
+    std::vector<std::string> expected;
+    for (const Table& table : configurationTables()) {
+        expected.push_back("## " + std::string(table.name));
+        for (const Column& column : table.columns) {
+            expected.push_back("| `" + std::string(column.name) + "` | " + typeInWords(column));
+        }
+    }
+    EXPECT_EQ(told, expected);
 }
 
 TEST(Schema, OnlyTheAlarmsMayRepeatAKey) {

@@ -40,6 +40,9 @@ class DesktopHost final : public FormHost {
     void refresh(Form& form) override;
     void endProgram(int exitCode) override;
 
+    /// Runs after each event of the user's, before the windows show their forms again.
+    std::function<void()> onEventDone = [] {};
+
     /// A new window of the form, as the host makes it; nothing is loaded or shown.
     [[nodiscard]] FormView* makeView(Form& form);
     /// Shows the data of every visible form again.

@@ -46,7 +46,10 @@ void FormView::perform(const Event& event) {
     if (retired_) return;
     ++busy_;
     // An exception must not travel through the toolkit's event loop.
-    Application::guarded(event);
+    Application::guarded([&] {
+        event();
+        host_.onEventDone();
+    });
     --busy_;
     host_.refreshAll();
     if (retired_ && busy_ == 0) deleteLater();
