@@ -72,7 +72,11 @@ void Recordset::load(Sqlite& file) {
     while (reader.next()) {
         Row& row = keep({reader.rowId(), reader.takeValues()});
         stored_.push_back({0, row.id, &row});
-        for (std::size_t i = 0; i < orders_.size(); ++i) orders_[i].push_back(entryOf(table_->indexes[i], row));
+        for (std::size_t i = 0; i < orders_.size(); ++i) {
+            const auto key = keyOf(table_->indexes[i], row.values);
+            if (!key) refuseRow(file, *table_, row.id, "has a name too long for its key");
+            orders_[i].push_back({*key, row.id, &row});
+        }
     }
     for (std::size_t i = 0; i < orders_.size(); ++i) {
         Order& order = orders_[i];
@@ -94,17 +98,18 @@ Recordset::Row& Recordset::keep(Row row) {
 }
 
 Recordset::Entry Recordset::entryOf(const Index& index, Row& row) const {
-    return {keyOf(index, row.values), row.id, &row};
+    const auto key = keyOf(index, row.values);
+    if (!key) throw RunTimeError(ErrorNumber::FieldTooSmall);
+    return {*key, row.id, &row};
 }
 
-std::uint64_t Recordset::keyOf(const Index& index, const Values& row) const {
+// Absent: a name is longer than a key can hold.
+std::optional<std::uint64_t> Recordset::keyOf(const Index& index, const Values& row) const {
     PackedKey key;
     for (std::size_t part = 0; part < index.partCount(); ++part) {
         const Value& value = row[ordinal(*table_, index.parts[part])];
         if (const auto* name = std::get_if<std::string>(&value)) {
-            if (!key.append(*name, nameBits(*table_, index))) {
-                throw RunTimeError(ErrorNumber::FieldTooSmall, "The name " + *name + " is too long for a key.");
-            }
+            if (!key.append(*name, nameBits(*table_, index))) return std::nullopt;
         } else {
             const auto* number = std::get_if<std::int32_t>(&value);
             key.append(number == nullptr ? 0 : *number);
@@ -114,10 +119,11 @@ std::uint64_t Recordset::keyOf(const Index& index, const Values& row) const {
 }
 
 bool Recordset::holdsKey(std::size_t index, const Values& row) const {
-    const std::uint64_t key = keyOf(table_->indexes[index], row);
+    const auto key = keyOf(table_->indexes[index], row);
+    if (!key) throw RunTimeError(ErrorNumber::FieldTooSmall);
     const Order& order = orders_[index];
-    const auto found = std::lower_bound(order.begin(), order.end(), Entry{key, kBeforeAllRows, nullptr});
-    return found != order.end() && found->key == key;
+    const auto found = std::lower_bound(order.begin(), order.end(), Entry{*key, kBeforeAllRows, nullptr});
+    return found != order.end() && found->key == *key;
 }
 
 void Recordset::enterInOrders(Row& row) {

@@ -106,7 +106,7 @@ class Recordset {
     [[nodiscard]] bool isAt(const Order& order, std::size_t place) const {
         return place < order.size() && order[place].row == current_;
     }
-    [[nodiscard]] std::uint64_t keyOf(const Index& index, const Values& row) const;
+    [[nodiscard]] std::optional<std::uint64_t> keyOf(const Index& index, const Values& row) const;
     [[nodiscard]] Entry entryOf(const Index& index, Row& row) const;
     [[nodiscard]] Entry placeOfCurrent() const;
     [[nodiscard]] std::optional<std::uint64_t> wantedKey(const Index& index, std::span<const KeyPart> key) const;

@@ -82,6 +82,9 @@ void db1::open_database(const std::string& folder) {
     inputs_->setIndex("PrimaryKey");
     params_->setIndex("PrimaryKey");
     auxOutputs_->setIndex("PrimaryKey");
+    if (catalogueVersion_->rowCount() != 1) {
+        throw RunTimeError(ErrorNumber::UnrecognizedFormat, path + " is no function catalogue: it has no version.");
+    }
     catalogueVersion_->moveFirst();
     catalogue_ = std::move(file);
 }

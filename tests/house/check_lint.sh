@@ -3,6 +3,7 @@
 set -euo pipefail
 cd "$1"
 build=$2
+# What only the compiler knows of its own switches says nothing about our code.
 git ls-files 'src/*.cpp' 'programs/*.cpp' | while read -r file; do
   grep -q "\"$PWD/$file\"" "$build/compile_commands.json" && echo "$file"
-done | xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null
+done | xargs -P "${JOBS:-$(nproc)}" -n 4 clang-tidy -p "$build" --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null

@@ -259,6 +259,78 @@ TEST(MalformedFiles, RepeatedRowsUnderTheirKeyAreRefused) {
     EXPECT_FALSE(opener.opens(bytes, "a repeated constant"));
 }
 
+/// Opens a catalogue with these bytes and walks all of it. Gives true if it opened.
+bool opensAsCatalogue(const TemporaryFolder& folder, const std::string& bytes, const std::string& what) {
+    const std::string path = folder.file("QRVDATA.DAT");
+    EXPECT_FALSE(writeWholeAtOnce(path, bytes));
+    const auto before = folder.names();
+    ScriptedBox boxes;
+    db1 db(boxes);
+    bool opened = false;
+    try {
+        db.open_database(folder.path());
+        opened = true;
+        for (; !db.FuncEOF(); db.FuncMoveNext()) {
+            for (int n = 0; n < 4; ++n) {
+                db.ParamSeek(db.FuncFN(), n);
+                db.InputSeek(db.FuncFN(), n);
+                db.AuxSeek(db.FuncFN(), n % 2 == 0 ? "A" : "D", n);
+            }
+        }
+        static_cast<void>(db.Version());
+        db.close_database();
+    } catch (const RunTimeError& error) {
+        EXPECT_FALSE(opened) << what << ": refused too late: " << error.description();
+        EXPECT_NE(error.description().find(path), std::string::npos) << what << ": " << error.description();
+    }
+    EXPECT_EQ(folder.names(), before) << what;
+    EXPECT_EQ(readWhole(path, kLargestFile).bytes, bytes) << what;
+    return opened;
+}
+
+std::string shippedCatalogue() {
+    return readWhole(std::string(QRV_CATALOGUE_DATA) + "/QRVDATA.DAT", kLargestFile).bytes;
+}
+
+TEST_P(MalformedFile, OpensOrIsRefusedAsACatalogue) {
+    constexpr int kCatalogues = 1000;
+    std::cout << "seed " << seed_ << "\n";
+    const TemporaryFolder folder;
+    const std::string whole = shippedCatalogue();
+    ASSERT_TRUE(opensAsCatalogue(folder, whole, "the shipped catalogue"));
+    for (int n = 0; n < kCatalogues; ++n) {
+        std::string bytes = whole;
+        const int count = n % 3 == 0 ? 1 : static_cast<int>(random_() % 1024) + 1;
+        for (int i = 0; i < count; ++i) {
+            std::size_t place = random_() % bytes.size();
+            if (n % 2 == 0) place = place / kPage * kPage + random_() % 64;
+            bytes[place % bytes.size()] = static_cast<char>(random_());
+        }
+        opensAsCatalogue(folder, bytes, made("catalogue " + std::to_string(n)));
+    }
+}
+
+TEST(MalformedFiles, ACatalogueCutOrWithoutATableOrColumnIsRefused) {
+    const TemporaryFolder folder;
+    const std::string whole = shippedCatalogue();
+    for (std::size_t size = 0; size < whole.size(); size += kPage) {
+        EXPECT_FALSE(opensAsCatalogue(folder, whole.substr(0, size), "cut at " + std::to_string(size)));
+    }
+    const auto refused = [&](const std::string& sql) {
+        EXPECT_FALSE(opensAsCatalogue(folder, altered(whole, sql), sql)) << sql;
+    };
+    for (const Table& table : catalogueTables()) {
+        const std::string own = name(table.name);
+        refused("DROP TABLE " + own);
+        refused("ALTER TABLE " + own + " RENAME TO other; CREATE VIEW " + own + " AS SELECT * FROM other");
+        for (const Column& column : table.columns) {
+            refused("ALTER TABLE " + own + " RENAME COLUMN " + name(column.name) + " TO other");
+        }
+    }
+    refused("UPDATE Funcs SET Fname = 'MUCHTOOLONGFORAKEY' WHERE fn = 0");
+    refused("DELETE FROM Version");
+}
+
 TEST(MalformedFiles, AJournalBesideTheFileIsNoneOfOurs) {
     TestBench rig;
     const std::string file = rig.path("a.qrv");
