@@ -1,0 +1,163 @@
+// Transactions over a pseudo-terminal against the least that a program can do on the same pair: write, poll, read.
+// Shared by the programs that measure it with the terminal's pump and with the desktop's.
+#pragma once
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Measure.h"
+#include "link/LiveController.h"
+#include "link/Transaction.h"
+#include "platform/EventPump.h"
+#include "platform/posix/PosixSerialPort.h"
+#include "platform/posix/PseudoTerminal.h"
+
+namespace qrv {
+
+inline constexpr int kExchangesPerRound = 500;
+
+/// A far end that answers every so many bytes with the same reply, as fast as it can.
+class Answerer {
+ public:
+    Answerer() : thread_([this] { serve(); }) {}
+    ~Answerer() {
+        const std::uint64_t one = 1;
+        static_cast<void>(::write(stop_, &one, sizeof one));
+        thread_.join();
+        ::close(stop_);
+    }
+    Answerer(const Answerer&) = delete;
+    Answerer& operator=(const Answerer&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return terminal_.path(); }
+    /// Only while no exchange is under way.
+    void answer(std::size_t requestLength, std::vector<std::uint8_t> reply) {
+        reply_ = std::move(reply);
+        requestLength_ = requestLength;
+    }
+
+ private:
+    void serve() {
+        std::array<pollfd, 2> wanted{pollfd{.fd = stop_, .events = POLLIN, .revents = 0},
+                                     pollfd{.fd = terminal_.descriptor(), .events = POLLIN, .revents = 0}};
+        std::size_t got = 0;
+        std::array<std::uint8_t, 512> chunk;
+        while (true) {
+            ::poll(wanted.data(), wanted.size(), -1);
+            if (wanted[0].revents != 0) return;
+            const auto count = ::read(terminal_.descriptor(), chunk.data(), chunk.size());
+            if (count > 0) got += static_cast<std::size_t>(count);
+            if (got < requestLength_) continue;
+            got = 0;
+            if (::write(terminal_.descriptor(), reply_.data(), reply_.size()) < 0) return;
+        }
+    }
+
+    PseudoTerminal terminal_;
+    int stop_ = ::eventfd(0, EFD_CLOEXEC);
+    std::size_t requestLength_ = 3;
+    std::vector<std::uint8_t> reply_;
+    std::thread thread_;
+};
+
+struct ExchangeSize {
+    std::size_t request;
+    std::size_t reply;
+};
+inline constexpr std::array kExchangeSizes{ExchangeSize{5, 5}, ExchangeSize{135, 5}, ExchangeSize{7, 157}};
+
+/// Bytes with a good checksum.
+inline std::vector<std::uint8_t> frameOf(std::size_t length) {
+    std::vector<std::uint8_t> frame(length, 1);
+    const auto sum = static_cast<unsigned>(length - 2);
+    frame[length - 2] = static_cast<std::uint8_t>(~(sum >> 8) & 0xFF);
+    frame[length - 1] = static_cast<std::uint8_t>(~sum & 0xFF);
+    return frame;
+}
+
+/// Write, poll, read until the reply is there.
+inline void rawExchange(int descriptor, const std::vector<std::uint8_t>& frame, std::size_t replyLength) {
+    std::array<std::uint8_t, 512> chunk;
+    if (::write(descriptor, frame.data(), frame.size()) < 0) std::abort();
+    for (std::size_t got = 0; got < replyLength;) {
+        pollfd wanted{.fd = descriptor, .events = POLLIN, .revents = 0};
+        if (::poll(&wanted, 1, 1800) <= 0) std::abort();
+        const auto count = ::read(descriptor, chunk.data(), chunk.size());
+        if (count > 0) got += static_cast<std::size_t>(count);
+    }
+}
+
+inline std::string nameOf(const char* what, const ExchangeSize& size) {
+    return std::string(what) + ", " + std::to_string(size.request) + "/" + std::to_string(size.reply) + " bytes";
+}
+
+/// One row for each size. False where a ratio is above `atMost`.
+inline bool compareWithRawLoop(const char* what, EventPump& pump, double atMost) {
+    Answerer answerer;
+    SystemClock clock;
+    PosixSerialPort port([&](std::int16_t) { return answerer.path(); });
+    if (!port.open(1, "38400,O,8, 1")) std::abort();
+    Transaction transaction(port, pump, clock);
+    const bool aborted = false;
+    std::vector<std::uint8_t> reply;
+    bool isWithin = true;
+    for (const ExchangeSize& size : kExchangeSizes) {
+        const auto frame = frameOf(size.request);
+        answerer.answer(size.request, frameOf(size.reply));
+        const auto ours = [&] {
+            for (int i = 0; i < kExchangesPerRound; ++i) {
+                const Ending ending =
+                    transaction.run({.frame = frame, .replyLength = size.reply, .reply = reply, .aborted = aborted});
+                if (ending != Ending::Good || transaction.retryCount() != 0) std::abort();
+            }
+        };
+        const auto theirs = [&] {
+            for (int i = 0; i < kExchangesPerRound; ++i) rawExchange(port.descriptor(), frame, size.reply);
+        };
+        isWithin = compare(nameOf(what, size), ours, "write, poll, read", theirs, atMost) <= atMost && isWithin;
+    }
+    return isWithin;
+}
+
+/// CPU time of this thread, as a share of all time, while it reads a block table over a line of 38400 baud.
+inline bool measureWaiting(const char* what, EventPump& pump, double atMost) {
+    test::LiveController live;
+    live.controller.setPace(SimPace{});
+    live.start();
+    SystemClock clock;
+    PosixSerialPort port([&](std::int16_t) { return live.path(); });
+    if (!port.open(1, "38400,O,8, 1")) std::abort();
+    Transaction transaction(port, pump, clock);
+    const auto cpuSeconds = [] {
+        timespec used{};
+        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+        return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9;
+    };
+    constexpr int kReads = 47;
+    const bool aborted = false;
+    std::vector<std::uint8_t> reply;
+    const std::vector<std::uint8_t> read{0x04, 0x04, 0x96, 0x00, 0x00, 0xFF, 0x61};
+    const double before = cpuSeconds();
+    const double elapsed = secondsOf([&] {
+        for (int i = 0; i < kReads; ++i) {
+            if (transaction.run({.frame = read, .replyLength = 157, .reply = reply, .aborted = aborted}) !=
+                Ending::Good)
+                std::abort();
+        }
+    });
+    const double share = (cpuSeconds() - before) / elapsed;
+    std::printf("%s: %.2f %% of a core over %.1f s (at most %.1f %%)%s\n", what, share * 100, elapsed, atMost * 100,
+                share > atMost ? "  OVER" : "");
+    return share <= atMost;
+}
+
+}  // namespace qrv
