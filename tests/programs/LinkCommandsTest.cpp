@@ -1,0 +1,153 @@
+// The commands that talk to a controller: each fault of a line has its own words, the cause and the cure.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "link/LiveController.h"
+#include "programs/ProgramRun.h"
+
+namespace qrv {
+namespace {
+
+struct LinkRun {
+    explicit LinkRun(SimSetup setup = {}) : live(std::move(setup)) {}
+    /// With settings of its own.
+    [[nodiscard]] ProgramRun run(const std::string& arguments) const {
+        return qrv.run(arguments, "XDG_CONFIG_HOME=" + qrv.folder.path());
+    }
+    [[nodiscard]] std::string onLine() const { return " --port " + live.path(); }
+
+    QrvProgram qrv;
+    test::LiveController live;
+};
+
+TEST(qrvLink, PollsAController) {
+    LinkRun link;
+    link.live.start();
+    const ProgramRun poll = link.run("poll" + link.onLine());
+    EXPECT_EQ(poll.exitCode, 0);
+    EXPECT_EQ(poll.out, "A controller answers on " + link.live.path() + " (38400,O).\n");
+    EXPECT_EQ(poll.err, "");
+}
+
+TEST(qrvLink, ReadsTheVersion) {
+    LinkRun link({.versionText = "V6.73 A CONTROLLER"});
+    link.live.start();
+    EXPECT_EQ(link.run("version" + link.onLine()).out.substr(0, 18), "V6.73 A CONTROLLER");
+}
+
+TEST(qrvLink, ReadsBytesOfASection) {
+    LinkRun link;
+    SimMemory memory;
+    const std::array<std::uint8_t, 18> bytes{0x41, 0x54, 0xFF, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18};
+    memory.write(14, 60, bytes);
+    link.live.controller.load(memory);
+    link.live.start();
+    const ProgramRun read = link.run("read 14 60 60" + link.onLine());
+    EXPECT_EQ(read.exitCode, 0);
+    EXPECT_EQ(read.out.substr(0, 68), "003C  41 54 FF 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10\n004C  11 12 00");
+}
+
+TEST(qrvLink, ReadsABlocksOutputAsItsKindAsks) {
+    LinkRun link;
+    SimMemory memory;
+    memory.write(1, 40, std::array<std::uint8_t, 10>{0, 3, 0, 0, 0, 0, 0, 0, 1, 0});
+    memory.write(1, 50, std::array<std::uint8_t, 10>{0, 5, 0, 0, 0, 0, 0, 0, 2, 0});
+    link.live.controller.load(memory);
+    link.live.controller.fixAnalog(4, -1234);
+    link.live.controller.fixDiscrete(5, true);
+    link.live.start();
+    EXPECT_EQ(link.run("read-block 4" + link.onLine()).out, "-12.34\n");
+    EXPECT_EQ(link.run("read-block 5" + link.onLine()).out, "1\n");
+    const ProgramRun empty = link.run("read-block 6" + link.onLine());
+    EXPECT_EQ(empty.exitCode, 1);
+    EXPECT_EQ(empty.err, "qrv: Block 6 is empty and has no output.\n");
+}
+
+TEST(qrvLink, TracesEveryFrame) {
+    LinkRun link;
+    link.live.start();
+    EXPECT_EQ(link.run("poll --trace frames.txt" + link.onLine()).exitCode, 0);
+    const std::string trace = bytesOf(link.qrv.path("frames.txt"));
+    EXPECT_NE(trace.find(" > poll, 3 bytes: 01 FF FE\n"), std::string::npos) << trace;
+    EXPECT_NE(trace.find(" < checksum good, 5 bytes: 10 "), std::string::npos) << trace;
+}
+
+TEST(qrvLink, TellsADeviceThatIsMissing) {
+    LinkRun link;
+    const ProgramRun poll = link.run("poll --port /dev/no-such-port");
+    EXPECT_EQ(poll.exitCode, 4);
+    EXPECT_EQ(poll.err, "qrv: COM1 (/dev/no-such-port) is not there: plug the adapter in, or choose another port.\n");
+}
+
+TEST(qrvLink, TellsAPortThatAnotherProcessHolds) {
+    LinkRun link;
+    const int holder = ::open(link.live.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
+    const ProgramRun poll = link.run("poll" + link.onLine());
+    ::close(holder);
+    EXPECT_EQ(poll.exitCode, 4);
+    EXPECT_EQ(poll.err, "qrv: COM1 (" + link.live.path() + ") is held by another program: close that program first.\n");
+}
+
+TEST(qrvLink, TellsWhatIsNoPort) {
+    LinkRun link;
+    const ProgramRun poll = link.run("poll --port /dev/null");
+    EXPECT_EQ(poll.exitCode, 4);
+    EXPECT_EQ(poll.err, "qrv: COM1 (/dev/null) is no serial port: name a terminal device.\n");
+}
+
+struct FaultWords {
+    const char* name;
+    const char* fault;
+    const char* words;
+};
+
+class qrvLinkFaultTest : public testing::TestWithParam<FaultWords> {};
+
+TEST_P(qrvLinkFaultTest, HasItsWords) {
+    LinkRun link;
+    link.live.controller.play(SimFaultPlan::always(GetParam().fault));
+    link.live.start();
+    const ProgramRun poll = link.run("poll" + link.onLine());
+    EXPECT_EQ(poll.exitCode, 4);
+    EXPECT_EQ(poll.out, "");
+    EXPECT_NE(poll.err.find(link.live.path()), std::string::npos) << poll.err;
+    EXPECT_NE(poll.err.find(GetParam().words), std::string::npos) << poll.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, qrvLinkFaultTest,
+    testing::Values(FaultWords{"silent", "silence", ": no answer: check that the controller is on, and the cable.\n"},
+                    FaultWords{"garbage", "garbage", ": what comes back is garbled: check baud rate and parity"},
+                    FaultWords{"unplugged", "hang-up", "went away while it was open: plug it in again"},
+                    FaultWords{"noController", "wrong-status", ": what answers is no QRV controller that is ready"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(qrvPorts, KeepsWhatIsMappedByHand) {
+    const LinkRun link;
+    const ProgramRun mapped = link.run("ports --json --map COM7=/not/there");
+    EXPECT_EQ(mapped.exitCode, 0);
+    const auto later = nlohmann::json::parse(link.run("ports --json").out);
+    const auto entry =
+        std::find_if(later.begin(), later.end(), [](const auto& port) { return port["name"] == "COM7"; });
+    ASSERT_NE(entry, later.end());
+    EXPECT_EQ((*entry)["path"], "/not/there");
+    EXPECT_EQ((*entry)["present"], false);
+    EXPECT_EQ(link.run("ports --unmap COM7").exitCode, 0);
+    EXPECT_EQ(link.run("ports --unmap COM7").exitCode, 1);
+}
+
+TEST(qrvPorts, ANumberThatIsNoneIsRefused) {
+    const LinkRun link;
+    for (const char* map : {"COM0=/dev/x", "COM100=/dev/x", "LPT1=/dev/x", "COM7", "COM7="}) {
+        EXPECT_EQ(link.run(std::string("ports --map ") + map).exitCode, 2) << map;
+    }
+    EXPECT_EQ(link.run("poll --port COM").exitCode, 2);
+}
+
+}  // namespace
+}  // namespace qrv
