@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QShortcut>
 #include <QStatusBar>
@@ -56,6 +57,7 @@ struct Stroke {
 };
 
 constexpr const char* kKeys =
+    "F1\tthe function's page\n"
     "F5, F6\tprevious, next block\n"
     "Ctrl+G\tgo to a block by number or name\n"
     "F2, typing\tedit a cell\n"
@@ -76,7 +78,10 @@ Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
     later_->setSingleShot(true);
     later_->setInterval(kMeterDelay);
     connect(later_, &QTimer::timeout, this, &Form3ExtrasView::showMeters);
-    window_.setAfterRefresh([this] { later_->start(); });
+    window_.setAfterRefresh([this] {
+        later_->start();
+        showFunction();
+    });
 }
 
 QAction* Form3ExtrasView::borrow(const char* entry, const char* icon, const QString& tip) {
@@ -101,6 +106,8 @@ void Form3ExtrasView::makeToolBar() {
         }
     }
     bar_->addSeparator();
+    step("previousBlock", "previous", QStringLiteral("Previous block (F5)"), Key::F5);
+    step("nextBlock", "next", QStringLiteral("Next block (F6)"), Key::F6);
     goTo_ = new QLineEdit(bar_);
     goTo_->setObjectName(QStringLiteral("goToBlock"));
     goTo_->setPlaceholderText(QStringLiteral("Go to block"));
@@ -110,6 +117,19 @@ void Form3ExtrasView::makeToolBar() {
     goTo_->addAction(theme::icon(QStringLiteral("goto")), QLineEdit::LeadingPosition);
     connect(goTo_, &QLineEdit::returnPressed, this, &Form3ExtrasView::goToTyped);
     bar_->addWidget(goTo_);
+}
+
+void Form3ExtrasView::step(const char* name, const char* icon, const QString& tip, Key key) {
+    QAction* action = bar_->addAction(theme::icon(QString::fromLatin1(icon)), tip);
+    action->setObjectName(QString::fromLatin1(name));
+    connect(action, &QAction::triggered, this, [this, key] {
+        BlockPanel& blocks = window_.mainForm().blocks;
+        const bool isIo = bench_.SeekBlock >= kFirstIoBlock;
+        // In the assignment view the key would place a function, and a button that steps must not.
+        if (!blocks.isDataView()) return;
+        window_.tell([&] { (isIo ? blocks.Ig : blocks.Grid1).keyDown(key); });
+        (isIo ? window_.Ig() : window_.Grid1())->reveal();
+    });
 }
 
 Form3ExtrasView::Meter Form3ExtrasView::makeMeter(const char* name, const QString& what, int most) {
@@ -144,6 +164,46 @@ void Form3ExtrasView::makeMenus() {
     });
     QMenu* help = window_.menuBar()->addMenu(QStringLiteral("&Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));
+    makeFunctionPanel(help);
+    makeKeysPanel(help);
+}
+
+void Form3ExtrasView::makeFunctionPanel(QMenu* help) {
+    auto* dock = new QDockWidget(QStringLiteral("Function"), &window_);
+    dock->setObjectName(QStringLiteral("functionPanel"));
+    page_ = new QPlainTextEdit(dock);
+    page_->setObjectName(QStringLiteral("functionPage"));
+    page_->setAccessibleName(QStringLiteral("Page of the function"));
+    page_->setReadOnly(true);
+    page_->setTabChangesFocus(true);
+    page_->setFont(theme::fixedFont());
+    page_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    dock->setWidget(page_);
+    window_.addDockWidget(Qt::BottomDockWidgetArea, dock);
+    dock->hide();
+    QAction* shown = dock->toggleViewAction();
+    shown->setText(QStringLiteral("&Function Reference"));
+    shown->setObjectName(QStringLiteral("mnuHelpFunction"));
+    shown->setShortcut(QKeySequence(Qt::Key_F1));
+    connect(dock, &QDockWidget::visibilityChanged, this, &Form3ExtrasView::showFunction);
+    help->addAction(shown);
+}
+
+void Form3ExtrasView::showFunction() {
+    if (!page_->isVisible()) return;
+    BlockPanel& blocks = window_.mainForm().blocks;
+    std::string name = blocks.CurFuncName;
+    if (blocks.isDataView()) {
+        // "BLOCK 12 - PID"
+        const std::string& shown = blocks.Label5.caption;
+        const std::size_t dash = shown.find(" - ");
+        name = dash == std::string::npos ? std::string{} : shown.substr(dash + 3);
+    }
+    const QString page = shownUtf8(window_.guide().pageOf(name));
+    if (page_->toPlainText() != page) page_->setPlainText(page);
+}
+
+void Form3ExtrasView::makeKeysPanel(QMenu* help) {
     auto* dock = new QDockWidget(QStringLiteral("Keys"), &window_);
     dock->setObjectName(QStringLiteral("keysPanel"));
     auto* words = new QLabel(QString::fromLatin1(kKeys), dock);

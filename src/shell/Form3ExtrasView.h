@@ -4,9 +4,13 @@
 
 #include <QObject>
 
+#include "platform/Grid.h"
+
 class QAction;
 class QLabel;
 class QLineEdit;
+class QMenu;
+class QPlainTextEdit;
 class QProgressBar;
 class QTimer;
 class QToolBar;
@@ -34,6 +38,10 @@ class Form3ExtrasView final : public QObject {
     void makeStatusBar();
     void makeMenus();
     void makeShortcuts();
+    void makeKeysPanel(QMenu* help);
+    void makeFunctionPanel(QMenu* help);
+    void step(const char* name, const char* icon, const QString& tip, Key key);
+    void showFunction();
     QAction* borrow(const char* entry, const char* icon, const QString& tip);
     Meter makeMeter(const char* name, const QString& what, int most);
     void showMeters();
@@ -45,6 +53,7 @@ class Form3ExtrasView final : public QObject {
     QToolBar* bar_ = nullptr;
     QLineEdit* goTo_ = nullptr;
     QAction* goToAction_ = nullptr;
+    QPlainTextEdit* page_ = nullptr;
     QTimer* later_;
     Meter constants_{};
     Meter retentive_{};

@@ -15,6 +15,7 @@
 #include "platform/qt/Theme.h"
 #include "shell/Form3ExtrasView.h"
 #include "shell/FunctionFilterView.h"
+#include "store/Workbench.h"
 
 namespace qrv {
 
@@ -23,6 +24,7 @@ namespace {
 constexpr int kWindowWidth = 1280;  // pixels, without the frame
 constexpr int kWindowHeight = 690;
 constexpr int kCommentLines = 4;
+constexpr int kSideMargin = 12;  // pixels beside the data grids
 
 // The alarm colours of the maps, for their legend.
 constexpr QRgb kAlarm = 0xFFFF8080;
@@ -43,7 +45,7 @@ Extras extrasOfEnvironment() {
 }
 
 Form3View::Form3View(Form3& form, DesktopHost& host, Workbench& bench, Extras extras)
-    : FormView(form, host), form_(form), blocks_(form.blocks) {
+    : FormView(form, host), form_(form), blocks_(form.blocks), bench_(bench), guide_(bench.places.catalogue) {
     setWindowIcon(theme::icon(QStringLiteral("app")));
     makeMenus();
     grid1_ = addGrid(blocks_.Grid1);
@@ -57,8 +59,10 @@ Form3View::Form3View(Form3& form, DesktopHost& host, Workbench& bench, Extras ex
     splitter->setHandleWidth(8);
     for (QWidget* pane : {static_cast<QWidget*>(grid1_), maps, right}) splitter->addWidget(pane);
     splitter->setStretchFactor(0, 5);
-    splitter->setStretchFactor(1, 1);
+    splitter->setStretchFactor(1, 0);
     splitter->setStretchFactor(2, 3);
+    const int side = fg2_->sizeHint().width() + kSideMargin;
+    splitter->setSizes({kWindowWidth - side - maps->sizeHint().width(), maps->sizeHint().width(), side});
     splitter->setContentsMargins(8, 6, 8, 6);
     auto* scroller = new QScrollArea(this);
     scroller->setWidget(splitter);
@@ -98,9 +102,10 @@ QWidget* Form3View::makeMaps() {
     heading->setFont(theme::headingFont());
     ig_ = addGrid(blocks_.Ig);
     ig_->showAllRows();
+    ig_->setMinimumWidth(ig_->sizeHint().width());
     heading->setBuddy(ig_);
     column->addWidget(heading);
-    column->addWidget(ig_, 1);
+    column->addWidget(ig_);
     auto* colours = new QHBoxLayout;
     colours->setSpacing(4);
     colours->addWidget(legend("Label8", blocks_.Label8, kAlarm));
@@ -175,7 +180,8 @@ QWidget* Form3View::makeListPane(Extras extras) {
     QListWidget* functions = addList(QStringLiteral("List1"), blocks_.List1, [this] { blocks_.List1_Click(); });
     functions->setAccessibleName(QStringLiteral("Functions"));
     if (extras == Extras::Shown) {
-        auto* filter = new FunctionFilterView(functions, pane);
+        auto* filter = new FunctionFilterView(
+            functions, [this](const QString& name) { return shownUtf8(guide_.sentenceOf(typedText(name))); }, pane);
         column->addWidget(filter);
         column->addWidget(functions, 1);
         column->addWidget(filter->sentence());
@@ -214,6 +220,9 @@ void Form3View::nameCells() {
 }
 
 void Form3View::afterRefresh() {
+    const bool isIo = bench_.SeekBlock >= kFirstIoBlock;
+    grid1_->setMuted(isIo);
+    ig_->setMuted(!isIo);
     if (blocks_.focus.empty()) return;
     const std::string name = std::exchange(blocks_.focus, {});
     if (auto* widget = findChild<QWidget*>(QString::fromStdString(name))) widget->setFocus(Qt::OtherFocusReason);

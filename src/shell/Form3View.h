@@ -4,6 +4,7 @@
 
 #include "platform/qt/FormView.h"
 #include "shell/Form3.h"
+#include "shell/FunctionGuide.h"
 
 class QSplitter;
 
@@ -23,6 +24,7 @@ class Form3View final : public FormView {
     [[nodiscard]] Form3& mainForm() { return form_; }
     [[nodiscard]] GridView* Grid1() { return grid1_; }
     [[nodiscard]] GridView* Ig() { return ig_; }
+    [[nodiscard]] FunctionGuide& guide() { return guide_; }
 
  protected:
     void afterRefresh() override;
@@ -30,7 +32,6 @@ class Form3View final : public FormView {
  private:
     void makeMenus();
     QWidget* makeMaps();
-    QWidget* makeSide();
     QWidget* makeDataPane();
     QWidget* makeListPane(Extras extras);
     QLabel* legend(const char* name, const Label& label, QRgb colour);
@@ -38,6 +39,8 @@ class Form3View final : public FormView {
 
     Form3& form_;
     BlockPanel& blocks_;
+    Workbench& bench_;
+    FunctionGuide guide_;
     GridView* grid1_ = nullptr;
     GridView* ig_ = nullptr;
     GridView* fg2_ = nullptr;

@@ -6,8 +6,9 @@
 
 namespace qrv {
 
-FunctionFilterView::FunctionFilterView(QListWidget* functions, QWidget* parent)
-    : QLineEdit(parent), functions_(functions), sentence_(new QLabel(parent)) {
+FunctionFilterView::FunctionFilterView(QListWidget* functions, std::function<QString(const QString&)> sentenceOf,
+                                       QWidget* parent)
+    : QLineEdit(parent), functions_(functions), sentenceOf_(std::move(sentenceOf)), sentence_(new QLabel(parent)) {
     setObjectName(QStringLiteral("functionFilter"));
     setPlaceholderText(QStringLiteral("Filter functions"));
     setAccessibleName(QStringLiteral("Filter of the function list"));
@@ -18,7 +19,16 @@ FunctionFilterView::FunctionFilterView(QListWidget* functions, QWidget* parent)
     sentence_->setMinimumHeight(3 * fontMetrics().lineSpacing());
     sentence_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     connect(this, &QLineEdit::textChanged, this, &FunctionFilterView::narrow);
+    connect(functions->model(), &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex&, int first, int last) { explainRows(first, last); });
     connect(functions, &QListWidget::currentRowChanged, this, &FunctionFilterView::showSentence);
+}
+
+void FunctionFilterView::explainRows(int first, int last) {
+    for (int row = first; row <= last; ++row) {
+        QListWidgetItem* item = functions_->item(row);
+        item->setToolTip(sentenceOf_(item->text().trimmed()));
+    }
 }
 
 void FunctionFilterView::narrow(const QString& wanted) {

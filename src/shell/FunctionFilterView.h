@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLineEdit>
+#include <functional>
 
 class QLabel;
 class QListWidget;
@@ -11,7 +12,8 @@ namespace qrv {
 class FunctionFilterView final : public QLineEdit {
  public:
     /// The list's rows stay the rows they are: those that don't fit are hidden.
-    FunctionFilterView(QListWidget* functions, QWidget* parent);
+    /// @param sentenceOf  what a function does, by its name
+    FunctionFilterView(QListWidget* functions, std::function<QString(const QString&)> sentenceOf, QWidget* parent);
 
     /// A label with the chosen function's sentence, for the caller's layout.
     [[nodiscard]] QLabel* sentence() const { return sentence_; }
@@ -20,10 +22,12 @@ class FunctionFilterView final : public QLineEdit {
     void keyPressEvent(QKeyEvent* event) override;
 
  private:
+    void explainRows(int first, int last);
     void narrow(const QString& wanted);
     void showSentence();
 
     QListWidget* functions_;
+    std::function<QString(const QString&)> sentenceOf_;
     QLabel* sentence_;
 };
 

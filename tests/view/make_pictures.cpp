@@ -14,7 +14,7 @@ constexpr int kHeight = 768;
 constexpr int kShownBlock = 41;  // a PID of the sample
 
 void keep(QWidget& window, const QDir& folder, const char* name) {
-    QTest::qWait(50);
+    QTest::qWait(600);  // the status bar's meters follow a little later
     if (!window.grab().save(folder.filePath(QString::fromLatin1(name)))) std::printf("could not write %s\n", name);
 }
 

@@ -14,6 +14,7 @@ namespace qrv {
 namespace {
 
 constexpr int kTextMargin = 4;      // pixels
+constexpr int kHeadingMargin = 2;   // pixels
 constexpr int kLeastStretch = 75;   // per cent
 constexpr double kWrapsFrom = 1.7;  // row height in lines from which a text is wrapped
 
@@ -58,10 +59,13 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     const int col = model_.gridCol(index);
     const bool selected = row == grid_.row() && col == grid_.col();
     QColor back = cell.back ? colourOf(*cell.back) : option.palette.color(QPalette::Base);
-    if (selected && !cell.back) back = theme::selectedCell();
+    if (selected && !isMuted_ && !cell.back) back = theme::selectedCell();
     if (selected && grid_.selectionColour()) back = colourOf(*grid_.selectionColour());
     painter->fillRect(option.rect, back);
-    if (selected) {
+    if (selected && isMuted_) {
+        painter->setPen(theme::faintText());
+        painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+    } else if (selected) {
         painter->setPen(QPen(theme::accent(), 2));
         painter->drawRect(QRectF(option.rect).adjusted(1, 1, -1, -1));
     }
@@ -112,10 +116,11 @@ void GridHeading::paintSection(QPainter* painter, const QRect& rect, int section
     painter->drawLine(rect.topRight(), rect.bottomRight());
     QFont headingFont = font();
     headingFont.setBold(marked || orientation() == Qt::Horizontal);
-    painter->setFont(headingFont);
     painter->setPen(palette().color(QPalette::WindowText));
     const QString text = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
-    painter->drawText(rect.adjusted(3, 0, -3, 0), Qt::AlignVCenter | Qt::AlignHCenter | Qt::TextSingleLine, text);
+    fitFont(painter, headingFont, text, rect.width() - 2 * kHeadingMargin);
+    painter->drawText(rect.adjusted(kHeadingMargin, 0, -kHeadingMargin, 0),
+                      Qt::AlignVCenter | Qt::AlignHCenter | Qt::TextSingleLine, text);
 }
 
 }  // namespace qrv

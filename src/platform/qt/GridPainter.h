@@ -14,6 +14,8 @@ class GridPainter final : public QAbstractItemDelegate {
  public:
     GridPainter(const Grid& grid, const GridModel& model, QObject* parent);
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /// A muted grid's selection is a faint frame only.
+    void setMuted(bool muted) { isMuted_ = muted; }
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
  private:
@@ -21,6 +23,7 @@ class GridPainter final : public QAbstractItemDelegate {
 
     const Grid& grid_;
     const GridModel& model_;
+    bool isMuted_ = false;
 };
 
 /// The headings of one side. The section of the selected cell is marked.

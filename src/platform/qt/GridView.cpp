@@ -19,7 +19,7 @@ namespace {
 constexpr int kArrowWidth = 18;        // pixels
 constexpr int kRowPadding = 2;         // pixels above and below a line of text, together
 constexpr double kLeastStretch = 0.8;  // columns shrink no further before the grid scrolls sideways
-constexpr double kMostStretch = 2.2;   // columns grow no further than this
+constexpr double kMostStretch = 4.0;   // columns grow no further than this
 constexpr int kRowsInHint = 12;
 constexpr int kRowsAtLeast = 3;
 
@@ -50,6 +50,7 @@ GridView::GridView(Grid& grid, QWidget* parent)
     : QTableView(parent),
       grid_(&grid),
       model_(new GridModel(grid, this)),
+      painter_(new GridPainter(grid, *model_, this)),
       across_(new GridHeading(Qt::Horizontal, this)),
       down_(new GridHeading(Qt::Vertical, this)),
       rowsInHint_(kRowsInHint) {
@@ -58,7 +59,7 @@ GridView::GridView(Grid& grid, QWidget* parent)
     setHorizontalHeader(across_);
     setVerticalHeader(down_);
     setModel(model_);
-    setItemDelegate(new GridPainter(grid, *model_, this));
+    setItemDelegate(painter_);
     setSelectionMode(QAbstractItemView::NoSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setAutoScroll(false);
@@ -84,6 +85,14 @@ void GridView::setAccessibleText(std::function<QString(int, int)> words) { model
 void GridView::setFillsWidth(bool fills) {
     fillsWidth_ = fills;
     applyColWidths();
+}
+
+void GridView::setMuted(bool muted) {
+    if (muted == isMuted_) return;
+    isMuted_ = muted;
+    painter_->setMuted(muted);
+    followSelection();
+    viewport()->update();
 }
 
 void GridView::showAllRows() {
@@ -127,8 +136,9 @@ void GridView::followSelection() {
     following_ = true;
     const QModelIndex wanted = model_->indexOf(grid_->row(), grid_->col());
     selectionModel()->setCurrentIndex(wanted, QItemSelectionModel::NoUpdate);
-    across_->setMarked(wanted.isValid() ? wanted.column() : -1);
-    down_->setMarked(wanted.isValid() ? wanted.row() : -1);
+    const bool marks = wanted.isValid() && !isMuted_;
+    across_->setMarked(marks ? wanted.column() : -1);
+    down_->setMarked(marks ? wanted.row() : -1);
     following_ = false;
 }
 

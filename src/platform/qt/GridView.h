@@ -17,6 +17,7 @@ namespace qrv {
 
 class GridHeading;
 class GridModel;
+class GridPainter;
 
 class GridView : public QTableView {
  public:
@@ -37,6 +38,9 @@ class GridView : public QTableView {
     void setFillsWidth(bool fills);
     /// Asks for room for all rows, and for no more.
     void showAllRows();
+
+    /// A muted grid's selection doesn't catch the eye: for the one of two grids that the shown data doesn't belong to.
+    void setMuted(bool muted);
 
     /// Shows what has changed in the grid since the last call: one repaint, however many cells.
     void refresh();
@@ -88,6 +92,7 @@ class GridView : public QTableView {
 
     Grid* grid_;
     GridModel* model_;
+    GridPainter* painter_;
     GridHeading* across_;
     GridHeading* down_;
     Runner runner_;
@@ -100,6 +105,7 @@ class GridView : public QTableView {
     std::uint64_t shownRevision_ = ~std::uint64_t{0};
     int rowsInHint_;
     bool fillsWidth_ = true;
+    bool isMuted_ = false;
     bool following_ = false;
     bool committing_ = false;
     bool toldFocus_ = false;
