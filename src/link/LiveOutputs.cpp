@@ -1,0 +1,78 @@
+#include "link/LiveOutputs.h"
+
+#include "link/frmComm.h"
+#include "platform/MessageBox.h"
+#include "platform/Numerals.h"
+#include "platform/RunTimeError.h"
+#include "platform/SerialPort.h"
+#include "platform/UtcText.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+std::string outputText(OutputKind kind, std::int32_t value) {
+    return kind == OutputKind::Analog ? formatScaled(value, 2, 2) : joined(value);
+}
+
+std::optional<OutputKind> outputKindOf(Workbench& bench, std::int16_t block) {
+    db1& db = bench.db;
+    db.FuncSetIndex("FN");
+    db.FuncSeekI(bench.FnOfBlock.at(static_cast<std::size_t>(block)));
+    if (db.FuncNoMatch()) return std::nullopt;
+    switch (db.FuncFtype()) {
+        case static_cast<int>(OutputKind::Analog): return OutputKind::Analog;
+        case static_cast<int>(OutputKind::Discrete): return OutputKind::Discrete;
+        default: return std::nullopt;
+    }
+}
+
+std::string silenceText(std::chrono::system_clock::time_point since) { return "No answer since " + utcText(since); }
+
+void PollRate::restart(Clock::TimePoint now) {
+    since_ = now;
+    readings_ = 0;
+    text_.clear();
+}
+
+void PollRate::count(Clock::TimePoint now) {
+    ++readings_;
+    const std::chrono::duration<double> elapsed = now - since_;
+    if (elapsed < std::chrono::seconds(1)) return;
+    text_ = formatNumber(readings_ / elapsed.count(), 1) + " readings/s";
+    since_ = now;
+    readings_ = 0;
+}
+
+bool LiveOutputs::connect() {
+    comm_.Open_Comm_Port();
+    if (!comm_.port_is_open) return false;
+    comm_.poll_qrm3();
+    if (!bench_.xfer_ok) {
+        comm_.Close_Comm_Port();
+        bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
+        return false;
+    }
+    rate_.restart(bench_.platform.clock.now());
+    return true;
+}
+
+void LiveOutputs::disconnect() { comm_.Close_Comm_Port(); }
+
+std::optional<std::int32_t> LiveOutputs::value(std::int16_t block, OutputKind kind) {
+    std::int32_t value = 0;
+    // A reply too short to hold a value raises, and is one more bad exchange.
+    const bool came = ignoringErrors(
+        [&] { kind == OutputKind::Analog ? comm_.get_analog(block, value) : comm_.get_digital(block, value); });
+    // Reading on would be a loop without a wait.
+    if (!came && !bench_.platform.serialPort.isOpen()) throw RunTimeError(ErrorNumber::DeviceIoError);
+    if (!came || !bench_.xfer_ok) return std::nullopt;
+    rate_.count(bench_.platform.clock.now());
+    return value;
+}
+
+std::optional<std::string> LiveOutputs::text(std::int16_t block, OutputKind kind) {
+    const auto read = value(block, kind);
+    return read ? std::optional(outputText(kind, *read)) : std::nullopt;
+}
+
+}  // namespace qrv

@@ -1,0 +1,336 @@
+#include "link/Monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "LiveRig.h"
+#include "link/frmTag.h"
+#include "platform/Files.h"
+
+namespace qrv::test {
+namespace {
+
+struct Rig : LiveRig {
+    explicit Rig(StaleMarks marks = StaleMarks::Shown) : form(bench, comm, question, marks) { host.show(form); }
+
+    /// The user adds a block by "Add Block".
+    void add(const std::string& block, const std::string& tag) {
+        host.onModal("frmTag", [block, tag](Form& shown) {
+            auto& asked = dynamic_cast<frmTag&>(shown);
+            asked.Text1.text = tag;
+            asked.Text2.text = block;
+            asked.Command1_Click();
+        });
+        form.Command1_Click();
+    }
+    /// Polls for so long.
+    void poll(milliseconds time) {
+        after(time, [this] { form.Command3_Click(); });
+        form.Command2_Click();
+    }
+    [[nodiscard]] std::string file() const { return folder.file("boiler.mon"); }
+    [[nodiscard]] std::string bytes() const {
+        std::ifstream in(file(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+    void write(const std::string& content) const { std::ofstream(file(), std::ios::binary) << content; }
+
+    frmTag question{bench};
+    Monitor form;
+};
+
+const std::string kPumpTag = "Pump            ";
+
+TEST(Monitor, NewLabelShowsTagAndBlock) {
+    Rig rig;
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    EXPECT_EQ(rig.form.entry_count, 1);
+    EXPECT_EQ(rig.form.label(1).caption, "Pump\nBlock 12");
+    EXPECT_TRUE(rig.form.label(1).visible);
+    EXPECT_EQ(rig.form.entry(1), (MonitorEntry{.in_use = true, .block = 12, .kind = 1, .tag = kPumpTag, .color = 0}));
+}
+
+TEST(Monitor, NopAndDiscreteFunctionsHaveTheSecondKind) {
+    Rig rig;
+    rig.discrete(5, true);
+    rig.add("5", "Valve");
+    rig.add("6", "Nothing");
+    EXPECT_EQ(rig.form.entry(1).kind, 2);
+    EXPECT_EQ(rig.form.entry(2).kind, 2);
+}
+
+TEST(Monitor, TwentySixthBlockDoesNothing) {
+    Rig rig;
+    for (int i = 0; i < 25; ++i) rig.add("4", "Pump");
+    const MonitorEntries before = rig.form.entries;
+    rig.form.Command1_Click();
+    EXPECT_EQ(rig.form.entry_count, 25);
+    EXPECT_EQ(rig.form.entries, before);
+}
+
+TEST(Monitor, AnalogShowsItsValueFirstAndDiscreteItsTag) {
+    Rig rig;
+    rig.analog(12, -5);
+    rig.discrete(13, true);
+    rig.add("12", "Pump");
+    rig.add("13", "Pump");
+    rig.poll(milliseconds(200));
+    EXPECT_EQ(rig.form.label(1).caption, "-0.05\n" + kPumpTag);
+    EXPECT_EQ(rig.form.label(2).caption, kPumpTag + "\n1");
+    EXPECT_FALSE(rig.port.isOpen());
+    EXPECT_TRUE(rig.form.Command2.enabled);
+}
+
+TEST(Monitor, SleepsTenMillisecondsBeforeEachPass) {
+    Rig rig;
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    rig.poll(milliseconds(200));
+    ASSERT_FALSE(rig.clock.sleeps.empty());
+    EXPECT_EQ(rig.clock.sleeps.size(), rig.blocksRead().size());
+    for (const auto sleep : rig.clock.sleeps) EXPECT_EQ(sleep, milliseconds(10));
+}
+
+TEST(Monitor, SilentControllerIsToldAndThePortClosed) {
+    Rig rig;
+    rig.dieAt(1);
+    rig.expectNoConnection();
+    rig.form.Command2_Click();
+    EXPECT_FALSE(rig.port.isOpen());
+    EXPECT_TRUE(rig.form.Command2.enabled);
+}
+
+TEST(Monitor, ResetWhilePollingLeavesNothingToRead) {
+    Rig rig;
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    std::size_t readings = 0;
+    rig.after(milliseconds(100), [&] {
+        rig.form.Command4_Click();
+        readings = rig.blocksRead().size();
+    });
+    rig.poll(milliseconds(1000));
+    EXPECT_EQ(rig.form.entry_count, 0);
+    EXPECT_FALSE(rig.form.label(1).visible);
+    EXPECT_EQ(rig.form.label(1).caption, "");
+    EXPECT_EQ(rig.blocksRead().size(), readings);
+    EXPECT_GE(rig.clock.elapsed(), milliseconds(1000));
+}
+
+TEST(Monitor, DeadLineLeavesTheValueAndMarksIt) {
+    Rig rig;
+    rig.analog(12, 100);
+    rig.analog(13, 200);
+    rig.add("12", "Pump");
+    rig.add("13", "Pump");
+    rig.dieAt(4);  // poll, two good readings, silence
+    rig.poll(milliseconds(5000));
+    EXPECT_EQ(rig.form.label(1).caption, "1.00\n" + kPumpTag);
+    EXPECT_TRUE(rig.form.label(1).silentSince.has_value());
+    EXPECT_FALSE(rig.form.label(2).silentSince.has_value());
+    EXPECT_EQ(rig.blocksRead().size(), 12U);
+}
+
+TEST(Monitor, WithoutMarksADeadLineChangesNothing) {
+    Rig rig(StaleMarks::Absent);
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    rig.dieAt(2);
+    rig.poll(milliseconds(5000));
+    EXPECT_EQ(rig.form.label(1).caption, "Pump\nBlock 12");
+    EXPECT_FALSE(rig.form.label(1).silentSince.has_value());
+}
+
+TEST(Monitor, CloseBoxWhilePollingWaitsForTheLoop) {
+    Rig rig;
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    rig.after(milliseconds(200), [&rig] {
+        EXPECT_FALSE(rig.host.close(rig.form));
+        EXPECT_TRUE(rig.form.close_pending);
+        EXPECT_FALSE(rig.form.polling);
+    });
+    rig.form.Command2_Click();
+    EXPECT_FALSE(rig.host.isLoaded(rig.form));
+    EXPECT_FALSE(rig.port.isOpen());
+    EXPECT_EQ(rig.timesMainShown, 1);
+}
+
+TEST(Monitor, DoneGivesTheMainWindowBack) {
+    Rig rig;
+    rig.form.munexit();
+    EXPECT_FALSE(rig.host.isLoaded(rig.form));
+    EXPECT_EQ(rig.timesMainShown, 1);
+}
+
+// --- the file ---
+
+/// 52 bytes: in use, block 300, analog, "Pump", red.
+std::string pumpRecord() {
+    return std::string("\xFF\xFF\x2C\x01\x01\x00", 6) + kPumpTag + std::string("\xFF\x00\x00\x00", 4) +
+           std::string(26, '\0');
+}
+
+TEST(Monitor, SavesTwentyFiveRecordsOfFiftyTwoBytes) {
+    Rig rig;
+    rig.analog(300, 100);
+    rig.host.onModal("frmTag", [](Form& shown) {
+        auto& asked = dynamic_cast<frmTag&>(shown);
+        asked.Text1.text = "Pump";
+        asked.Text2.text = "300";
+        asked.Picture1_MouseDown(150, 800);
+        asked.Command1_Click();
+    });
+    rig.form.Command1_Click();
+    rig.form.Command5_Click();
+    const std::string bytes = rig.bytes();
+    ASSERT_EQ(bytes.size(), 1300U);
+    EXPECT_EQ(bytes.substr(0, 52), pumpRecord());
+    EXPECT_EQ(bytes.substr(52, 6), std::string(6, '\0'));
+    EXPECT_EQ(bytes.substr(58, 16), std::string(16, ' '));
+}
+
+TEST(Monitor, RestoresToTheHighestRecordInUse) {
+    Rig rig;
+    rig.write(std::string(52, '\0') + pumpRecord() + std::string(23 * 52, '\0'));
+    rig.add("4", "Other");
+    rig.form.Command6_Click();
+    EXPECT_EQ(rig.form.entry_count, 2);
+    EXPECT_FALSE(rig.form.label(1).visible);
+    EXPECT_EQ(rig.form.label(2).caption, kPumpTag + "\nBlock 300");
+    EXPECT_EQ(rig.form.label(2).color, 0x0000FF);
+    EXPECT_EQ(rig.form.label(2).left, 2310);
+}
+
+TEST(Monitor, MissingFileGivesAnEmptyBoard) {
+    Rig rig;
+    rig.add("4", "Other");
+    rig.form.Command6_Click();
+    EXPECT_EQ(rig.form.entry_count, 0);
+    EXPECT_FALSE(rig.form.label(1).visible);
+    EXPECT_FALSE(std::filesystem::exists(rig.file()));
+}
+
+TEST(Monitor, ShortFileGivesWhatItHolds) {
+    Rig rig;
+    rig.write(pumpRecord() + pumpRecord().substr(0, 10));
+    rig.form.Command6_Click();
+    EXPECT_EQ(rig.form.entry_count, 2);
+    EXPECT_EQ(rig.form.entry(2).block, 300);
+    EXPECT_EQ(rig.form.entry(2).tag, std::string("Pump") + std::string(12, '\0'));
+}
+
+TEST(Monitor, ForeignFileGivesNoBlockThatNoControllerHas) {
+    Rig rig;
+    rig.write(std::string(4000, '\x7F'));
+    rig.form.Command6_Click();
+    EXPECT_EQ(rig.form.entry_count, 0);
+}
+
+TEST(Monitor, FileIsNamedAfterAnyConfiguration) {
+    EXPECT_EQ(boardFileOf("/a/boiler.mdb"), "/a/boiler.mon");
+    EXPECT_EQ(boardFileOf("/a.b/boiler.qrv"), "/a.b/boiler.mon");
+}
+
+TEST(Monitor, BoardThatCannotBeReadIsTold) {
+    Rig rig;
+    std::filesystem::create_directory(rig.file());
+    const FileContent content = readWhole(rig.file(), 1300);
+    ASSERT_TRUE(content.fault.has_value());
+    rig.boxes.expect(content.fault->text);
+    rig.form.Command6_Click();
+    EXPECT_EQ(rig.form.entry_count, 0);
+}
+
+// --- dragging ---
+
+struct SnapRow {
+    const char* name;
+    int x, y;
+    int left, top;
+};
+
+class MonitorSnap : public testing::TestWithParam<SnapRow> {};
+
+TEST_P(MonitorSnap, TakesThePlaceOfItsLimits) {
+    Rig rig;
+    rig.add("4", "Pump");
+    rig.form.drop(1, GetParam().x, GetParam().y);
+    EXPECT_EQ(rig.form.label(1).left, GetParam().left);
+    EXPECT_EQ(rig.form.label(1).top, GetParam().top);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Limits, MonitorSnap,
+    testing::Values(SnapRow{"beyondTheCorner", -50, -50, 360, 1200}, SnapRow{"belowTheFirst", 2309, 2449, 360, 1200},
+                    SnapRow{"atTheFirst", 2310, 2450, 2310, 2450}, SnapRow{"belowTheSecond", 4259, 3699, 2310, 2450},
+                    SnapRow{"atTheSecond", 4260, 3700, 4260, 3700}, SnapRow{"belowTheThird", 6209, 4949, 4260, 3700},
+                    SnapRow{"atTheThird", 6210, 4950, 6210, 4950}, SnapRow{"belowTheLast", 8159, 4950, 6210, 4950},
+                    SnapRow{"atTheLast", 8160, 9000, 8160, 4950}),
+    [](const auto& row) { return row.param.name; });
+
+// --- the question ---
+
+struct BlockRow {
+    const char* name;
+    const char* typed;
+    std::int16_t block;
+};
+
+class FrmTagBlock : public testing::TestWithParam<BlockRow> {};
+
+TEST_P(FrmTagBlock, IsFourUnlessANumberWithinTheBlocks) {
+    LiveRig rig;
+    frmTag form(rig.bench);
+    rig.host.show(form);
+    form.Text2.text = GetParam().typed;
+    form.Command1_Click();
+    EXPECT_EQ(form.block, GetParam().block);
+    EXPECT_FALSE(rig.host.isLoaded(form));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, FrmTagBlock,
+                         testing::Values(BlockRow{"empty", "", 4}, BlockRow{"word", "pump", 4},
+                                         BlockRow{"zero", "0", 0}, BlockRow{"last", "704", 704},
+                                         BlockRow{"beyond", "705", 4}, BlockRow{"negative", "-1", 4},
+                                         BlockRow{"huge", "1E300", 4}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(FrmTag, ComesUpWithBlockFourInBlack) {
+    LiveRig rig;
+    frmTag form(rig.bench);
+    rig.host.show(form);
+    EXPECT_EQ(form.caption, "Enter Block Number And Tag");
+    EXPECT_EQ(form.Text1.text, "Block 4");
+    EXPECT_TRUE(form.isPicture1Painted);
+    EXPECT_EQ(form.color, 0);
+}
+
+struct ColourRow {
+    const char* name;
+    double x;
+    std::int32_t color;
+};
+
+class FrmTagColour : public testing::TestWithParam<ColourRow> {};
+
+TEST_P(FrmTagColour, IsTheBoxUnderTheMouse) {
+    LiveRig rig;
+    frmTag form(rig.bench);
+    rig.host.show(form);
+    form.Picture1_MouseDown(GetParam().x, 800);
+    EXPECT_EQ(form.color, GetParam().color);
+    EXPECT_EQ(form.Label3BackColor, GetParam().color);
+}
+
+INSTANTIATE_TEST_SUITE_P(Boxes, FrmTagColour,
+                         testing::Values(ColourRow{"first", 0, 0x000000}, ColourRow{"firstEnd", 99.9, 0x000000},
+                                         ColourRow{"red", 100, 0x0000FF}, ColourRow{"blue", 450, 0xFF0000},
+                                         ColourRow{"last", 799, 0xFFFFFF}, ColourRow{"atTheEdge", 800, 0xFFFFFF}),
+                         [](const auto& row) { return row.param.name; });
+
+}  // namespace
+}  // namespace qrv::test
