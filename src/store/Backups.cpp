@@ -27,13 +27,21 @@ std::string stamp(const char* format, std::time_t time) {
 
 std::string freeName(const fs::path& folder, const std::string& original, std::time_t now) {
     const fs::path name(original);
-    const std::string stem = name.stem().string() + " " + stamp("%Y-%m-%d %H-%M-%S", now);
+    // A copy's name never begins like that of an unfinished one.
+    const std::string ownStem = name.stem().string();
+    const std::string stem = (ownStem.starts_with('.') ? "_" : "") + ownStem + " " + stamp("%Y-%m-%d %H-%M-%S", now);
     std::string tried = (folder / (stem + name.extension().string())).string();
     for (int i = 2; exists(tried) && i < kMostTries; ++i) {
         tried = (folder / (stem + " (" + std::to_string(i) + ")" + name.extension().string())).string();
     }
     return tried;
 }
+
+/// A note stands beside a copy and has none of its own; a copy may be of a file that is named like a note.
+bool isNote(const fs::path& path) { return path.extension() == kNoteSuffix && !exists(path.string() + kNoteSuffix); }
+
+/// What a program that was killed while it copied has left: never a whole copy.
+bool isUnfinished(const fs::path& path) { return path.filename().string().starts_with('.'); }
 
 std::string noteOf(const std::string& copy) {
     std::ifstream note(copy + kNoteSuffix, std::ios::binary);
@@ -71,7 +79,7 @@ std::vector<Backup> backupsIn(const std::string& folder) {
     std::error_code ignored;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
         const std::string path = entry.path().string();
-        if (entry.path().extension() == kNoteSuffix || !entry.is_regular_file(ignored)) continue;
+        if (isNote(entry.path()) || isUnfinished(entry.path()) || !entry.is_regular_file(ignored)) continue;
         found.push_back({path, noteOf(path), timeOf(entry.path())});
     }
     std::sort(found.begin(), found.end(),

@@ -209,7 +209,7 @@ const Table& tableNamed(std::span<const Table> tables, std::string_view name) {
     for (const Table& table : tables) {
         if (sameName(table.name, name)) return table;
     }
-    assert(!"a table that no file has");
+    assert(false && "a table that no file has");
     return tables.front();
 }
 

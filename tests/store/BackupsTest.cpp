@@ -1,0 +1,86 @@
+#include "store/Backups.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "platform/Files.h"
+#include "twins/TemporaryFolder.h"
+
+namespace qrv {
+namespace {
+
+struct Shelf {
+    Shelf() { write(work, "the work"); }
+
+    static void write(const std::string& path, const std::string& bytes) { std::ofstream(path) << bytes; }
+    [[nodiscard]] std::string keep(const std::string& original) const { return keepBackup(kept, work, original); }
+    [[nodiscard]] std::vector<Backup> list() const { return backupsIn(kept); }
+
+    TemporaryFolder folder;
+    std::string work = folder.file("QRM0001.TMP");
+    std::string kept = folder.file("state/kept");
+};
+
+TEST(Backups, AreWholeAndTellWhoseTheyAre) {
+    Shelf shelf;
+    const std::string copy = shelf.keep("/plant/boiler house.qrv");
+    EXPECT_EQ(readWhole(copy, 100).bytes, "the work");
+    EXPECT_EQ(readWhole(copy + ".from", 100).bytes, "/plant/boiler house.qrv");
+    const auto list = shelf.list();
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].path, copy);
+    EXPECT_EQ(list[0].original, "/plant/boiler house.qrv");
+    EXPECT_EQ(list[0].time.size(), std::string("2026-11-21 14:03:09").size());
+}
+
+TEST(Backups, OfTheSameFileGetNamesOfTheirOwn) {
+    Shelf shelf;
+    const std::string first = shelf.keep("/plant/a.qrv");
+    const std::string second = shelf.keep("/plant/a.qrv");
+    EXPECT_NE(first, second);
+    EXPECT_EQ(shelf.list().size(), 2U);
+}
+
+TEST(Backups, AreListedWithoutTheirNoteToo) {
+    Shelf shelf;
+    const std::string copy = shelf.keep("/plant/a.qrv");
+    ASSERT_FALSE(removeFile(copy + ".from"));
+    const auto list = shelf.list();
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].original, "");
+}
+
+TEST(Backups, OfAFileNamedLikeANoteAreListed) {
+    Shelf shelf;
+    const std::string copy = shelf.keep("/plant/a.from");
+    const auto list = shelf.list();
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].path, copy);
+    EXPECT_EQ(list[0].original, "/plant/a.from");
+}
+
+TEST(Backups, OfAHiddenFileAreListed) {
+    Shelf shelf;
+    const std::string copy = shelf.keep("/plant/.qrv");
+    const auto list = shelf.list();
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].path, copy);
+}
+
+TEST(Backups, ThatAKilledProgramDidNotFinishAreNotListed) {
+    Shelf shelf;
+    static_cast<void>(shelf.keep("/plant/a.qrv"));
+    Shelf::write(shelf.kept + "/.qrv1234567.tmp", "the w");
+    EXPECT_EQ(shelf.list().size(), 1U);
+}
+
+TEST(Backups, AreNoneWhereThereIsNoFolder) { EXPECT_TRUE(backupsIn("/nowhere at all").empty()); }
+
+TEST(Backups, SayThatNothingWasKeptWhereTheFolderCannotBe) {
+    Shelf shelf;
+    EXPECT_EQ(keepBackup(shelf.work + "/below a file", shelf.work, "/plant/a.qrv"), "");
+}
+
+}  // namespace
+}  // namespace qrv
