@@ -223,6 +223,32 @@ TEST_F(Session, GoToBlockFindsNumbersAndNames) {
     EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text(), "BLOCK 602 - ROUT");
 }
 
+TEST_F(Session, FilterNarrowsTheFunctionListAndTellsWhatAFunctionDoes) {
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+    QListWidgetItem* add = list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString).first();
+    QListWidgetItem* pid = list->findItems(QStringLiteral("PID"), Qt::MatchFixedString).first();
+    QTest::keyClicks(ViewRig::find<QLineEdit>(rig.mainView(), "functionFilter"), QStringLiteral("add"));
+    EXPECT_FALSE(add->isHidden());
+    EXPECT_TRUE(pid->isHidden());
+    list->setCurrentItem(add);
+    EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "functionSentence")->text(), "Sum of two");
+}
+
+TEST_F(Session, FunctionPageFollowsTheBlock) {
+    ViewRig::choose(rig.mainView(), "mnuHelpFunction");
+    ViewRig::clickCell(grid("Ig"), 3, 1);
+    const QString page = ViewRig::find<QPlainTextEdit>(rig.mainView(), "functionPage")->toPlainText();
+    EXPECT_TRUE(page.contains(QLatin1String(" ROUT  "))) << page.toStdString();
+}
+
+TEST_F(Session, StepButtonsPlaceNothingInTheAssignmentView) {
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    const auto before = rig.program.bench.FnOfBlock;
+    ViewRig::choose(rig.mainView(), "nextBlock");
+    EXPECT_EQ(rig.program.bench.FnOfBlock, before);
+}
+
 TEST_F(Session, CloseBoxAsksTheSaveQuestion) {
     rig.boxes.expect({.text = "Save changes to " + rig.path("boiler.qrv") + "?",
                       .buttons = Buttons::YesNoCancel,
