@@ -419,6 +419,75 @@ TEST(db1, ASecondFileIsOpenBesideTheFirst) {
     EXPECT_EQ(first.db.BlockFn(), 127);
 }
 
+/// The shipped catalogue, open.
+struct Catalogue {
+    Catalogue() { db.open_database(QRV_CATALOGUE_DATA); }
+    ScriptedBox boxes;
+    db1 db{boxes};
+};
+
+TEST(db1Catalogue, IsWalkedInStoredOrderFromItsFirstRowUntilAnIndexIsChosen) {
+    Catalogue catalogue;
+    EXPECT_EQ(catalogue.db.FuncName(), "NOP");
+    EXPECT_EQ(errorOf([&] { catalogue.db.FuncSeekI(127); }), 3019);
+    int count = 0;
+    for (; !catalogue.db.FuncEOF(); catalogue.db.FuncMoveNext()) ++count;
+    EXPECT_GT(count, 100);
+}
+
+TEST(db1Catalogue, OnlyFnInCapitalsChoosesTheNumbers) {
+    Catalogue catalogue;
+    catalogue.db.FuncSetIndex("FN");
+    catalogue.db.FuncSeekI(127);
+    EXPECT_FALSE(catalogue.db.FuncNoMatch());
+    EXPECT_EQ(catalogue.db.FuncName(), "NOP");
+    EXPECT_EQ(errorOf([&] { catalogue.db.FuncSeekS("NOP"); }), 3421);
+    for (const char* name : {"fn", "Name", "Fname", ""}) {
+        catalogue.db.FuncSetIndex(name);
+        EXPECT_EQ(errorOf([&] { catalogue.db.FuncSeekI(127); }), 3421) << name;
+        catalogue.db.FuncSeekS("ain");
+        EXPECT_FALSE(catalogue.db.FuncNoMatch()) << name;
+        EXPECT_EQ(catalogue.db.FuncFN(), 2) << name;
+    }
+}
+
+TEST(db1Catalogue, AMissedSeekKeepsTheRowBefore) {
+    Catalogue catalogue;
+    catalogue.db.FuncSetIndex("FN");
+    catalogue.db.FuncSeekI(2);
+    catalogue.db.FuncSeekI(255);
+    EXPECT_TRUE(catalogue.db.FuncNoMatch());
+    EXPECT_EQ(catalogue.db.FuncName(), "AIN");
+    catalogue.db.ParamSeek(2, 1);
+    const std::string description = catalogue.db.ParamDescription();
+    catalogue.db.ParamSeek(2, 200);
+    EXPECT_TRUE(catalogue.db.ParamNoMatch());
+    EXPECT_EQ(catalogue.db.ParamDescription(), description);
+}
+
+TEST(db1Catalogue, AMissingFileRaises) {
+    ScriptedBox boxes;
+    const TemporaryFolder folder;
+    db1 db(boxes);
+    EXPECT_EQ(errorOf([&] { db.open_database(folder.path()); }), 53);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(db.FuncName()); }), 91);
+}
+
+TEST(db1, ABatchThatTheDiskUndidIsToldAndNotSaved) {
+    TemporaryFolder folder;
+    const std::string path = folder.file("a.db");
+    Sqlite made("", Sqlite::Mode::Memory);
+    made.execute("CREATE TABLE t (a)");
+    ASSERT_FALSE(writeWholeAtOnce(path, made.bytes()));
+    Sqlite file(path, Sqlite::Mode::ReadWrite);
+    file.joinBatch();
+    file.execute("INSERT INTO t VALUES (1)");
+    // What a full disk does to an open transaction.
+    file.execute("ROLLBACK");
+    EXPECT_EQ(errorOf([&] { file.settle(); }), 57);
+    EXPECT_EQ(errorOf([&] { file.settle(); }), 57);
+}
+
 struct Damage {
     const char* name;
     const char* sql;
