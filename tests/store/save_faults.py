@@ -121,9 +121,13 @@ class Outcome:
             yield "told done, and the new file is not there"
         if os.readlink(folder / "user" / "plant.qrv") != "../real/plant.qrv":
             yield "the link points elsewhere"
-        if (folder / "real" / "plant.qrv").stat().st_mode & 0o7777 != MODE:
+        plant = folder / "real" / "plant.qrv"
+        if not plant.exists():
+            yield "the file that was there is gone"
+            return
+        if plant.stat().st_mode & 0o7777 != MODE:
             yield "the permission bits are changed"
-        if scenario.mode == "saveas" and (folder / "real" / "plant.qrv").read_bytes() != scenario.sound:
+        if scenario.mode == "saveas" and plant.read_bytes() != scenario.sound:
             yield "the file that was not saved to is changed"
 
     def of_lost_work(self):
