@@ -30,9 +30,9 @@ struct WindowRow {
 std::unique_ptr<FormView> windowOf(ViewRig& rig, const std::string& name) {
     EditorProgram& program = rig.program;
     BlockPanel& blocks = program.mainWindow.blocks;
-    for (Form* form : std::initializer_list<Form*>{&program.splash, &program.mainWindow, &program.ask, &program.recent,
-                                                   &program.about, &program.general, &program.general.description,
-                                                   &program.blockQuestion, &blocks.comment, &blocks.picker}) {
+    for (Form* form : std::initializer_list<Form*>{
+             &program.splash, &program.mainWindow, &program.ask, &program.recent, &program.about, &program.general,
+             &program.general.description, &program.blockQuestion, &program.comm, &blocks.comment, &blocks.picker}) {
         if (form->name() == name) return std::unique_ptr<FormView>(rig.host.makeView(*form));
     }
     return nullptr;
@@ -63,7 +63,8 @@ INSTANTIATE_TEST_SUITE_P(
                               {"txtTitle", "txtCfg", "Text1", "fg", "Label1", "Label2", "Label3", "Label4", "mnuexit"}},
                     WindowRow{"frmvga", {"txtCmt", "mnuexit"}}, WindowRow{"FormComment", {"Text1", "Text2", "mnuexit"}},
                     WindowRow{"frmBlock", {"Combo1", "Text1", "Lab1", "Command1", "Command2"}},
-                    WindowRow{"frmAaboPick", {"List1", "List2"}}),
+                    WindowRow{"frmAaboPick", {"List1", "List2"}},
+                    WindowRow{"frmComm", {"Combo1", "Combo2", "Combo3", "Label1", "Label2", "Label3", "mnuExit"}}),
     [](const auto& row) { return row.param.form; });
 
 /// Widgets that take the keyboard and have no name to be read by.

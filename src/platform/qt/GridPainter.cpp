@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kTextMargin = 4;      // pixels
 constexpr int kHeadingMargin = 2;   // pixels
-constexpr int kLeastStretch = 75;   // per cent
+constexpr int kLeastStretch = 62;   // per cent
 constexpr double kWrapsFrom = 1.7;  // row height in lines from which a text is wrapped
 
 QColor colourOf(Colour colour) { return QColor::fromRgb(static_cast<QRgb>(colour.rgb)); }
@@ -26,7 +26,7 @@ QColor readableOn(const QColor& back, const QColor& usual) {
     return light < 0.56 ? QColor(Qt::white) : usual;
 }
 
-/// A text that is too long for its cell is set narrower, down to three quarters, before any of it is lost.
+/// A text that is too long for its cell is set narrower, down to five eighths, before any of it is lost.
 void fitFont(QPainter* painter, QFont font, const QString& text, int room) {
     painter->setFont(font);
     const int needed = painter->fontMetrics().horizontalAdvance(text);
