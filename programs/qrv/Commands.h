@@ -20,4 +20,7 @@ void addFunctionCommand(CLI::App& app, Terminal& terminal);
 /// ports, poll, version, read-block, read
 void addLinkCommands(CLI::App& app, Terminal& terminal);
 
+/// watch
+void addWatchCommand(CLI::App& app, Terminal& terminal);
+
 }  // namespace qrv

@@ -31,6 +31,10 @@ void Terminal::write(std::string_view data) {
     if (!putAll(data, stdout)) outputFailed_ = true;
 }
 
+void Terminal::flush() {
+    if (std::fflush(stdout) != 0) outputFailed_ = true;
+}
+
 std::optional<std::string> Terminal::ask(std::string_view question) {
     if (!canAsk()) return std::nullopt;
     draw(std::string(question) + " ");

@@ -44,6 +44,8 @@ class Terminal {
     void draw(std::string_view text);
     /// Data, UTF-8, as it is.
     void write(std::string_view data);
+    /// Hands over what was written so far: for data that is read as it comes.
+    void flush();
     /// What the user types after the question, without its line break; absent where nobody can answer.
     [[nodiscard]] std::optional<std::string> ask(std::string_view question);
     /// A question for Yes or No. Absent where nobody can answer; anything but a plain yes is No.

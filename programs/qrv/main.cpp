@@ -73,5 +73,6 @@ int main(int argc, char** argv) {
     qrv::addCompareCommand(app, terminal);
     qrv::addFunctionCommand(app, terminal);
     qrv::addLinkCommands(app, terminal);
+    qrv::addWatchCommand(app, terminal);
     return static_cast<int>(run(app, terminal, argc, argv));
 }

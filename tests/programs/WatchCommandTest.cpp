@@ -1,0 +1,79 @@
+// Live values in the terminal: one row after the other, each whole as soon as it is there.
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "link/LiveController.h"
+#include "programs/ProgramRun.h"
+
+namespace qrv {
+namespace {
+
+struct WatchRun {
+    /// A new file has ZERO on block 0, FULL on block 1, OFF on block 2 and ON on block 3.
+    WatchRun() {
+        EXPECT_EQ(run("new plant.qrv").exitCode, 0);
+        live.controller.fixAnalog(1, -5);
+        live.controller.fixDiscrete(3, true);
+    }
+    [[nodiscard]] ProgramRun run(const std::string& arguments) const {
+        return qrv.run(arguments, "XDG_CONFIG_HOME=" + qrv.folder.path());
+    }
+    [[nodiscard]] std::string onLine() const { return " --port " + live.path(); }
+
+    QrvProgram qrv;
+    test::LiveController live;
+};
+
+TEST(qrvWatch, ShowsARowForEachReading) {
+    WatchRun watch;
+    watch.live.start();
+    const ProgramRun shown = watch.run("watch plant.qrv 1 3 --interval 1 --count 2" + watch.onLine());
+    EXPECT_EQ(shown.exitCode, 0) << shown.err;
+    const std::string row = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z,-0\.05,1\n)";
+    EXPECT_TRUE(std::regex_match(shown.out, std::regex("time,block 1 FULL analog,block 3 ON discrete\n" + row + row)))
+        << shown.out;
+    EXPECT_EQ(shown.err, "");
+}
+
+TEST(qrvWatch, WritesAFileAndOverwritesOnlyByForce) {
+    WatchRun watch;
+    watch.live.start();
+    const std::string command = "watch plant.qrv 3 --count 1 --csv out.csv" + watch.onLine();
+    EXPECT_EQ(watch.run(command).exitCode, 0);
+    EXPECT_TRUE(bytesOf(watch.qrv.path("out.csv")).starts_with("time,block 3 ON discrete\n20"));
+    EXPECT_EQ(watch.run(command).exitCode, 5);
+    EXPECT_EQ(watch.run(command + " --force").exitCode, 0);
+}
+
+TEST(qrvWatch, CtrlCEndsItWithWholeRows) {
+    WatchRun watch;
+    watch.live.start();
+    const std::string file = watch.qrv.path("out.csv");
+    // In the background the program has the shell's place, so that the signal reaches it.
+    const ProgramRun shown =
+        watch.qrv.run("watch plant.qrv 1 --interval 1 --csv out.csv" + watch.onLine() +
+                          " & pid=$!; for i in $(seq 300); do [ \"$(cat " + file +
+                          " 2>/dev/null | wc -l)\" -ge 3 ] && break;" + " sleep 0.05; done; kill -INT $pid; wait $pid",
+                      "exec env XDG_CONFIG_HOME=" + watch.qrv.folder.path());
+    EXPECT_EQ(shown.exitCode, 0) << shown.err;
+    const std::string rows = bytesOf(file);
+    EXPECT_TRUE(rows.starts_with("time,block 1 FULL analog\n2")) << rows;
+    EXPECT_TRUE(rows.ends_with(",-0.05\n")) << rows;
+}
+
+TEST(qrvWatch, EmptyBlockHasNothingToShow) {
+    WatchRun watch;
+    const ProgramRun shown = watch.run("watch plant.qrv 100" + watch.onLine());
+    EXPECT_EQ(shown.exitCode, 1);
+    EXPECT_EQ(shown.err, "qrv: Block 100 is empty and has no output.\n");
+    EXPECT_EQ(shown.out, "");
+}
+
+TEST(qrvWatch, FileThatIsNotThereIsTold) {
+    WatchRun watch;
+    EXPECT_EQ(watch.run("watch other.qrv 1" + watch.onLine()).exitCode, 3);
+}
+
+}  // namespace
+}  // namespace qrv
