@@ -5,7 +5,10 @@
 #include "blocks/frmBlockView.h"
 #include "blocks/frmGeneralView.h"
 #include "blocks/frmvgaView.h"
+#include "link/MGridView.h"
+#include "link/MonitorView.h"
 #include "link/frmCommView.h"
+#include "link/frmTagView.h"
 #include "platform/qt/DesktopHost.h"
 #include "shell/FrmAskView.h"
 #include "shell/FrmRecentView.h"
@@ -21,12 +24,15 @@ void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
     host.add<FormCommentView, FormComment>("FormComment");
     host.add<FrmAskView, FrmAsk>("FrmAsk");
     host.add<FrmRecentView, FrmRecent>("FrmRecent");
+    host.add<MGridView, MGrid>("MGrid");
+    host.add<MonitorView, Monitor>("Monitor");
     host.add<frmAaboPickView, frmAaboPick>("frmAaboPick");
     host.add<frmAboutView, frmAbout>("frmAbout");
     host.add<frmBlockView, frmBlock>("frmBlock");
     host.add<frmCommView, frmComm>("frmComm");
     host.add<frmGeneralView, frmGeneral>("frmGeneral");
     host.add<frmStartView, frmStart>("frmStart");
+    host.add<frmTagView, frmTag>("frmTag");
     host.add<frmvgaView, frmvga>("frmvga");
 }
 

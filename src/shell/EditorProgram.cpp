@@ -11,6 +11,9 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
       general(bench),
       blockQuestion(bench),
       comm(bench, start.serialPorts),
+      allOutputs(bench, comm, start.isClassic ? StaleMarks::Absent : StaleMarks::Shown),
+      tagQuestion(bench),
+      chosenOutputs(bench, comm, tagQuestion, start.isClassic ? StaleMarks::Absent : StaleMarks::Shown),
       mainWindow(bench, {.start = splash, .ask = ask, .general = general, .about = about}, start.commandLine),
       recent(bench.platform.formHost, mainWindow.recentFiles, [this](int index) { mainWindow.GetRecentFile(index); }),
       ask(bench, recent),
@@ -18,7 +21,14 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
     bench.windows.loadBoardTexts = [this] { general.loadBoardTexts(); };
     bench.windows.storeBoardTexts = [this] { general.storeBoardTexts(); };
     mainWindow.provide("mnuEditComPort", [this] { bench.platform.formHost.showModal(comm); });
+    mainWindow.provide("mnuViewAll", [this] { showInItsPlace(allOutputs); });
+    mainWindow.provide("mnuViewSel", [this] { showInItsPlace(chosenOutputs); });
     mainWindow.blocks.setToolTips(!start.isClassic);
+}
+
+void EditorProgram::showInItsPlace(Form& form) {
+    bench.windows.hideMain();
+    bench.platform.formHost.show(form);
 }
 
 void EditorProgram::start() { bench.platform.formHost.show(splash); }

@@ -6,7 +6,10 @@
 
 #include "blocks/frmBlock.h"
 #include "blocks/frmGeneral.h"
+#include "link/MGrid.h"
+#include "link/Monitor.h"
 #include "link/frmComm.h"
+#include "link/frmTag.h"
 #include "platform/Platform.h"
 #include "shell/Form3.h"
 #include "shell/FrmAsk.h"
@@ -41,10 +44,17 @@ class EditorProgram {
     frmGeneral general;
     frmBlock blockQuestion;
     frmComm comm;
+    MGrid allOutputs;
+    frmTag tagQuestion;
+    Monitor chosenOutputs;
     Form3 mainWindow;
     FrmRecent recent;
     FrmAsk ask;
     frmStart splash;
+
+ private:
+    /// In the main window's place, until that form brings it back.
+    void showInItsPlace(Form& form);
 };
 
 }  // namespace qrv

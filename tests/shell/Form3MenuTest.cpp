@@ -38,7 +38,7 @@ TEST_F(Form3MenuTest, EntriesWithoutAFormAreThereAndDisabled) {
     for (const char* entry :
          {"mnuFileUpload", "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
           "mnuFileCompare", "mnuFileCheck", "mnuFilePrint", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart", "mnuEditEGU",
-          "mnuEditPager", "mnuEditLoop", "mnuEditPoll", "mnuViewAll", "mnuViewSel"}) {
+          "mnuEditPager", "mnuEditLoop", "mnuEditPoll"}) {
         EXPECT_FALSE(run.isEnabled(entry)) << entry;
         EXPECT_TRUE(run.form3.menu.entry(entry).visible) << entry;
         run.form3.choose(entry);
@@ -47,10 +47,25 @@ TEST_F(Form3MenuTest, EntriesWithoutAFormAreThereAndDisabled) {
 }
 
 TEST_F(Form3MenuTest, EntriesOfItsOwnAreEnabled) {
-    for (const char* entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuFileSaveAs", "mnuFormExit", "mnuEditCfg",
-                              "mnuEditBlk", "mnuEditComments", "mnuEditComPort", "mnuAbout"}) {
+    for (const char* entry :
+         {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuFileSaveAs", "mnuFormExit", "mnuEditCfg", "mnuEditBlk",
+          "mnuEditComments", "mnuEditComPort", "mnuViewAll", "mnuViewSel", "mnuAbout"}) {
         EXPECT_TRUE(run.isEnabled(entry)) << entry;
     }
+}
+
+TEST_F(Form3MenuTest, LiveViewsStandInTheMainWindowsPlace) {
+    FormHost& host = run.program.bench.platform.formHost;
+    run.form3.choose("mnuViewAll");
+    EXPECT_TRUE(host.isVisible(run.program.allOutputs));
+    EXPECT_FALSE(host.isVisible(run.form3));
+    run.program.allOutputs.mnuexit();
+    EXPECT_TRUE(host.isVisible(run.form3));
+    run.form3.choose("mnuViewSel");
+    EXPECT_TRUE(host.isVisible(run.program.chosenOutputs));
+    EXPECT_FALSE(host.isVisible(run.form3));
+    run.program.chosenOutputs.munexit();
+    EXPECT_TRUE(host.isVisible(run.form3));
 }
 
 TEST_F(Form3MenuTest, AnEntryThatIsGivenItsFormOpensIt) {

@@ -32,7 +32,8 @@ std::unique_ptr<FormView> windowOf(ViewRig& rig, const std::string& name) {
     BlockPanel& blocks = program.mainWindow.blocks;
     for (Form* form : std::initializer_list<Form*>{
              &program.splash, &program.mainWindow, &program.ask, &program.recent, &program.about, &program.general,
-             &program.general.description, &program.blockQuestion, &program.comm, &blocks.comment, &blocks.picker}) {
+             &program.general.description, &program.blockQuestion, &program.comm, &program.allOutputs,
+             &program.chosenOutputs, &program.tagQuestion, &blocks.comment, &blocks.picker}) {
         if (form->name() == name) return std::unique_ptr<FormView>(rig.host.makeView(*form));
     }
     return nullptr;
@@ -57,6 +58,11 @@ INSTANTIATE_TEST_SUITE_P(
                               {"Grid1", "Ig", "fg2", "fg3", "List1", "List2", "Command1", "cmdViewAlarmInfo", "txtCmt",
                                "Label1", "Label2", "Label3", "Label4", "Label5", "Label6", "Label7", "Label8", "Label9",
                                "Label10"}},
+                    WindowRow{"MGrid", {"Grid2", "Command1", "Command2", "Command3", "mnuexit", "lblRate"}},
+                    WindowRow{"Monitor",
+                              {"Command1", "Command2", "Command3", "Command4", "Command5", "Command6", "munexit",
+                               "analog1", "analog25"}},
+                    WindowRow{"frmTag", {"Text1", "Text2", "Picture1", "Label3", "Command1"}},
                     WindowRow{"FrmAsk", {"Frame1", "Option1", "Option2", "Option3", "Command1", "Command2"}},
                     WindowRow{"FrmRecent", {"Command1", "Command2"}}, WindowRow{"frmAbout", {"lblVersion", "Command1"}},
                     WindowRow{"frmGeneral",

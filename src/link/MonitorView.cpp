@@ -1,0 +1,121 @@
+#include "link/MonitorView.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+
+#include "link/frmTagView.h"
+#include "platform/qt/Texts.h"
+#include "platform/qt/Theme.h"
+
+namespace qrv {
+
+namespace {
+
+// The designed window, in form units; its buttons stand above the board.
+constexpr int kBoardTop = 1050;
+constexpr int kBoardWidth = 10200;
+constexpr int kBoardHeight = 5400;
+constexpr int kLabelWidth = 1850;
+constexpr int kLabelHeight = 700;
+constexpr QRgb kBoardColour = 0xFFC0C0C0;
+constexpr QRgb kStaleColour = 0xFF969696;
+
+int unitsOf(int pixels) {
+    constexpr int kMeasure = 15000;
+    return qRound(static_cast<double>(pixels) * kMeasure / theme::pixelsOf(kMeasure));
+}
+
+void fill(QWidget* widget, QRgb colour) {
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::Window, QColor(colour));
+    widget->setPalette(palette);
+    widget->setAutoFillBackground(true);
+}
+
+/// A label that goes with the mouse until it is dropped.
+class DraggedLabel final : public QLabel {
+ public:
+    using Drop = std::function<void(QPoint)>;
+
+    DraggedLabel(Drop drop, QWidget* parent) : QLabel(parent), drop_(std::move(drop)) {}
+    [[nodiscard]] bool isDragged() const { return grip_.has_value(); }
+
+ protected:
+    void mousePressEvent(QMouseEvent* event) override {
+        if (event->button() != Qt::LeftButton) return;
+        grip_ = event->position().toPoint();
+        raise();
+    }
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if (grip_) move(mapToParent(event->position().toPoint()) - *grip_);
+    }
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        if (event->button() != Qt::LeftButton || !grip_) return;
+        grip_.reset();
+        drop_(pos());
+    }
+
+ private:
+    Drop drop_;
+    std::optional<QPoint> grip_;
+};
+
+}  // namespace
+
+MonitorView::MonitorView(Monitor& form, DesktopHost& host) : FormView(form, host), form_(form) {
+    addDone(QStringLiteral("munexit"), shownUtf8(form.munexitEntry.caption), [this] { form_.munexit(); });
+    QBoxLayout* body = makeBody();
+    body->addLayout(makeButtons());
+    body->addWidget(makeBoard(), 1);
+    addTimer(form.tmrShow, [this] { form_.tmrShow_Timer(); });
+}
+
+QBoxLayout* MonitorView::makeButtons() {
+    auto* row = new QHBoxLayout;
+    row->addWidget(addButton(QStringLiteral("Command1"), form_.Command1, [this] { form_.Command1_Click(); }));
+    row->addWidget(addButton(QStringLiteral("Command2"), form_.Command2, [this] { form_.Command2_Click(); }));
+    row->addWidget(addButton(QStringLiteral("Command3"), form_.Command3, [this] { form_.Command3_Click(); }));
+    row->addWidget(addButton(QStringLiteral("Command4"), form_.Command4, [this] { form_.Command4_Click(); }));
+    row->addWidget(addButton(QStringLiteral("Command5"), form_.Command5, [this] { form_.Command5_Click(); }));
+    row->addWidget(addButton(QStringLiteral("Command6"), form_.Command6, [this] { form_.Command6_Click(); }));
+    row->addStretch(1);
+    row->addWidget(addLabel(QStringLiteral("lblRate"), form_.lblRate));
+    return row;
+}
+
+QWidget* MonitorView::makeBoard() {
+    auto* board = new QWidget(this);
+    board->setMinimumSize(theme::pixelsOf(kBoardWidth), theme::pixelsOf(kBoardHeight));
+    fill(board, kBoardColour);
+    for (int index = 1; index <= static_cast<int>(kMonitorSlots); ++index) makeLabel(board, index);
+    return board;
+}
+
+void MonitorView::makeLabel(QWidget* board, int index) {
+    const auto drop = [this, index](QPoint place) {
+        tell([this, index, place] { form_.drop(index, unitsOf(place.x()), unitsOf(place.y()) + kBoardTop); });
+    };
+    auto* label = new DraggedLabel(drop, board);
+    label->setObjectName(QStringLiteral("analog%1").arg(index));
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(theme::gridFont());
+    label->setCursor(Qt::SizeAllCursor);
+    label->setFixedSize(theme::pixelsOf(kLabelWidth), theme::pixelsOf(kLabelHeight));
+    addMirror([this, label, index] {
+        const BoardLabel& source = form_.label(index);
+        label->setText(shownText(source.caption));
+        label->setToolTip(source.silentSince ? shownUtf8(silenceText(*source.silentSince)) : QString());
+        fill(label, source.silentSince ? kStaleColour : kBoardColour);
+        QPalette palette = label->palette();
+        palette.setColor(QPalette::WindowText, boardColour(source.color));
+        label->setPalette(palette);
+        if (!label->isDragged()) {
+            label->move(theme::pixelsOf(source.left), theme::pixelsOf(source.top - kBoardTop));
+        }
+        label->setVisible(source.visible);
+    });
+}
+
+}  // namespace qrv
