@@ -73,6 +73,7 @@ void frmComm::send_and_get(std::int16_t tx_count, std::int16_t rx_count) {
                                             .replyLength = static_cast<std::size_t>(rx_count),
                                             .reply = workbench_.rcv_bfr,
                                             .aborted = workbench_.xfer_abort});
+    retriesSoFar_ += transaction_.retryCount();
     workbench_.xfer_ok = ending == Ending::Good;
     workbench_.xmit_bfr = frame;
     if (workbench_.xfer_ok) beginFrame();

@@ -49,6 +49,8 @@ class frmComm final : public Form {
     void send_and_get(std::int16_t tx_count, std::int16_t rx_count);
     /// Attempts of the last transaction that failed.
     [[nodiscard]] std::int16_t retry_count() const { return transaction_.retryCount(); }
+    /// The same of all transactions so far.
+    [[nodiscard]] std::int32_t retriesSoFar() const { return retriesSoFar_; }
     [[nodiscard]] std::int16_t timer_ticks() const { return transaction_.timer().ticks(); }
     [[nodiscard]] bool timed_out() const { return transaction_.timer().timedOut(); }
     /// Waits on the same timer: until `timed_out` is set, which can be at once.
@@ -112,6 +114,9 @@ class frmComm final : public Form {
     void PrintXmitBuffer(std::int16_t count);
     void PrintRcvBuffer(std::int16_t count);
     void PrintRetries();
+    void printLine(std::string_view line);
+    /// Tells of an upload that can't go on, and where its log is; raises `xfer_abort` with the reason.
+    void AbortUpload(const std::string& reason);
 
     // --- the settings form ---
     ListBox Combo1;  ///< baud rate
@@ -137,7 +142,6 @@ class frmComm final : public Form {
     [[nodiscard]] std::uint8_t received(int index) const;
     std::uint8_t& transmitted(int index);
     void requestOutput(std::int16_t block);
-    void log(std::string_view line);
     [[nodiscard]] std::string portSettings() const;
     [[nodiscard]] std::vector<SerialPortName> portNames() const;
     [[nodiscard]] bool isAvailable(std::int16_t number);
@@ -147,6 +151,7 @@ class frmComm final : public Form {
     SerialPortList* ports_;
     Transaction transaction_;
     UploadLog* log_ = nullptr;
+    std::int32_t retriesSoFar_ = 0;
 };
 
 }  // namespace qrv

@@ -102,7 +102,7 @@ void frmComm::read_constants() {
     constant_index = toInt16(constant_index + 1);
     if (constant_index != kConstantsPerReply) return;
     put_read(Section::Constants, kConstantsReply, constant_offset);
-    log("C_offset: " + printed(constant_offset));
+    printLine("C_offset: " + printed(constant_offset));
     PrintXmitBuffer(kReadRequest);
     send_and_get(kReadRequest, kConstantsReply + kAroundData);
     PrintRcvBuffer(kConstantsReply + kAroundData);
@@ -112,7 +112,7 @@ void frmComm::read_constants() {
     constant_index = 0;
 }
 
-void frmComm::log(std::string_view line) {
+void frmComm::printLine(std::string_view line) {
     if (log_ != nullptr) log_->print(line);
 }
 
@@ -120,18 +120,26 @@ void frmComm::PrintXmitBuffer(std::int16_t count) {
     if (log_ == nullptr) return;
     std::string line = "Sent:";
     for (int index = 0; index < count; ++index) line += joined(transmitted(index)) + " ";
-    log(line);
+    printLine(line);
 }
 
 void frmComm::PrintRcvBuffer(std::int16_t count) {
     if (log_ == nullptr) return;
     const auto& reply = workbench_.rcv_bfr;
-    log("Expecting:" + printed(count) + "Bytes. Received" + printed(reply.size()));
+    printLine("Expecting:" + printed(count) + "Bytes. Received" + printed(reply.size()));
     std::string line = "Received:";
     for (const std::uint8_t byte : reply) line += joined(byte) + " ";
-    log(line);
+    printLine(line);
 }
 
-void frmComm::PrintRetries() { log("Retries:" + printed(retry_count())); }
+void frmComm::AbortUpload(const std::string& reason) {
+    const std::string path = log_ == nullptr ? std::string{} : log_->path();
+    workbench_.platform.messageBox.say("Error Occurred While Uploading - Please forward \n" + path +
+                                       "\nto Tessaly Instruments");
+    workbench_.xfer_abort = true;
+    workbench_.xfer_abort_reason = reason;
+}
+
+void frmComm::PrintRetries() { printLine("Retries:" + printed(retry_count())); }
 
 }  // namespace qrv

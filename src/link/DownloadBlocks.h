@@ -1,0 +1,14 @@
+// The block program into a controller: block table, constants, string parameters. The tool computes where each block's
+// data lie in the controller's three memory areas, by adding up what the catalogue says of the functions.
+#pragma once
+
+namespace qrv {
+
+class frmComm;
+struct Workbench;
+
+/// Sends the open configuration's blocks through the open port. The result is the state of `xfer_ok` and `xfer_abort`;
+/// what failed was shown. Moves the cursors of blocks, constants, strings, functions and parameters.
+void DownloadBlocks(Workbench& bench, frmComm& comm);
+
+}  // namespace qrv

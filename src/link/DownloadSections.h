@@ -1,0 +1,71 @@
+// The sections of a download in the order in which they go: the only table of them.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "link/DownloadBlocks.h"
+#include "link/frmSelect.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+class frmComm;
+
+struct DownloadSection {
+    using Routine = void (*)(Workbench& bench, frmComm& comm);
+
+    std::string_view word;  ///< how a command line names it
+    bool Workbench::*flag;
+    Choice frmSelect::*box;
+    std::string_view operation;
+    Routine routine;          ///< null: this program can't send the section yet
+    bool needsPager = false;  ///< sent only where a pager block is and the firmware knows pagers
+    bool bringsUnits = false;
+
+    [[nodiscard]] constexpr bool isAvailable() const { return routine != nullptr; }
+};
+
+// Units go behind charts and menus, which bring them along.
+inline constexpr std::array kDownloadSections{
+    DownloadSection{.word = "alarms",
+                    .flag = &Workbench::dl_alarms,
+                    .box = &frmSelect::Alarms,
+                    .operation = "Downloading Alarms",
+                    .routine = nullptr},
+    DownloadSection{.word = "pager",
+                    .flag = &Workbench::dl_pager,
+                    .box = &frmSelect::Pager,
+                    .operation = "Downloading Pager Info",
+                    .routine = nullptr,
+                    .needsPager = true},
+    DownloadSection{.word = "modbus",
+                    .flag = &Workbench::dl_modbus,
+                    .box = &frmSelect::Modbus,
+                    .operation = "Downloading Modbus",
+                    .routine = nullptr},
+    DownloadSection{.word = "charts",
+                    .flag = &Workbench::dl_charts,
+                    .box = &frmSelect::Charts,
+                    .operation = "Downloading Charts",
+                    .routine = nullptr,
+                    .bringsUnits = true},
+    DownloadSection{.word = "menus",
+                    .flag = &Workbench::dl_menus,
+                    .box = &frmSelect::Menus,
+                    .operation = "Downloading Menus/Screens",
+                    .routine = nullptr,
+                    .bringsUnits = true},
+    DownloadSection{.word = "egus",
+                    .flag = &Workbench::dl_egus,
+                    .box = &frmSelect::Egus,
+                    .operation = "Downloading EGU's",
+                    .routine = nullptr},
+    DownloadSection{.word = "blocks",
+                    .flag = &Workbench::dl_blocks,
+                    .box = &frmSelect::Blocks,
+                    .operation = "Downloading Blocks",
+                    .routine = &DownloadBlocks},
+};
+
+}  // namespace qrv

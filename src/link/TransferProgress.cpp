@@ -1,0 +1,31 @@
+#include "link/TransferProgress.h"
+
+#include <algorithm>
+
+namespace qrv {
+
+std::int32_t TransferProgress::bytesPerSecond() const {
+    const double seconds = std::chrono::duration<double>(now_ - started_).count();
+    return seconds > 0 ? static_cast<std::int32_t>(bytes_ / seconds) : 0;
+}
+
+std::optional<std::chrono::seconds> TransferProgress::timeLeft() const {
+    if (bytes_ <= 0 || total_ <= 0) return std::nullopt;
+    const double passed = std::chrono::duration<double>(now_ - started_).count();
+    const double left = passed * std::max(0, total_ - bytes_) / bytes_;
+    return std::chrono::seconds(static_cast<std::int64_t>(left + 0.5));
+}
+
+int TransferProgress::percent() const {
+    if (total_ <= 0) return 0;
+    return static_cast<int>(std::min<std::int64_t>(100, std::int64_t{bytes_} * 100 / total_));
+}
+
+std::string TransferProgress::sentence() const {
+    std::string text = "Section " + std::to_string(section_) + " of " + std::to_string(sectionCount_) + ", " +
+                       std::to_string(bytesPerSecond()) + " bytes a second";
+    if (const auto left = timeLeft()) text += ", " + std::to_string(left->count()) + " s left";
+    return text + ", " + std::to_string(retries_) + (retries_ == 1 ? " retry" : " retries");
+}
+
+}  // namespace qrv

@@ -1,0 +1,58 @@
+// How far a transfer has come, for those who show it: which section, how fast, how much longer, how often it had to ask
+// again.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/Clock.h"
+
+namespace qrv {
+
+class TransferProgress {
+ public:
+    void start(int sectionCount, Clock::TimePoint now) {
+        *this = {};
+        sectionCount_ = sectionCount;
+        started_ = now;
+        now_ = now;
+    }
+    void beginSection(std::string name) {
+        ++section_;
+        name_ = std::move(name);
+    }
+    /// @param total  an estimate; 0 where none can be made
+    void count(std::int32_t bytes, std::int32_t total, Clock::TimePoint now) {
+        bytes_ = bytes;
+        total_ = total;
+        now_ = now;
+    }
+    void setRetries(int retries) { retries_ = retries; }
+
+    [[nodiscard]] int section() const { return section_; }  ///< from 1
+    [[nodiscard]] int sectionCount() const { return sectionCount_; }
+    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] std::int32_t bytes() const { return bytes_; }
+    [[nodiscard]] int retries() const { return retries_; }
+    [[nodiscard]] std::int32_t bytesPerSecond() const;
+    /// Absent before the first bytes, and where there is no total.
+    [[nodiscard]] std::optional<std::chrono::seconds> timeLeft() const;
+    /// 0..100.
+    [[nodiscard]] int percent() const;
+    /// All of it in one line.
+    [[nodiscard]] std::string sentence() const;
+
+ private:
+    int section_ = 0;
+    int sectionCount_ = 0;
+    int retries_ = 0;
+    std::string name_;
+    std::int32_t bytes_ = 0;
+    std::int32_t total_ = 0;
+    Clock::TimePoint started_{};
+    Clock::TimePoint now_{};
+};
+
+}  // namespace qrv

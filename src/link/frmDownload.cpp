@@ -1,0 +1,190 @@
+#include "link/frmDownload.h"
+
+#include <algorithm>
+
+#include "link/DownloadSections.h"
+#include "link/FirmwareVersion.h"
+#include "link/frmComm.h"
+#include "platform/MessageBox.h"
+#include "platform/Numerals.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPauseBeforeSections{50};
+constexpr const char* kCancelReason = "Form Download Cancel Button Click";
+
+}  // namespace
+
+frmDownload::frmDownload(Workbench& bench, frmComm& comm, frmSelect& select, const TransferWindow& window)
+    : Form("frmDownload", "Download"), bench_(bench), comm_(comm), select_(select), window_(window) {}
+
+bool frmDownload::anyFlag() const {
+    return std::ranges::any_of(kDownloadSections, [this](const auto& section) { return bench_.*section.flag; });
+}
+
+void frmDownload::activate() {
+    if (bench_.in_download) return;
+    if (!anyFlag()) {
+        bench_.xfer_abort = true;
+        bench_.xfer_abort_reason = "Form Download Form Activate";
+    } else {
+        bench_.platform.clock.sleep(std::chrono::milliseconds(10));
+    }
+    if (!bench_.xfer_abort) return;
+    outcome_.reason = bench_.xfer_abort_reason;
+    window_.enableCommand1(true);
+    bench_.platform.formHost.unload(*this);
+}
+
+// --- the download ---
+
+void frmDownload::Download_Click() {
+    if (bench_.in_download) return;
+    Download.enabled = false;
+    bench_.in_download = true;
+    outcome_ = {};
+    resetBar();
+    comm_.showBytesSent = [this] { showBytes(); };
+    comm_.Open_Comm_Port();
+    if (comm_.port_is_open) {
+        announce();
+        runSections();
+    } else {
+        fail("Form Download Form Load comm open fail");
+    }
+    finish();
+}
+
+void frmDownload::resetBar() {
+    red = 255;
+    green = blue = colr = 0;
+    reddir = 1;
+    greendir = bluedir = 0;
+    Progress = {};
+}
+
+void frmDownload::announce() {
+    if (bench_.rom_version >= kAnnounceFirmware) comm_.sendCommand(Command::AnnounceDownload);
+    bench_.platform.clock.sleep(kPauseBeforeSections);
+}
+
+void frmDownload::runSections() {
+    const auto count = std::ranges::count_if(kDownloadSections, [this](const DownloadSection& section) {
+        return section.isAvailable() && bench_.*section.flag;
+    });
+    progress_.start(static_cast<int>(count), bench_.platform.clock.now());
+    retriesBefore_ = comm_.retriesSoFar();
+    for (const DownloadSection& section : kDownloadSections) {
+        if (bench_.xfer_ok && bench_.*section.flag && !bench_.xfer_abort) runSection(section);
+    }
+    if (!anyFlag() || !bench_.xfer_ok || bench_.xfer_abort) return;
+    comm_.SendEE();
+    outcome_.committed = bench_.xfer_ok;
+}
+
+void frmDownload::runSection(const DownloadSection& section) {
+    const bool mayGo = !section.needsPager || (bench_.has_pager_block && bench_.pager_supported);
+    if (!section.isAvailable()) return;
+    Label2.caption = section.operation;
+    progress_.beginSection(std::string(section.operation));
+    noteProgress();
+    if (mayGo) section.routine(bench_, comm_);
+    if (section.bringsUnits) bench_.dl_egus = true;
+}
+
+void frmDownload::finish() {
+    outcome_.reason = bench_.xfer_abort ? bench_.xfer_abort_reason : "";
+    bench_.bytes_sent = bench_.bytes_total;
+    Label7.caption = "100%";
+    if (!bench_.xfer_abort) update_progress_picture();
+    comm_.Close_Comm_Port();
+    window_.enableCommand1(true);
+    window_.refreshGrid();
+    bench_.platform.formHost.hide(*this);
+    bench_.in_download = false;
+    bench_.xfer_abort = false;
+    Download.enabled = true;
+    bench_.platform.formHost.unload(*this);
+}
+
+void frmDownload::Cancel_Click() {
+    if (bench_.in_download) {
+        bench_.xfer_abort = true;
+        bench_.xfer_abort_reason = kCancelReason;
+        return;
+    }
+    window_.enableCommand1(true);
+    bench_.platform.formHost.unload(*this);
+}
+
+/// A window that closes in the midst of a download cancels it, and goes when the section has noticed.
+bool frmDownload::queryUnload(UnloadMode mode) {
+    if (mode == UnloadMode::ByCode) return true;
+    window_.enableCommand1(true);
+    if (!bench_.in_download) return true;
+    Cancel_Click();
+    return false;
+}
+
+void frmDownload::unload() {
+    comm_.showBytesSent = [] {};
+    comm_.Close_Comm_Port();
+}
+
+// --- the progress ---
+
+void frmDownload::showBytes() {
+    Label5.caption = joined(bench_.bytes_sent);
+    update_progress_picture();
+    noteProgress();
+}
+
+void frmDownload::noteProgress() {
+    progress_.count(bench_.bytes_sent, bench_.bytes_total, bench_.platform.clock.now());
+    progress_.setRetries(comm_.retriesSoFar() - retriesBefore_);
+    bench_.platform.formHost.refresh(*this);
+    onProgress();
+}
+
+void frmDownload::update_progress_picture() {
+    bench_.bytes_total = bench_.bytes_total == 0 ? 1 : bench_.bytes_total;
+    // The estimate need not be exact: this is what keeps the bar inside its box.
+    bench_.bytes_sent = std::min(bench_.bytes_sent, bench_.bytes_total);
+    const double fraction = static_cast<double>(bench_.bytes_sent) / bench_.bytes_total;
+    Label7.caption = joined(static_cast<std::int32_t>(fraction * 100)) + "%";
+    turnColourWheel();
+    colr = blue * 65536 + green * 256 + red;
+    Progress = {.width = fraction * ProgressPicture::kWidth, .colour = colr};
+}
+
+void frmDownload::turnColourWheel() {
+    const auto step = [](std::int32_t& colour, std::int16_t rises) {
+        if (rises == 1 && colour < 255) {
+            ++colour;
+        } else if (rises == 0 && colour > 0) {
+            --colour;
+        }
+    };
+    step(red, reddir);
+    step(green, greendir);
+    step(blue, bluedir);
+    const auto is = [](std::int32_t colour, std::int16_t direction, std::int32_t value, std::int16_t rises) {
+        return colour == value && direction == rises;
+    };
+    // In this order: a rule may set what the next one asks for.
+    if (red == 255) {
+        if (reddir == 1 && is(green, greendir, 0, 0) && is(blue, bluedir, 0, 0)) greendir = 1;
+        if (reddir == 1 && is(green, greendir, 255, 1) && is(blue, bluedir, 0, 0)) reddir = 0;
+    }
+    if (red == 0) {
+        if (reddir == 0 && is(green, greendir, 255, 1) && is(blue, bluedir, 0, 0)) bluedir = 1;
+        if (reddir == 0 && is(green, greendir, 255, 1) && is(blue, bluedir, 255, 1)) greendir = 0;
+        if (reddir == 0 && is(green, greendir, 0, 0) && is(blue, bluedir, 255, 1)) reddir = 1;
+    }
+    if (is(red, reddir, 255, 1) && is(green, greendir, 0, 0) && is(blue, bluedir, 255, 1)) bluedir = 0;
+}
+
+}  // namespace qrv

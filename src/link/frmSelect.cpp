@@ -1,0 +1,40 @@
+#include "link/frmSelect.h"
+
+#include "link/DownloadSections.h"
+#include "link/frmDownload.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+frmSelect::frmSelect(Workbench& bench, const TransferWindow& window)
+    : Form("frmSelect", "Download Selector"), bench_(bench), window_(window) {
+    for (const DownloadSection& section : kDownloadSections) (this->*section.box).enabled = section.isAvailable();
+}
+
+void frmSelect::load() {
+    setAll(false);
+    Command1.enabled = true;
+}
+
+/// A box that is disabled stays clear.
+void frmSelect::setAll(bool value) {
+    for (Choice* box : boxes()) box->value = value && box->enabled;
+}
+
+void frmSelect::Command1_Click() {
+    Command1.enabled = false;
+    if (download_ != nullptr) bench_.platform.formHost.showModal(*download_);
+    bench_.platform.formHost.unload(*this);
+}
+
+void frmSelect::Command2_Click() {
+    window_.enableCommand1(true);
+    bench_.platform.formHost.unload(*this);
+}
+
+bool frmSelect::queryUnload(UnloadMode mode) {
+    if (mode == UnloadMode::ByUser) window_.enableCommand1(true);
+    return true;
+}
+
+}  // namespace qrv

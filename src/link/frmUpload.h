@@ -1,0 +1,106 @@
+// An upload: a controller's configuration into the open one, with a log of every exchange. One that fails or is
+// cancelled gives the file back as it was last saved.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "link/TransferProgress.h"
+#include "link/TransferWindow.h"
+#include "platform/Controls.h"
+#include "platform/FormHost.h"
+
+namespace qrv {
+
+class frmComm;
+struct UploadSection;
+struct Workbench;
+
+/// How an upload ended.
+struct UploadOutcome {
+    bool complete = false;
+    std::string reason;  ///< which place raised `xfer_abort`; "" where none did
+};
+
+class frmUpload final : public Form {
+ public:
+    /// @param logFolder  where the log goes
+    frmUpload(Workbench& bench, frmComm& comm, const TransferWindow& window, std::string logFolder);
+
+    Label Label5{.caption = "Select Items To Upload"};
+    Choice Blocks{.caption = "Blocks"};
+    Choice Modbus{.caption = "Modbus Registers + Coils"};
+    Choice Alarms{.caption = "Alarms"};
+    Choice Pager{.caption = "Pager Information"};
+    Choice Egus{.caption = "Engineering Units"};
+    Choice Charts{.caption = "Charts"};
+    Choice Menus{.caption = "Menus + Screens"};
+    Button btnAll{.caption = "Select All"};
+    Button btnNone{.caption = "Select None"};
+    Button Continue{.caption = "Continue"};
+    Button Cancel{.caption = "Cancel"};
+    // Hidden until the upload starts.
+    Label Uploading{.caption = "Uploading. . .", .visible = false};
+    Label Section{.visible = false};
+    Label BytesRecLbl{.caption = "Bytes Received:", .visible = false};
+    Label BytesReceived{.visible = false};
+
+    /// The load failed, or the user thought better of it: the form leaves at its activation.
+    bool quit_now = false;
+
+    /// The boxes in the window's order.
+    [[nodiscard]] std::array<Choice*, 7> boxes() { return {&Blocks, &Modbus, &Alarms, &Pager, &Egus, &Charts, &Menus}; }
+
+    void load() override;
+    void activate() override;
+    void btnAll_Click() { setAll(true); }
+    void btnNone_Click() { setAll(false); }
+    void Continue_Click();
+    void Cancel_Click();
+    bool queryUnload(UnloadMode mode) override;
+    void unload() override;
+
+    // --- beside the window ---
+    [[nodiscard]] const UploadOutcome& outcome() const { return outcome_; }
+    [[nodiscard]] const TransferProgress& progress() const { return progress_; }
+    /// After each count of received bytes, and at each section's beginning.
+    std::function<void()> onProgress = [] {};
+
+ private:
+    void setAll(bool value);
+    void showProgressControls(bool visible);
+    void reachController();
+    void readVersion();
+    void askToOverwrite();
+    void begin();
+    void runSections();
+    void runSection(const UploadSection& section);
+    void end();
+    void revert();
+    void noteProgress();
+
+    Workbench& bench_;
+    frmComm& comm_;
+    const TransferWindow& window_;
+    std::string logFolder_;
+    UploadOutcome outcome_;
+    TransferProgress progress_;
+    std::int32_t retriesBefore_ = 0;
+};
+
+/// One row of an upload's order.
+struct UploadSection {
+    using Routine = void (*)(Workbench& bench, frmComm& comm);
+
+    std::string_view word;  ///< how a command line names it
+    Choice frmUpload::*box;
+    std::string_view shown;
+    Routine routine;  ///< null: this program can't read the section yet
+    float leastFirmware = 0;
+
+    [[nodiscard]] constexpr bool isAvailable() const { return routine != nullptr; }
+};
+
+}  // namespace qrv

@@ -1,0 +1,257 @@
+#include "link/upLoadBlocks.h"
+
+#include <algorithm>
+#include <string>
+
+#include "blocks/BlockNumbers.h"
+#include "blocks/BlockProgram.h"
+#include "blocks/Boards.h"
+#include "blocks/ParameterScale.h"
+#include "link/BlockLayout.h"
+#include "link/UploadHeadings.h"
+#include "link/frmComm.h"
+#include "platform/MessageBox.h"
+#include "platform/Numerals.h"
+#include "platform/RunTimeError.h"
+#include "store/KnownFunctions.h"
+#include "store/Workbench.h"
+
+namespace qrv {
+
+namespace {
+
+constexpr std::int16_t kRecordsPerRead = 15;
+constexpr std::int16_t kTableRead = kRecordsPerRead * kBlockRecordLength;
+constexpr std::int16_t kTableReads = kBlockCount / kRecordsPerRead;
+static_assert(kTableReads * kRecordsPerRead == kBlockCount);
+
+constexpr std::int16_t kStringRead = 20;
+constexpr std::int16_t kLastStringOffset = 24576;
+constexpr std::int16_t kTextStart = kDataStart + kStringHead;
+constexpr std::int16_t kTextEnd = kDataStart + kStringRead;
+constexpr std::uint8_t kNoRecord = 255;
+
+// In the catalogue: parameters that are the first two bytes of their slot.
+constexpr std::int16_t kShortNumber = 2;
+constexpr std::int16_t kReference = 4;
+
+/// Two boards have the same function; one uses eight blocks and the other five, so this one tells them apart.
+constexpr std::int16_t kSixthOutput = 6;
+
+class BlockUpload {
+ public:
+    BlockUpload(Workbench& bench, frmComm& comm) : bench_(bench), db_(bench.db), comm_(comm) {}
+
+    void run() {
+        heading(uploadlog::kBlocks);
+        comm_.Open_Comm_Port();
+        if (!comm_.port_is_open) {
+            // The last transaction went well, but this section didn't.
+            bench_.xfer_ok = false;
+            return;
+        }
+        if (!poll() || !readTable()) return;
+        heading(uploadlog::kConstants);
+        readConstants();
+        heading(uploadlog::kStringParams);
+        if (!readStrings()) return;
+        storeSlots();
+        comm_.Close_Comm_Port();
+    }
+
+ private:
+    void heading(std::string_view text) {
+        comm_.printLine(uploadlog::kRule);
+        comm_.printLine(text);
+        comm_.printLine(uploadlog::kRule);
+    }
+    bool fail() {
+        comm_.Close_Comm_Port();
+        comm_.AbortUpload("Bad Response");
+        return false;
+    }
+    [[nodiscard]] std::uint8_t byteAt(int index) const {
+        if (static_cast<std::size_t>(index) >= bench_.rcv_bfr.size()) {
+            throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+        }
+        return bench_.rcv_bfr[static_cast<std::size_t>(index)];
+    }
+
+    bool poll();
+    bool read(Section section, std::int16_t count, std::int16_t offset);
+    bool readTable();
+    void readConstants();
+    void readConstantsOf(std::int16_t block);
+    void readParameter(std::int16_t block, std::int16_t slot, std::int32_t number);
+    void storeConstant(std::int32_t value);
+    bool readStrings();
+    void takeString();
+    void storeSlots();
+    [[nodiscard]] std::string boardAt(std::int16_t firstBlock);
+    [[nodiscard]] std::int16_t functionAt(std::int16_t block);
+
+    Workbench& bench_;
+    db1& db_;
+    frmComm& comm_;
+};
+
+bool BlockUpload::poll() {
+    comm_.poll_qrm3();
+    if (bench_.xfer_ok) return true;
+    bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
+    return fail();
+}
+
+/// One logged exchange, its offset's line aside. False: it failed, and that was told.
+bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset) {
+    const auto expected = static_cast<std::int16_t>(count + kAroundData);
+    comm_.put_read(section, count, offset);
+    comm_.PrintXmitBuffer(kReadRequest);
+    comm_.send_and_get(kReadRequest, expected);
+    comm_.PrintRcvBuffer(expected);
+    comm_.PrintRetries();
+    comm_.printLine(uploadlog::kEmpty);
+    return bench_.xfer_ok || fail();
+}
+
+bool BlockUpload::readTable() {
+    std::int16_t block = 0;
+    for (std::int16_t i = 0; i < kTableReads; ++i) {
+        const auto offset = static_cast<std::int16_t>(i * kTableRead);
+        comm_.printLine("Offset:" + printed(offset));
+        if (!read(Section::BlockTableBack, kTableRead, offset)) return false;
+        for (int record = 0; record < kRecordsPerRead; ++record) {
+            const std::uint8_t function = byteAt(kDataStart + record * kBlockRecordLength + kFunctionInRecord);
+            assign_block_function(bench_, block++, function);
+        }
+    }
+    return true;
+}
+
+/// Neither this first read nor the later ones are asked whether they went well: only the log can tell.
+void BlockUpload::readConstants() {
+    comm_.put_read(Section::Constants, kConstantsFrame, 0);
+    comm_.PrintXmitBuffer(kReadRequest);
+    comm_.send_and_get(kReadRequest, kConstantsFrame + kAroundData);
+    comm_.PrintRcvBuffer(kConstantsFrame + kAroundData);
+    comm_.PrintRetries();
+    comm_.constant_offset = kConstantsFrame;
+    comm_.constant_index = 0;
+    db_.FuncSetIndex("FN");
+    for (std::int16_t block = 0; block < kBlockCount; ++block) readConstantsOf(block);
+}
+
+void BlockUpload::readConstantsOf(std::int16_t block) {
+    comm_.printLine("Block: " + printed(block));
+    db_.FuncSeekI(bench_.FnOfBlock[static_cast<std::size_t>(block)]);
+    std::int16_t slot = 0;
+    std::int16_t value = 0;
+    for (std::int16_t i = 0; i < db_.FuncInputs(); ++i) {
+        db_.ConstantSeek(block, slot++);
+        comm_.get_integer_constant(value);
+        storeConstant(value);
+    }
+    for (std::int32_t number = 1; number <= db_.FuncParams(); ++number) readParameter(block, slot++, number);
+    for (std::int16_t i = 0; i < db_.FuncHidden(); ++i) {
+        db_.ConstantSeek(block, slot++);
+        comm_.get_no_constant(value);
+        storeConstant(value);
+    }
+}
+
+void BlockUpload::readParameter(std::int16_t block, std::int16_t slot, std::int32_t number) {
+    db_.ConstantSeek(block, slot);
+    db_.ParamSeek(db_.FuncFN(), number);
+    const std::int16_t type = db_.ParamType();
+    if (type == kShortNumber || type == kReference) {
+        std::int16_t value = 0;
+        comm_.get_integer_constant(value);
+        storeConstant(value);
+        return;
+    }
+    std::int32_t value = 0;
+    comm_.get_long_constant(value);
+    storeConstant(value);
+}
+
+void BlockUpload::storeConstant(std::int32_t value) {
+    db_.ConstantEdit();
+    db_.ConstantValue(value);
+    db_.ConstantUpdate();
+}
+
+bool BlockUpload::readStrings() {
+    for (std::int16_t offset = kStringsStart; offset <= kLastStringOffset; offset += kStringRead) {
+        comm_.printLine("Offset: " + printed(offset));
+        if (!read(Section::Constants, kStringRead, offset)) return false;
+        // The end's mark ends nothing: it is no record, and what lies behind it is read all the same.
+        if (byteAt(kDataStart) < kNoRecord) takeString();
+    }
+    return true;
+}
+
+void BlockUpload::takeString() {
+    const int block = byteAt(kDataStart) * 256 + byteAt(kDataStart + 1);
+    const std::int32_t number = byteAt(kDataStart + 2);
+    std::string text;
+    for (int index = kTextStart; index < kTextEnd; ++index) {
+        const std::uint8_t byte = byteAt(index);
+        if (byte > 31 && byte < 127) text.push_back(static_cast<char>(byte));
+    }
+    // Records of other lengths than this reading's steps give what looks like a block and is none.
+    if (block > kLastBlock) return;
+    db_.FuncSeekI(bench_.FnOfBlock[static_cast<std::size_t>(block)]);
+    db_.ParamSeek(db_.FuncFN(), number);
+    if (db_.ParamNoMatch() || db_.ParamType() != kStringParameter) return;
+    const std::int32_t offset = number + db_.FuncInputs() - 1;
+    db_.ParmstrAddNew();
+    db_.ParmstrBlockNumber(block);
+    db_.ParmstrOffset(offset);
+    db_.ParmstrStr(text);
+    db_.ParmstrUpdate();
+}
+
+std::int16_t BlockUpload::functionAt(std::int16_t block) {
+    db_.BlockSeek(block);
+    return db_.BlockFn();
+}
+
+/// The board whose function stands on a slot's first block.
+std::string BlockUpload::boardAt(std::int16_t firstBlock) {
+    const std::int16_t function = functionAt(firstBlock);
+    const auto* known = std::ranges::find(kNumberedBoardFunctions, function, &BoardFunction::number);
+    if (known == kNumberedBoardFunctions.end()) return {};
+    const Board* found = nullptr;
+    for (const Board& board : kBoards) {
+        if (board.function != known->name) continue;
+        const bool hasSixth = board.blockCount > kSixthOutput;
+        const bool isOnlyOne = std::ranges::count(kBoards, known->name, &Board::function) == 1;
+        if (isOnlyOne) return std::string(board.text);
+        const auto sixth = static_cast<std::int16_t>(firstBlock + kSixthOutput);
+        if (hasSixth == (functionAt(sixth) == function)) found = &board;
+    }
+    return found == nullptr ? std::string{} : std::string(found->text);
+}
+
+void BlockUpload::storeSlots() {
+    db_.SlotMoveFirst();
+    for (std::int16_t slot = 1; slot < kSlotCount; ++slot) {
+        db_.SlotMoveNext();
+        const std::string text = boardAt(firstBlockOf(slot));
+        db_.SlotEdit();
+        db_.SlotDescription(text);
+        db_.SlotUpdate();
+    }
+}
+
+}  // namespace
+
+void upLoadBlocks(Workbench& bench, frmComm& comm) {
+    // A reply that is too short, or a program that doesn't fit the catalogue, ends the upload and not the program.
+    const bool ran = ignoringErrors([&] { BlockUpload(bench, comm).run(); });
+    if (ran) return;
+    comm.Close_Comm_Port();
+    comm.AbortUpload("Runtime Error");
+}
+
+}  // namespace qrv

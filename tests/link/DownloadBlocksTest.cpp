@@ -1,0 +1,188 @@
+// The frames of a block program, written by hand from the layouts.
+#include "link/DownloadBlocks.h"
+
+#include <gtest/gtest.h>
+
+#include "TransferRig.h"
+
+namespace qrv::test {
+
+namespace {
+
+/// Records of functions as the shipped catalogue sizes them are asked of the catalogue itself: the addresses are sums
+/// that the test makes anew.
+struct DownloadBlocksTest : testing::Test {
+    TransferRig rig;
+
+    void send() {
+        rig.comm.Open_Comm_Port();
+        rig.record.sends.clear();
+        rig.bench.xfer_abort = false;
+        DownloadBlocks(rig.bench, rig.comm);
+    }
+    [[nodiscard]] const Bytes& tableFrame(int i) const { return rig.record.sends.at(static_cast<std::size_t>(i)); }
+    [[nodiscard]] const Bytes& constantsFrame(int i) const { return tableFrame(141 + i); }
+    [[nodiscard]] const Bytes& stringFrame(int i) const { return tableFrame(141 + 176 + i); }
+};
+
+Bytes bytesAt(const Bytes& frame, std::size_t from, std::size_t count) {
+    const auto start = frame.begin() + static_cast<std::ptrdiff_t>(from);
+    return {start, start + static_cast<std::ptrdiff_t>(count)};
+}
+
+}  // namespace
+
+TEST_F(DownloadBlocksTest, ANewFileIsTableConstantsAndTheEndOfTheStrings) {
+    send();
+    EXPECT_TRUE(rig.bench.xfer_ok);
+    EXPECT_FALSE(rig.bench.xfer_abort);
+    ASSERT_EQ(rig.record.sends.size(), 141U + 176U + 1U);
+    EXPECT_EQ(stringFrame(0), (Bytes{0x02, 0x03, 0x02, 0x58, 0x00, 0xFF, 0xFF, 0xFD, 0xA2}));
+}
+
+TEST_F(DownloadBlocksTest, TableFramesGoUpByFiftyBytes) {
+    send();
+    EXPECT_EQ(bytesAt(tableFrame(0), 0, 5), (Bytes{2, 1, 50, 0, 0}));
+    EXPECT_EQ(bytesAt(tableFrame(1), 0, 5), (Bytes{2, 1, 50, 0, 50}));
+    EXPECT_EQ(bytesAt(tableFrame(140), 0, 5), (Bytes{2, 1, 50, 0x1B, 0x58}));  // 7000
+    for (int i = 0; i < 141; ++i) EXPECT_EQ(tableFrame(i).size(), 57U);
+}
+
+TEST_F(DownloadBlocksTest, ConstantsFramesGoUpTo22400) {
+    send();
+    EXPECT_EQ(bytesAt(constantsFrame(0), 0, 5), (Bytes{2, 3, 128, 0, 0}));
+    EXPECT_EQ(bytesAt(constantsFrame(175), 0, 5), (Bytes{2, 3, 128, 0x57, 0x80}));
+    for (int i = 0; i < 176; ++i) EXPECT_EQ(constantsFrame(i).size(), 135U);
+}
+
+TEST_F(DownloadBlocksTest, ARecordTellsWhereTheBlocksBeforeItEnd) {
+    db1& db = rig.bench.db;
+    rig.place(4, "PID");
+    rig.place(5, "PID");
+    db.FuncSetIndex("Fname");
+    db.FuncSeekS("PID");
+    const auto fn = static_cast<std::uint8_t>(db.FuncFN());
+    const int ram = db.FuncIcycle();
+    const int slots = db.FuncInputs() + db.FuncParams() + db.FuncHidden();
+    const int retentive = db.FuncVolRam();
+    const auto type = static_cast<std::uint8_t>(db.FuncFtype());
+    ASSERT_GT(slots, 0);
+    int before[3] = {0, 0, 0};
+    db.FuncSetIndex("FN");
+    for (const int function : {0, 1, 90, 91}) {
+        db.FuncSeekI(function);
+        before[0] += db.FuncIcycle();
+        before[1] += db.FuncInputs() + db.FuncParams() + db.FuncHidden();
+        before[2] += db.FuncVolRam();
+    }
+    EXPECT_EQ(before[1], 0) << "blocks 0 to 3 have no constants in a new file";
+    send();
+    const auto word = [](int value) {
+        return Bytes{static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
+    };
+    const auto record = [&](int temporary, int constant, int volatileRam) {
+        Bytes bytes{0, fn};
+        for (const int value : {temporary, constant, volatileRam}) {
+            const Bytes both = word(value);
+            bytes.insert(bytes.end(), both.begin(), both.end());
+        }
+        bytes.push_back(type);
+        bytes.push_back(0);
+        return bytes;
+    };
+    EXPECT_EQ(bytesAt(tableFrame(0), 5 + 40, 10), record(before[0], 0, before[2]));
+    EXPECT_EQ(bytesAt(tableFrame(1), 5, 10), record(before[0] + ram, slots, before[2] + retentive));
+}
+
+TEST_F(DownloadBlocksTest, InputsGoInTheHighHalfAndNegativeOnesAsTheirSixteenBits) {
+    rig.place(4, "PID");
+    rig.setConstant(4, 0, 704);
+    rig.setConstant(4, 1, -31742);  // bit 15, ordinal 1, block 2: 8402
+    send();
+    EXPECT_EQ(bytesAt(constantsFrame(0), 5, 8), (Bytes{0x02, 0xC0, 0, 0, 0x84, 0x02, 0, 0}));
+}
+
+TEST_F(DownloadBlocksTest, AnInputBeyondSixteenBitsIsAnOverflow) {
+    rig.place(4, "PID");
+    rig.setConstant(4, 0, 32768);
+    EXPECT_THROW(send(), RunTimeError);
+}
+
+TEST_F(DownloadBlocksTest, ARowTooManyStopsAtTheNextBlock) {
+    rig.place(4, "PID");
+    rig.place(6, "PID");
+    rig.bench.db.BlockSeek(4);
+    rig.bench.db.BlockEdit();
+    rig.bench.db.BlockConstant(0);
+    rig.bench.db.BlockUpdate();
+    rig.boxes.expect(
+        {.text = "Block = 6\n Constant = 4\nDatabase Sync Error\nDOWNLOAD ABORTED", .icon = Icon::Warning});
+    send();
+    EXPECT_TRUE(rig.bench.xfer_abort);
+    EXPECT_EQ(rig.bench.xfer_abort_reason, "Form Comm Download blocks CloseIt");
+}
+
+TEST_F(DownloadBlocksTest, AFunctionThatTheCatalogueLacksStopsBeforeTheFirstFrame) {
+    int unknown = 0;
+    rig.bench.db.FuncSetIndex("FN");
+    do {
+        rig.bench.db.FuncSeekI(++unknown);
+    } while (!rig.bench.db.FuncNoMatch());
+    rig.bench.db.BlockSeek(10);
+    rig.bench.db.BlockEdit();
+    rig.bench.db.BlockFn(unknown);
+    rig.bench.db.BlockUpdate();
+    rig.boxes.expect("ERROR DOWNLOADING BLOCKS");
+    send();
+    EXPECT_TRUE(rig.record.sends.empty());
+    EXPECT_EQ(rig.bench.xfer_abort_reason, "Form Comm Download blocks fail");
+}
+
+TEST_F(DownloadBlocksTest, OneStringIsPaddedToAHundredRecords) {
+    db1& db = rig.bench.db;
+    rig.place(4, "SCHEDULE");
+    db.ParmstrMoveFirst();
+    ASSERT_FALSE(db.ParmstrEOF());
+    db.ParmstrEdit();
+    db.ParmstrStr("NIGHT");
+    db.ParmstrUpdate();
+    const int number = db.ParmstrOffset();
+    db.FuncSetIndex("Fname");
+    db.FuncSeekS("SCHEDULE");
+    const auto constant = static_cast<std::uint8_t>(number - db.FuncInputs() + 1);
+    send();
+    ASSERT_EQ(rig.record.sends.size(), 141U + 176U + 101U);
+    Bytes first{2, 3, 20, 0x58, 0x00, 0, 4, constant, 'N', 'I', 'G', 'H', 'T'};
+    first.resize(25, 0);
+    EXPECT_EQ(stringFrame(0), sealed(first));
+    Bytes unused{2, 3, 20, 0x58, 0x14, 0, 0, 0};
+    unused.resize(8 + 16, ' ');
+    unused.push_back(0);
+    EXPECT_EQ(stringFrame(1), sealed(unused));
+    EXPECT_EQ(stringFrame(100), sealed({2, 3, 2, 0x5F, 0xD0, 0xFF, 0xFF}));  // 22528 + 100 x 20
+}
+
+TEST_F(DownloadBlocksTest, AStaleStringEndsTheRecordsAndNotTheDownload) {
+    db1& db = rig.bench.db;
+    db.ParmstrAddNew();
+    db.ParmstrBlockNumber(9);
+    db.ParmstrOffset(3);
+    db.ParmstrStr("LEFT OVER");
+    db.ParmstrUpdate();
+    rig.boxes.expect("Block 9 has no string parameters");
+    send();
+    EXPECT_TRUE(rig.bench.xfer_ok);
+    EXPECT_FALSE(rig.bench.xfer_abort);
+    ASSERT_EQ(rig.record.sends.size(), 141U + 176U + 1U);
+    EXPECT_EQ(stringFrame(0), sealed({2, 3, 2, 0x58, 0, 0xFF, 0xFF}));
+}
+
+TEST_F(DownloadBlocksTest, AFrameOfConstantsIsSentTwentyTimesAtMost) {
+    rig.controller.play(SimFaultPlan::from("silence", 142));
+    rig.boxes.expect("Error Downloading Constant # 0");
+    send();
+    EXPECT_EQ(rig.record.sends.size(), 141U + 20U);
+    EXPECT_EQ(rig.bench.xfer_abort_reason, "Form Comm Download constant fail");
+}
+
+}  // namespace qrv::test
