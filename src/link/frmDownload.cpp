@@ -14,6 +14,8 @@ namespace qrv {
 namespace {
 
 constexpr std::chrono::milliseconds kPauseBeforeSections{50};
+/// The window shows the counts no more often: painting is dearer than a frame.
+constexpr std::chrono::milliseconds kShownEach{40};
 constexpr const char* kCancelReason = "Form Download Cancel Button Click";
 
 }  // namespace
@@ -145,7 +147,11 @@ void frmDownload::showBytes() {
 void frmDownload::noteProgress() {
     progress_.count(bench_.bytes_sent, bench_.bytes_total, bench_.platform.clock.now());
     progress_.setRetries(comm_.retriesSoFar() - retriesBefore_);
-    bench_.platform.formHost.refresh(*this);
+    const auto now = bench_.platform.clock.now();
+    if (now >= shownAt_ + kShownEach) {
+        shownAt_ = now;
+        bench_.platform.formHost.refresh(*this);
+    }
     onProgress();
 }
 

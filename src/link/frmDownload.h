@@ -99,6 +99,7 @@ class frmDownload final : public Form {
     DownloadOutcome outcome_;
     TransferProgress progress_;
     std::int32_t retriesBefore_ = 0;
+    Clock::TimePoint shownAt_{};
 };
 
 }  // namespace qrv

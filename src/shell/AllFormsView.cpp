@@ -8,7 +8,11 @@
 #include "link/MGridView.h"
 #include "link/MonitorView.h"
 #include "link/frmCommView.h"
+#include "link/frmDownloadView.h"
+#include "link/frmSelectView.h"
 #include "link/frmTagView.h"
+#include "link/frmUploadView.h"
+#include "link/frmWarnView.h"
 #include "platform/qt/DesktopHost.h"
 #include "shell/FrmAskView.h"
 #include "shell/FrmRecentView.h"
@@ -21,6 +25,9 @@ void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
     host.add("Form3", [&bench, extras](Form& form, DesktopHost& shower) -> FormView* {
         return new Form3View(static_cast<Form3&>(form), shower, bench, extras);
     });
+    host.add("frmDownload", [extras](Form& form, DesktopHost& shower) -> FormView* {
+        return new frmDownloadView(static_cast<frmDownload&>(form), shower, extras);
+    });
     host.add<FormCommentView, FormComment>("FormComment");
     host.add<FrmAskView, FrmAsk>("FrmAsk");
     host.add<FrmRecentView, FrmRecent>("FrmRecent");
@@ -31,8 +38,11 @@ void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
     host.add<frmBlockView, frmBlock>("frmBlock");
     host.add<frmCommView, frmComm>("frmComm");
     host.add<frmGeneralView, frmGeneral>("frmGeneral");
+    host.add<frmSelectView, frmSelect>("frmSelect");
     host.add<frmStartView, frmStart>("frmStart");
     host.add<frmTagView, frmTag>("frmTag");
+    host.add<frmUploadView, frmUpload>("frmUpload");
+    host.add<frmWarnView, frmWarn>("frmWarn");
     host.add<frmvgaView, frmvga>("frmvga");
 }
 

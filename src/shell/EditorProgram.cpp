@@ -1,5 +1,6 @@
 #include "shell/EditorProgram.h"
 
+#include "platform/Folders.h"
 #include "platform/FormHost.h"
 
 namespace qrv {
@@ -14,6 +15,10 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
       allOutputs(bench, comm, start.isClassic ? StaleMarks::Absent : StaleMarks::Shown),
       tagQuestion(bench),
       chosenOutputs(bench, comm, tagQuestion, start.isClassic ? StaleMarks::Absent : StaleMarks::Shown),
+      warn(bench, transferWindow),
+      select(bench, transferWindow),
+      download(bench, comm, select, transferWindow),
+      upload(bench, comm, transferWindow, temporaryFolder(systemEnvironment)),
       mainWindow(bench, {.start = splash, .ask = ask, .general = general, .about = about}, start.commandLine),
       recent(bench.platform.formHost, mainWindow.recentFiles, [this](int index) { mainWindow.GetRecentFile(index); }),
       ask(bench, recent),
@@ -24,6 +29,34 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
     mainWindow.provide("mnuViewAll", [this] { showInItsPlace(allOutputs); });
     mainWindow.provide("mnuViewSel", [this] { showInItsPlace(chosenOutputs); });
     mainWindow.blocks.setToolTips(!start.isClassic);
+    wireTransfer();
+}
+
+void EditorProgram::wireTransfer() {
+    select.continueWith(download);
+    transferWindow.enableCommand1 = [this](bool enabled) { mainWindow.Command1.enabled = enabled; };
+    transferWindow.refreshGrid = [this] { mainWindow.blocks.fill_grid1(); };
+    transferWindow.refreshAll = [this] {
+        mainWindow.caption = bench.TitleText;
+        mainWindow.blocks.fill_grid1();
+        mainWindow.blocks.fillIg();
+        mainWindow.SetReadOnly();
+    };
+    transferWindow.refreshSlots = [this] { general.showBoardTexts(); };
+    transferWindow.showGeneral = [this] {
+        general.loadBoardTexts();
+        bench.platform.formHost.showModal(general);
+    };
+    mainWindow.provide("mnuFileDownload", [this] { startDownload(); });
+    mainWindow.provide("mnuFileUpload", [this] { bench.platform.formHost.showModal(upload); });
+}
+
+void EditorProgram::startDownload() {
+    FormHost& host = bench.platform.formHost;
+    host.showModal(warn);
+    const bool cancelled = warn.cancelled;
+    host.unload(warn);
+    if (!cancelled) host.showModal(select);
 }
 
 void EditorProgram::showInItsPlace(Form& form) {

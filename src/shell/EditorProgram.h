@@ -8,8 +8,13 @@
 #include "blocks/frmGeneral.h"
 #include "link/MGrid.h"
 #include "link/Monitor.h"
+#include "link/TransferWindow.h"
 #include "link/frmComm.h"
+#include "link/frmDownload.h"
+#include "link/frmSelect.h"
 #include "link/frmTag.h"
+#include "link/frmUpload.h"
+#include "link/frmWarn.h"
 #include "platform/Platform.h"
 #include "shell/Form3.h"
 #include "shell/FrmAsk.h"
@@ -47,12 +52,20 @@ class EditorProgram {
     MGrid allOutputs;
     frmTag tagQuestion;
     Monitor chosenOutputs;
+    TransferWindow transferWindow;
+    frmWarn warn;
+    frmSelect select;
+    frmDownload download;
+    frmUpload upload;
     Form3 mainWindow;
     FrmRecent recent;
     FrmAsk ask;
     frmStart splash;
 
  private:
+    void wireTransfer();
+    /// The warning first, then the selection.
+    void startDownload();
     /// In the main window's place, until that form brings it back.
     void showInItsPlace(Form& form);
 };

@@ -20,7 +20,9 @@
 namespace qrv::test {
 
 struct TransferRig : LinkServices {
-    explicit TransferRig(SimSetup setup = {}) : controller(std::move(setup)) {
+    /// @param box  takes the boxes in the script's place; may be null
+    explicit TransferRig(SimSetup setup = {}, MessageBox* box = nullptr)
+        : controller(std::move(setup)), shownBox(box == nullptr ? static_cast<MessageBox&>(boxes) : *box) {
         pump.nextArrival = [this] { return port.isOpen() ? port.nextArrival() : std::nullopt; };
         comm.observe(&record);
         select.continueWith(download);
@@ -87,8 +89,9 @@ struct TransferRig : LinkServices {
     TemporaryFolder folder;
     SimulatedController controller;
     SimulatedPort port{controller, clock};
+    MessageBox& shownBox;
     Workbench bench{
-        platformWith(port),
+        Platform{shownBox, dialogs, host, settings, clock, pump, port},
         ProgramPlaces{.work = made("work"), .catalogue = QRV_CATALOGUE_FOLDER, .backups = folder.file("kept")}};
     TransferWindow window;
     frmComm comm{bench};

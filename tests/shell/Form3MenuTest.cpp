@@ -35,23 +35,31 @@ class Form3MenuTest : public testing::Test {
 };
 
 TEST_F(Form3MenuTest, EntriesWithoutAFormAreThereAndDisabled) {
-    for (const char* entry :
-         {"mnuFileUpload", "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
-          "mnuFileCompare", "mnuFileCheck", "mnuFilePrint", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart", "mnuEditEGU",
-          "mnuEditPager", "mnuEditLoop", "mnuEditPoll"}) {
+    for (const char* entry : {"mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect", "mnuFileCompare",
+                              "mnuFileCheck", "mnuFilePrint", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart",
+                              "mnuEditEGU", "mnuEditPager", "mnuEditLoop", "mnuEditPoll"}) {
         EXPECT_FALSE(run.isEnabled(entry)) << entry;
         EXPECT_TRUE(run.form3.menu.entry(entry).visible) << entry;
         run.form3.choose(entry);
     }
-    EXPECT_FALSE(run.form3.Command1.enabled);
 }
 
 TEST_F(Form3MenuTest, EntriesOfItsOwnAreEnabled) {
-    for (const char* entry :
-         {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuFileSaveAs", "mnuFormExit", "mnuEditCfg", "mnuEditBlk",
-          "mnuEditComments", "mnuEditComPort", "mnuViewAll", "mnuViewSel", "mnuAbout"}) {
+    for (const char* entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuFileSaveAs", "mnuFormExit", "mnuEditCfg",
+                              "mnuEditBlk", "mnuEditComments", "mnuFileDownload", "mnuFileUpload", "mnuEditComPort",
+                              "mnuViewAll", "mnuViewSel", "mnuAbout"}) {
         EXPECT_TRUE(run.isEnabled(entry)) << entry;
     }
+    EXPECT_TRUE(run.form3.Command1.enabled);
+}
+
+TEST_F(Form3MenuTest, ADownloadWarnsFirstAndACancelEndsIt) {
+    run.host.onModal("frmWarn", [this](Form&) {
+        EXPECT_FALSE(run.form3.Command1.enabled);
+        run.program.warn.Command2_Click();
+    });
+    run.form3.choose("mnuFileDownload");
+    EXPECT_TRUE(run.form3.Command1.enabled);
 }
 
 TEST_F(Form3MenuTest, LiveViewsStandInTheMainWindowsPlace) {

@@ -33,7 +33,8 @@ std::unique_ptr<FormView> windowOf(ViewRig& rig, const std::string& name) {
     for (Form* form : std::initializer_list<Form*>{
              &program.splash, &program.mainWindow, &program.ask, &program.recent, &program.about, &program.general,
              &program.general.description, &program.blockQuestion, &program.comm, &program.allOutputs,
-             &program.chosenOutputs, &program.tagQuestion, &blocks.comment, &blocks.picker}) {
+             &program.chosenOutputs, &program.tagQuestion, &program.warn, &program.select, &program.download,
+             &program.upload, &blocks.comment, &blocks.picker}) {
         if (form->name() == name) return std::unique_ptr<FormView>(rig.host.makeView(*form));
     }
     return nullptr;
@@ -53,24 +54,34 @@ TEST_P(EveryWindow, HasItsControlsByName) {
 
 INSTANTIATE_TEST_SUITE_P(
     Forms, EveryWindow,
-    testing::Values(WindowRow{"frmStart", {"Image1", "lblTitle", "lblDescription", "lblVersion"}},
-                    WindowRow{"Form3",
-                              {"Grid1", "Ig", "fg2", "fg3", "List1", "List2", "Command1", "cmdViewAlarmInfo", "txtCmt",
-                               "Label1", "Label2", "Label3", "Label4", "Label5", "Label6", "Label7", "Label8", "Label9",
-                               "Label10"}},
-                    WindowRow{"MGrid", {"Grid2", "Command1", "Command2", "Command3", "mnuexit", "lblRate"}},
-                    WindowRow{"Monitor",
-                              {"Command1", "Command2", "Command3", "Command4", "Command5", "Command6", "munexit",
-                               "analog1", "analog25"}},
-                    WindowRow{"frmTag", {"Text1", "Text2", "Picture1", "Label3", "Command1"}},
-                    WindowRow{"FrmAsk", {"Frame1", "Option1", "Option2", "Option3", "Command1", "Command2"}},
-                    WindowRow{"FrmRecent", {"Command1", "Command2"}}, WindowRow{"frmAbout", {"lblVersion", "Command1"}},
-                    WindowRow{"frmGeneral",
-                              {"txtTitle", "txtCfg", "Text1", "fg", "Label1", "Label2", "Label3", "Label4", "mnuexit"}},
-                    WindowRow{"frmvga", {"txtCmt", "mnuexit"}}, WindowRow{"FormComment", {"Text1", "Text2", "mnuexit"}},
-                    WindowRow{"frmBlock", {"Combo1", "Text1", "Lab1", "Command1", "Command2"}},
-                    WindowRow{"frmAaboPick", {"List1", "List2"}},
-                    WindowRow{"frmComm", {"Combo1", "Combo2", "Combo3", "Label1", "Label2", "Label3", "mnuExit"}}),
+    testing::Values(
+        WindowRow{"frmStart", {"Image1", "lblTitle", "lblDescription", "lblVersion"}},
+        WindowRow{"Form3",
+                  {"Grid1", "Ig", "fg2", "fg3", "List1", "List2", "Command1", "cmdViewAlarmInfo", "txtCmt", "Label1",
+                   "Label2", "Label3", "Label4", "Label5", "Label6", "Label7", "Label8", "Label9", "Label10"}},
+        WindowRow{"MGrid", {"Grid2", "Command1", "Command2", "Command3", "mnuexit", "lblRate"}},
+        WindowRow{
+            "Monitor",
+            {"Command1", "Command2", "Command3", "Command4", "Command5", "Command6", "munexit", "analog1", "analog25"}},
+        WindowRow{"frmWarn", {"Label1", "Label9", "Command1", "Command2"}},
+        WindowRow{"frmSelect",
+                  {"Label1", "Blocks", "Alarms", "Pager", "Egus", "Modbus", "Menus", "Charts", "btnAll", "btnNone",
+                   "Command1", "Command2"}},
+        WindowRow{"frmDownload",
+                  {"Download", "Cancel", "Progress", "Label6", "Label7", "Label8", "VerNum", "Label3", "Label5",
+                   "Label1", "Label2", "progressSentence"}},
+        WindowRow{"frmUpload",
+                  {"Label5", "Blocks", "Modbus", "Alarms", "Pager", "Egus", "Charts", "Menus", "btnAll", "btnNone",
+                   "Continue", "Cancel", "Uploading", "Section", "BytesRecLbl", "BytesReceived"}},
+        WindowRow{"frmTag", {"Text1", "Text2", "Picture1", "Label3", "Command1"}},
+        WindowRow{"FrmAsk", {"Frame1", "Option1", "Option2", "Option3", "Command1", "Command2"}},
+        WindowRow{"FrmRecent", {"Command1", "Command2"}}, WindowRow{"frmAbout", {"lblVersion", "Command1"}},
+        WindowRow{"frmGeneral",
+                  {"txtTitle", "txtCfg", "Text1", "fg", "Label1", "Label2", "Label3", "Label4", "mnuexit"}},
+        WindowRow{"frmvga", {"txtCmt", "mnuexit"}}, WindowRow{"FormComment", {"Text1", "Text2", "mnuexit"}},
+        WindowRow{"frmBlock", {"Combo1", "Text1", "Lab1", "Command1", "Command2"}},
+        WindowRow{"frmAaboPick", {"List1", "List2"}},
+        WindowRow{"frmComm", {"Combo1", "Combo2", "Combo3", "Label1", "Label2", "Label3", "mnuExit"}}),
     [](const auto& row) { return row.param.form; });
 
 /// Widgets that take the keyboard and have no name to be read by.
