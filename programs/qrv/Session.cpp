@@ -30,6 +30,8 @@ void Session::close(Answer answer) {
 
 ConfigurationContent Session::contentOf(const std::string& path) {
     open(path);
+    // An upgraded file stays locked until its cursors are closed.
+    bench_.db.close_work_dbs();
     ConfigurationContent content = contentOfWorkFile(bench_.WorkFileName);
     close(Answer::No);
     return content;

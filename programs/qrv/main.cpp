@@ -53,7 +53,10 @@ ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
         return failure.code();
     } catch (const qrv::RunTimeError& error) {
         terminal.say("qrv: " + error.description());
-        return ExitCode::File;
+        // Sums and lengths overrun where a controller's answer is garbled or cut short; all else is about files.
+        const bool isOfLine =
+            error.number() == qrv::ErrorNumber::Overflow || error.number() == qrv::ErrorNumber::SubscriptOutOfRange;
+        return isOfLine ? ExitCode::Link : ExitCode::File;
     }
 }
 

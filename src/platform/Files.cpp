@@ -102,11 +102,12 @@ FileResult copyFile(const std::string& from, const std::string& to, Permissions 
     return replacement.commit(modeOfCopy(permissions, source.mode, replacement.targetMode()), durability);
 }
 
-FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes) {
+FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes, NewFile newFile) {
     Replacement replacement(path);
     if (FileResult fault = replacement.begin()) return fault;
     if (FileResult fault = replacement.write(bytes)) return fault;
-    return replacement.commit(replacement.targetMode().value_or(kPrivate), Durability::Flushed);
+    const mode_t modeOfNew = newFile == NewFile::Private ? kPrivate : modeOfNewFile(kPrivate);
+    return replacement.commit(replacement.targetMode().value_or(modeOfNew), Durability::Flushed);
 }
 
 FileContent readWhole(const std::string& path, std::size_t limit) {

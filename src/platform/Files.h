@@ -37,8 +37,11 @@ enum class Durability { Flushed, Unflushed };
 /// place.
 [[nodiscard]] FileResult copyFile(const std::string& from, const std::string& to, Permissions permissions,
                                   Durability durability = Durability::Flushed);
-/// The same with bytes at hand. A target that is there keeps its permission bits, a new one is private to the user.
-[[nodiscard]] FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes);
+/// Who may read a file that was not there before: its user alone, or whom the user's files are usually open to.
+enum class NewFile { Private, Usual };
+/// The same with bytes at hand. A target that is there keeps its permission bits.
+[[nodiscard]] FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes,
+                                          NewFile newFile = NewFile::Private);
 
 struct FileContent {
     std::string bytes;

@@ -48,8 +48,9 @@ void frmStart::load() {
 void frmStart::Timer1_Timer() {
     Timer1.enabled = false;
     FormHost& host = bench_.platform.formHost;
-    host.show(mainWindow_);
+    // Gone first: showing the main window runs its activation, and with it the start dialog.
     host.hide(*this);
+    host.show(mainWindow_);
 }
 
 void frmStart::ExitProgram() {

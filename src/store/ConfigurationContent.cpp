@@ -70,7 +70,7 @@ void makeConfigurationFile(const std::string& path, const ConfigurationContent& 
     for (const Table& table : configurationTables()) addTable(file, table);
     for (const TableContent& table : content.tables) addRows(file, *table.table, table.rows);
     transaction.commit();
-    if (const FileResult fault = writeWholeAtOnce(path, file.bytes())) {
+    if (const FileResult fault = writeWholeAtOnce(path, file.bytes(), NewFile::Usual)) {
         throw RunTimeError(ErrorNumber::PathAccessError, path + " could not be made: " + fault->text + ".");
     }
 }

@@ -115,7 +115,12 @@ void CloseConfiguration(Workbench& bench, Answer answer) {
     // A read-only file refuses the board texts; the other steps run all the same.
     ignoringErrors([&bench] { bench.windows.storeBoardTexts(); });
     if (bench.WorkFileName.empty()) return;
-    bench.db.close_work_dbs();
+    if (answer == Answer::Yes) {
+        bench.db.close_work_dbs();
+    } else {
+        // Work that is thrown away need not reach the disk.
+        ignoringErrors([&bench] { bench.db.close_work_dbs(); });
+    }
     FileResult written;
     const bool isKept =
         answer != Answer::Yes || bench.IsReadOnlyFile || storeWork(bench, bench.CurrentFileName, written);
@@ -178,6 +183,8 @@ SaveAsResult saveConfigurationAs(Workbench& bench) {
     if (written) {
         throw RunTimeError(ErrorNumber::PathAccessError, chosen + " could not be written: " + written->text + ".");
     }
+    // The attribute travels with the copy, onto a file that was there as well.
+    if (bench.IsReadOnlyFile) static_cast<void>(setReadOnly(chosen, true));
     bench.CurrentFileName = chosen;
     OpenConfiguration(bench, chosen);
     return SaveAsResult::Saved;

@@ -17,7 +17,7 @@ namespace qrv {
 void OpenConfiguration(Workbench& bench, const std::string& path);
 
 /// Closes the open configuration: board texts to the file, cursors closed; on Yes the work file replaces the user's
-/// file, whole or not at all; the work file is deleted in every case. Where the user's file could not be written, a
+/// file, whole or not at all; the work file is deleted. Where the user's file could not be written, a
 /// copy of the work stays in the folder for backups.
 void CloseConfiguration(Workbench& bench, Answer answer);
 

@@ -194,7 +194,12 @@ void db1::openModbus() {
 }
 
 void db1::close_work_dbs() {
-    settle();
+    try {
+        settle();
+    } catch (const RunTimeError&) {
+        discardWork();
+        throw;
+    }
     discardWork();
 }
 

@@ -46,6 +46,19 @@ TEST(qrv, LoadThenDumpIsIdentical) {
     EXPECT_EQ(dump.out, kSmallPlant);
 }
 
+TEST(qrv, DumpsAnOldFileThatLacksItsLaterTables) {
+    const QrvProgram qrv;
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    ASSERT_EQ(std::system(("sqlite3 '" + qrv.path("plant.qrv") +
+                           "' 'DROP TABLE Pager; DROP TABLE [Poll List]; DROP TABLE [mod comm]'")
+                              .c_str()),
+              0);
+    const ProgramRun dump = qrv.run("dump plant.qrv");
+    EXPECT_EQ(dump.exitCode, 0) << dump.err;
+    EXPECT_NE(dump.err.find("no pager table"), std::string::npos);
+    EXPECT_NE(dump.err.find("no poll list"), std::string::npos);
+}
+
 TEST(qrv, LoadsFromTheStandardInput) {
     const QrvProgram qrv;
     writeFile(qrv.path("plant.txt"), kSmallPlant);

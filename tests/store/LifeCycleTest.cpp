@@ -259,6 +259,32 @@ TEST(LifeCycle, SaveAsAsksAndOpensTheNewFile) {
     EXPECT_EQ(rig.workFiles().size(), 1U);
 }
 
+TEST(LifeCycle, SaveAsOfAReadOnlyFileIsReadOnlyOntoAnExistingFileToo) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    ASSERT_FALSE(setReadOnly(file, true));
+    OpenConfiguration(rig.bench, file);
+    const std::string target = rig.path("b.qrv");
+    writeText(target, "old");
+    rig.dialogs.answer(target);
+    rig.boxes.expect({.text = target + " already exists.\nDo you want to replace it?",
+                      .title = "Save AS",
+                      .buttons = Buttons::YesNo,
+                      .icon = Icon::Warning},
+                     Answer::Yes);
+    EXPECT_EQ(saveConfigurationAs(rig.bench), SaveAsResult::Saved);
+    EXPECT_TRUE(isReadOnly(target));
+    EXPECT_TRUE(rig.bench.IsReadOnlyFile);
+}
+
+TEST(LifeCycle, ANewFileIsAsOpenToOthersAsTheUsersFilesAre) {
+    Rig rig;
+    const mode_t before = umask(022);
+    rig.configuration("a.qrv");
+    umask(before);
+    EXPECT_EQ(modeOf(rig.path("a.qrv")), 0644U);
+}
+
 TEST(LifeCycle, SaveAsDoesNotWriteTheBoardTexts) {
     Rig rig;
     OpenConfiguration(rig.bench, rig.configuration("a.qrv"));

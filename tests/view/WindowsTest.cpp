@@ -227,6 +227,26 @@ TEST_F(Session, SourceWithMoreOutputsOpensThePicker) {
     EXPECT_FALSE(grid("fg2").isEditing());
 }
 
+// A click into the other grid ends an edit, and moves the selection of the grid that was left: the value must be where
+// it was typed by then.
+TEST_F(Session, AnEditLeftForTheOtherGridBelongsToItsOwnRow) {
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+    list->setCurrentItem(list->findItems(QStringLiteral("PID"), Qt::MatchFixedString).first());
+    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    ViewRig::choose(rig.mainView(), "mnuEditBlk");
+    const QString action = grid("fg3").model()->index(0, 0).data().toString();
+    ViewRig::clickCell(grid("fg3"), 2, 1);
+    QTest::keyClicks(&grid("fg3"), "7");
+    ASSERT_TRUE(grid("fg3").isEditing());
+    ViewRig::clickCell(grid("fg2"), 3, 1);
+    EXPECT_EQ(grid("fg3").model()->index(1, 0).data().toString(), "7.000");
+    EXPECT_EQ(grid("fg3").model()->index(0, 0).data().toString(), action);
+    db1& db = rig.program.bench.db;
+    db.ConstantSeek(10, 5);  // behind four inputs, the second parameter
+    EXPECT_EQ(db.ConstantValue(), 7000);
+}
+
 TEST_F(Session, F6GoesToTheNextBlockFromTheParameters) {
     ViewRig::clickCell(grid("Grid1"), 1, 1);
     grid("fg3").setFocus();

@@ -204,7 +204,13 @@ QAbstractButton* FormView::addCheck(const QString& name, Choice& source, const E
 GridView* FormView::addGrid(Grid& source) {
     auto* grid = new GridView(source, this);
     grids_.push_back(grid);
-    grid->setRunner([this](const Event& event) { perform(event); });
+    // What is being typed into another grid goes first, while that grid's selection is still on its cell.
+    grid->setRunner([this, grid](const Event& event) {
+        for (GridView* each : grids_) {
+            if (each != grid && !each->finishEdit()) return;
+        }
+        perform(event);
+    });
     grid->setAfterKey([this] {
         for (GridView* each : grids_) each->reveal();
     });
