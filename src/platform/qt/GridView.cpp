@@ -129,7 +129,7 @@ void GridView::refresh() {
         shownTopRow_ = grid_->topRow();
         scrollTo(model_->indexOf(shownTopRow_, grid_->fixedCols()), QAbstractItemView::PositionAtTop);
     }
-    if (editor_ && !committing_ && !grid_->editing()) closeEditor();
+    if (editor_ && !committing_ && !grid_->editing()) removeEditor();
 }
 
 void GridView::followSelection() {
@@ -218,7 +218,7 @@ QSize GridView::minimumSizeHint() const {
 }
 
 void GridView::detach() {
-    closeEditor();
+    removeEditor();
     following_ = true;
     model_->detach();
     grid_ = nullptr;

@@ -84,7 +84,7 @@ class GridView : public QTableView {
     QWidget* makeDropDown(const std::optional<QString>& typed);
     QWidget* makeLine(const std::optional<QString>& typed);
     void placeEditor();
-    void closeEditor();
+    void removeEditor();
     void giveUpEdit();
     [[nodiscard]] QString editorText() const;
     void tick();

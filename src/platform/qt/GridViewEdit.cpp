@@ -83,7 +83,7 @@ bool GridView::finishEdit() {
     if (!editor_) return true;
     if (done) {
         const bool hadFocus = editor_->hasFocus() || !window()->focusWidget() || window()->focusWidget() == editor_;
-        closeEditor();
+        removeEditor();
         if (hadFocus) setFocus(Qt::OtherFocusReason);
         return true;
     }
@@ -96,11 +96,11 @@ void GridView::giveUpEdit() {
     committing_ = true;
     run([this] { grid_->cancelEdit(); });
     committing_ = false;
-    closeEditor();
+    removeEditor();
     setFocus(Qt::OtherFocusReason);
 }
 
-void GridView::closeEditor() {
+void GridView::removeEditor() {
     if (!editor_) return;
     QWidget* old = editor_;
     editor_ = nullptr;
