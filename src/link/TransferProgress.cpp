@@ -13,7 +13,7 @@ std::optional<std::chrono::seconds> TransferProgress::timeLeft() const {
     if (bytes_ <= 0 || total_ <= 0) return std::nullopt;
     const double passed = std::chrono::duration<double>(now_ - started_).count();
     const double left = passed * std::max(0, total_ - bytes_) / bytes_;
-    return std::chrono::seconds(static_cast<std::int64_t>(left + 0.5));
+    return std::chrono::round<std::chrono::seconds>(std::chrono::duration<double>(left));
 }
 
 int TransferProgress::percent() const {
