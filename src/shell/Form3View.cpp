@@ -119,9 +119,9 @@ QWidget* Form3View::makeMaps() {
     QLabel* map = addLabel(QStringLiteral("Label6"), blocks_.Label6);
     map->setFont(theme::gridFont());
     column->addWidget(map);
-    QListWidget* slots_ = addList(QStringLiteral("List2"), blocks_.List2, [] {});
-    slots_->setAccessibleName(QStringLiteral("Slot descriptions"));
-    column->addWidget(slots_);
+    QListWidget* slotTexts = addList(QStringLiteral("List2"), blocks_.List2, [] {});
+    slotTexts->setAccessibleName(QStringLiteral("Slot descriptions"));
+    column->addWidget(slotTexts);
     column->addStretch(1);
     QPushButton* alarms = addButton(QStringLiteral("cmdViewAlarmInfo"), blocks_.cmdViewAlarmInfo,
                                     [this] { blocks_.cmdViewAlarmInfo_Click(); });
