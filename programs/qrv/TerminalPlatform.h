@@ -7,11 +7,10 @@
 
 #include "Terminal.h"
 #include "platform/Clock.h"
-#include "platform/FileDialog.h"
 #include "platform/FileSettings.h"
-#include "platform/FormHost.h"
 #include "platform/MessageBox.h"
 #include "platform/Platform.h"
+#include "platform/Unattended.h"
 #include "platform/posix/PollPump.h"
 #include "platform/posix/PosixSerialPort.h"
 #include "platform/posix/SerialPorts.h"
@@ -29,24 +28,6 @@ class TerminalBox final : public MessageBox {
     Terminal& terminal_;
 };
 
-/// Every file is named on the command line.
-class NoFileDialog final : public FileDialog {
- public:
-    std::string ask(const FileQuestion&) override { return {}; }
-};
-
-/// No form has a window here: what a form would show is the command's to tell.
-class NoFormHost final : public FormHost {
- public:
-    void showModal(Form&) override {}
-    void show(Form&) override {}
-    void hide(Form&) override {}
-    void unload(Form&) override {}
-    [[nodiscard]] bool isVisible(const Form&) const override { return false; }
-    void refresh(Form&) override {}
-    void endProgram(int) override {}
-};
-
 /// The settings are the user's own, shared with the desktop: the line to a controller and what its ports stand for.
 class TerminalPlatform {
  public:
@@ -61,8 +42,8 @@ class TerminalPlatform {
 
  private:
     TerminalBox box_;
-    NoFileDialog fileDialog_;
-    NoFormHost formHost_;
+    NoFileDialog fileDialog_;  // every file is named on the command line
+    NoFormHost formHost_;      // what a form would show is the command's to tell
     FileSettings settings_;
     SystemClock clock_;
     PollPump pump_;

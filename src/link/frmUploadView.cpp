@@ -10,19 +10,23 @@
 
 namespace qrv {
 
+namespace {
+
+constexpr const char* kBoxNames[] = {"Blocks", "Modbus", "Alarms", "Pager", "Egus", "Charts", "Menus"};
+
+}  // namespace
+
 frmUploadView::frmUploadView(frmUpload& form, DesktopHost& host) : FormView(form, host), form_(form) {
     QBoxLayout* body = makeBody();
     QLabel* heading = addLabel(QStringLiteral("Label5"), form.Label5);
     heading->setFont(theme::headingFont());
     body->addWidget(heading);
-    static constexpr const char* kNames[] = {"Blocks", "Modbus", "Alarms", "Pager", "Egus", "Charts", "Menus"};
-    for (std::size_t i = 0; Choice * box : form.boxes()) {
-        body->addWidget(addCheck(QString::fromLatin1(kNames[i++]), *box, [] {}));
-    }
-    auto* choose = new QHBoxLayout;
-    choose->addWidget(addButton(QStringLiteral("btnAll"), form.btnAll, [this] { form_.btnAll_Click(); }));
-    choose->addWidget(addButton(QStringLiteral("btnNone"), form.btnNone, [this] { form_.btnNone_Click(); }));
-    body->addLayout(choose);
+    addChoiceGroup(body, {.names = kBoxNames,
+                          .boxes = form.boxes(),
+                          .all = form.btnAll,
+                          .allClicked = [this] { form_.btnAll_Click(); },
+                          .none = form.btnNone,
+                          .noneClicked = [this] { form_.btnNone_Click(); }});
     auto* progress = new QGridLayout;
     progress->addWidget(addLabel(QStringLiteral("Uploading"), form.Uploading), 0, 0);
     progress->addWidget(addLabel(QStringLiteral("Section"), form.Section), 0, 1);

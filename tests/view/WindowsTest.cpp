@@ -155,6 +155,15 @@ TEST(Form3View, AdditionsAreAbsentInTheClassicLook) {
     }
 }
 
+TEST(frmDownloadView, ProgressSentenceIsAbsentInTheClassicLook) {
+    ViewRig modern;
+    ViewRig classic("", Extras::Absent);
+    EXPECT_NE(windowOf(modern, "frmDownload")->findChild<QObject*>("progressSentence"), nullptr);
+    const auto plain = windowOf(classic, "frmDownload");
+    EXPECT_EQ(plain->findChild<QObject*>("progressSentence"), nullptr);
+    EXPECT_NE(plain->findChild<QObject*>("Progress"), nullptr);
+}
+
 class Session : public testing::Test {
  protected:
     void SetUp() override { rig.startWithNewFile(); }

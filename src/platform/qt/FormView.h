@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,16 @@ class FormView : public QMainWindow {
     QComboBox* addDropDown(const QString& name, ListBox& source, const Event& chosen);
     QAbstractButton* addOption(const QString& name, Choice& source, const Event& clicked);
     QAbstractButton* addCheck(const QString& name, Choice& source, const Event& clicked);
+    /// What is to be chosen among: check boxes one below the other, and under them the buttons for all and none.
+    struct ChoiceGroup {
+        std::span<const char* const> names;  ///< the boxes', in their order
+        std::span<Choice* const> boxes;
+        const Button& all;
+        Event allClicked;
+        const Button& none;
+        Event noneClicked;
+    };
+    void addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group);
     GridView* addGrid(Grid& source);
     void addTimer(const Timer& source, const Event& tick);
     /// A menu entry that follows the form's; "-" is a separator.

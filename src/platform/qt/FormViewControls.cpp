@@ -1,5 +1,6 @@
 // The widgets of a FormView: each is made here, tied to its data, and shows it at every refresh.
 #include <QAction>
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -199,6 +200,16 @@ QAbstractButton* FormView::addOption(const QString& name, Choice& source, const 
 
 QAbstractButton* FormView::addCheck(const QString& name, Choice& source, const Event& clicked) {
     return tie(new QCheckBox(this), name, source, clicked);
+}
+
+void FormView::addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group) {
+    for (std::size_t i = 0; i < group.boxes.size(); ++i) {
+        body->addWidget(addCheck(QString::fromLatin1(group.names[i]), *group.boxes[i], [] {}));
+    }
+    auto* choose = new QHBoxLayout;
+    choose->addWidget(addButton(QStringLiteral("btnAll"), group.all, group.allClicked));
+    choose->addWidget(addButton(QStringLiteral("btnNone"), group.none, group.noneClicked));
+    body->addLayout(choose);
 }
 
 GridView* FormView::addGrid(Grid& source) {
