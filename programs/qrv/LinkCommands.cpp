@@ -8,11 +8,10 @@
 #include "Commands.h"
 #include "LinkSession.h"
 #include "Terminal.h"
-#include "link/ByteNumbers.h"
+#include "link/LiveOutputs.h"
 #include "platform/CodePage.h"
 #include "platform/FileSettings.h"
 #include "platform/Folders.h"
-#include "platform/Numerals.h"
 #include "platform/posix/SerialPorts.h"
 
 namespace qrv {
@@ -98,8 +97,7 @@ void version(Terminal& terminal, const LineOptions& options) {
     LinkSession session(terminal, options);
     session.connect();
     std::string text;
-    session.comm().get_version(text);
-    session.requireGood();
+    session.exchange([&](frmComm& comm) { comm.get_version(text); });
     terminal.write(shown(text) + "\n");
 }
 
@@ -120,22 +118,19 @@ BlockRecord blockRecord(LinkSession& session, std::int16_t block) {
 }
 
 void readBlock(Terminal& terminal, const LineOptions& options, std::int16_t block) {
-    constexpr std::uint8_t kAnalog = 1;
+    constexpr auto kAnalog = static_cast<std::uint8_t>(OutputKind::Analog);
     LinkSession session(terminal, options);
     session.connect();
     const BlockRecord record = blockRecord(session, block);
     if (record.function == kNop) {
         throw CommandFailure(ExitCode::Findings, "Block " + std::to_string(block) + " is empty and has no output.");
     }
+    const OutputKind kind = record.type == kAnalog ? OutputKind::Analog : OutputKind::Discrete;
     std::int32_t value = 0;
-    if (record.type == kAnalog) {
-        session.comm().get_analog(block, value);
-    } else {
-        session.comm().get_digital(block, value);
-    }
-    session.requireGood();
-    // An analog output comes as hundredths.
-    terminal.write((record.type == kAnalog ? formatScaled(value, 2, 2) : joined(value)) + "\n");
+    session.exchange([&](frmComm& comm) {
+        kind == OutputKind::Analog ? comm.get_analog(block, value) : comm.get_digital(block, value);
+    });
+    terminal.write(outputText(kind, value) + "\n");
 }
 
 std::string hexLine(std::size_t offset, std::span<const std::uint8_t> bytes) {

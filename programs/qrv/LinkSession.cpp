@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "link/CommSettings.h"
+#include "platform/RunTimeError.h"
 #include "platform/SerialPort.h"
 #include "platform/posix/SerialPorts.h"
 
@@ -94,15 +95,21 @@ std::string LinkSession::lineName() const {
 void LinkSession::connect() {
     comm_.Open_Comm_Port();
     if (!comm_.port_is_open) failOpening();
-    comm_.poll_qrm3();
-    // A good reply with another status: something is there, and it isn't what is wanted.
-    const bool isSound = anyByteCame_ && bench_.rcv_bfr.size() >= 3 && !bench_.xfer_ok && comm_.retry_count() == 0;
-    if (isSound && !bench_.xfer_abort) {
-        throw CommandFailure(ExitCode::Link, lineName() +
-                                                 ": what answers is no QRV controller that is ready: check "
-                                                 "what the cable leads to.");
-    }
+    exchange([this](frmComm& comm) {
+        comm.poll_qrm3();
+        // A good reply with another status: something is there, and it isn't what is wanted.
+        if (!bench_.xfer_ok && lastVerdict_ == Verdict::Good) {
+            fail("what answers is no QRV controller that is ready: check what the cable leads to.");
+        }
+    });
+}
+
+void LinkSession::exchange(const std::function<void(frmComm&)>& exchange) {
+    // A sum that overflows, and a reply too short for what is taken from it, are bad answers and have their words
+    // below.
+    const bool isWhole = ignoringErrors([&] { exchange(comm_); });
     requireGood();
+    if (!isWhole) failOfLength();
 }
 
 void LinkSession::failOpening() {
@@ -115,22 +122,23 @@ void LinkSession::requireGood() {
     if (bench_.xfer_abort) throw CommandFailure(ExitCode::Refused, "Cancelled.");
     const SerialPort& port = bench_.platform.serialPort;
     if (port.fault() == SerialFault::Unplugged) throw CommandFailure(ExitCode::Link, port.faultText());
-    if (anyByteCame_) {
-        throw CommandFailure(ExitCode::Link, lineName() +
-                                                 ": what comes back is garbled: check baud rate and parity, and "
-                                                 "the cable for noise.");
-    }
-    throw CommandFailure(ExitCode::Link, lineName() + ": no answer: check that the controller is on, and the cable.");
+    if (anyByteCame_) fail("what comes back is garbled: check baud rate and parity, and the cable for noise.");
+    fail("no answer: check that the controller is on, and the cable.");
+}
+
+void LinkSession::failOfLength() const { fail("the answer is of another length than what was asked for."); }
+
+void LinkSession::fail(const std::string& words) const {
+    throw CommandFailure(ExitCode::Link, lineName() + ": " + words);
 }
 
 std::vector<std::uint8_t> LinkSession::read(std::uint8_t section, std::int16_t count, std::int32_t offset) {
-    comm_.put_read(static_cast<Section>(section), count, offset);
-    comm_.send_and_get(kReadRequest, static_cast<std::int16_t>(count + kAroundData));
-    requireGood();
+    exchange([=](frmComm& comm) {
+        comm.put_read(static_cast<Section>(section), count, offset);
+        comm.send_and_get(kReadRequest, static_cast<std::int16_t>(count + kAroundData));
+    });
     const auto& reply = bench_.rcv_bfr;
-    if (reply.size() != static_cast<std::size_t>(count) + kAroundData) {
-        throw CommandFailure(ExitCode::Link, lineName() + ": the answer is of another length than what was asked for.");
-    }
+    if (reply.size() != static_cast<std::size_t>(count) + kAroundData) failOfLength();
     return {reply.begin() + kDataStart, reply.end() - 2};
 }
 
@@ -141,7 +149,12 @@ void LinkSession::sent(std::span<const std::uint8_t> frame, int attempt) {
 
 void LinkSession::received(std::span<const std::uint8_t> reply, Verdict verdict) {
     if (!reply.empty()) anyByteCame_ = true;
+    lastVerdict_ = verdict;
     if (trace_) trace_->received(reply, verdict);
+}
+
+void LinkSession::discarded(std::span<const std::uint8_t> bytes) {
+    if (trace_) trace_->discarded(bytes);
 }
 
 void LinkSession::resynchronised(std::span<const std::uint8_t> filler) {

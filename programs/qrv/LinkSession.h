@@ -3,6 +3,7 @@
 #pragma once
 
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,17 +56,21 @@ class LinkSession final : public LinkObserver {
     void connect();
     /// The data bytes of a read of a section. Ends the command where the read fails.
     [[nodiscard]] std::vector<std::uint8_t> read(std::uint8_t section, std::int16_t count, std::int32_t offset);
-    /// Ends the command, with cause and cure, unless the last transaction went well.
-    void requireGood();
+    /// Runs an exchange. Ends the command, with cause and cure, unless it went well.
+    void exchange(const std::function<void(frmComm&)>& exchange);
 
     void sent(std::span<const std::uint8_t> frame, int attempt) override;
     void received(std::span<const std::uint8_t> reply, Verdict verdict) override;
+    void discarded(std::span<const std::uint8_t> bytes) override;
     void resynchronised(std::span<const std::uint8_t> filler) override;
 
  private:
     void takeOptions(const LineOptions& options);
     void beginTrace(Terminal& terminal, const std::string& file);
+    void requireGood();
     [[noreturn]] void failOpening();
+    [[noreturn]] void failOfLength() const;
+    [[noreturn]] void fail(const std::string& words) const;
 
     TerminalPlatform platform_;
     UnshownBox box_;
@@ -73,7 +78,9 @@ class LinkSession final : public LinkObserver {
     frmComm comm_;
     std::ofstream traceFile_;
     std::unique_ptr<FrameTrace> trace_;
-    bool anyByteCame_ = false;  ///< in the last transaction
+    // Of the last transaction:
+    bool anyByteCame_ = false;
+    Verdict lastVerdict_ = Verdict::Silent;
 };
 
 }  // namespace qrv

@@ -1,6 +1,7 @@
 #include "TerminalPlatform.h"
 
 #include <optional>
+#include <utility>
 
 #include "platform/Folders.h"
 
@@ -38,6 +39,11 @@ TerminalPlatform::TerminalPlatform(Terminal& terminal)
       serialPorts_(settings_),
       serialPort_(
           [this](std::int16_t number) { return namedDevice_.empty() ? serialPorts_.pathOf(number) : namedDevice_; }) {}
+
+void TerminalPlatform::nameDevice(std::string path) {
+    namedDevice_ = std::move(path);
+    serialPort_.setNaming(PosixSerialPort::Naming::ByPath);
+}
 
 Platform TerminalPlatform::services() {
     return {.messageBox = box_,

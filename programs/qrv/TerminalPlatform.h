@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 
 #include "Terminal.h"
 #include "platform/Clock.h"
@@ -37,7 +36,7 @@ class TerminalPlatform {
     [[nodiscard]] SerialPorts& serialPorts() { return serialPorts_; }
     [[nodiscard]] PollPump& pump() { return pump_; }
     /// From now on every port number stands for this device.
-    void nameDevice(std::string path) { namedDevice_ = std::move(path); }
+    void nameDevice(std::string path);
     [[nodiscard]] const std::string& namedDevice() const { return namedDevice_; }
 
  private:

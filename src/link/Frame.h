@@ -25,6 +25,9 @@ struct Checksum {
 /// RunTimeError (Overflow), and such a frame can't be sent.
 [[nodiscard]] Checksum checksumOf(std::span<const std::uint8_t> bytes);
 
+/// True if the sum of what stands before the checksum of `bytes` passes 32767: such a frame can't be checked.
+[[nodiscard]] bool overflows(std::span<const std::uint8_t> bytes);
+
 /// True if the last two of `bytes` are the checksum of those before: of all that arrived, whatever was expected. Fewer
 /// than three bytes are never sound. Raises RunTimeError (Overflow) as checksumOf does.
 [[nodiscard]] bool isSound(std::span<const std::uint8_t> bytes);

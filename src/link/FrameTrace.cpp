@@ -26,6 +26,7 @@ std::string_view wordsOf(Verdict verdict) {
         case Verdict::Good: return "checksum good";
         case Verdict::BadChecksum: return "checksum bad";
         case Verdict::Silent: return "silence";
+        case Verdict::Overflow: return "checksum overflows";
     }
     return "";
 }
@@ -48,6 +49,10 @@ void FrameTrace::sent(std::span<const std::uint8_t> frame, int attempt) {
 void FrameTrace::received(std::span<const std::uint8_t> reply, Verdict verdict) {
     const std::string bytes = reply.empty() ? "" : ":" + hexOf(reply);
     line_(stamp() + " < " + std::string(wordsOf(verdict)) + ", " + lengthOf(reply) + bytes);
+}
+
+void FrameTrace::discarded(std::span<const std::uint8_t> bytes) {
+    line_(stamp() + " < dropped, " + lengthOf(bytes) + ":" + hexOf(bytes));
 }
 
 void FrameTrace::resynchronised(std::span<const std::uint8_t> filler) {

@@ -18,6 +18,7 @@ class FrameTrace final : public LinkObserver {
 
     void sent(std::span<const std::uint8_t> frame, int attempt) override;
     void received(std::span<const std::uint8_t> reply, Verdict verdict) override;
+    void discarded(std::span<const std::uint8_t> bytes) override;
     void resynchronised(std::span<const std::uint8_t> filler) override;
 
  private:

@@ -22,6 +22,9 @@ class TickTimer {
     void stop() { enabled_ = false; }
     void clearTimedOut() { timedOut_ = false; }
 
+    [[nodiscard]] bool isEnabled() const { return enabled_; }
+    [[nodiscard]] Clock::Milliseconds interval() const { return interval_; }
+
     /// Counts the ticks that are due.
     void look(Clock::TimePoint now) {
         if (!enabled_) return;

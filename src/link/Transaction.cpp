@@ -10,6 +10,16 @@
 
 namespace qrv {
 
+namespace {
+
+Verdict verdictOf(std::span<const std::uint8_t> reply) {
+    if (reply.empty()) return Verdict::Silent;
+    if (overflows(reply)) return Verdict::Overflow;
+    return isSound(reply) ? Verdict::Good : Verdict::BadChecksum;
+}
+
+}  // namespace
+
 class Transaction::RunningMark {
  public:
     explicit RunningMark(Transaction& owner) : owner_(owner) { owner_.running_ = true; }
@@ -47,7 +57,7 @@ Ending Transaction::attemptAll(const Exchange& exchange) {
 }
 
 bool Transaction::attempt(const Exchange& exchange) {
-    port_.discardInput();
+    dropInput();
     timer_.clearTimedOut();
     timer_.start(kTick, clock_.now());
     port_.write(exchange.frame);
@@ -55,12 +65,17 @@ bool Transaction::attempt(const Exchange& exchange) {
     awaitReply(exchange.replyLength);
     timer_.stop();
     exchange.reply = port_.readAll();
-    const bool good = isSound(exchange.reply);
+    if (observer_ != nullptr) observer_->received(exchange.reply, verdictOf(exchange.reply));
+    return isSound(exchange.reply);
+}
+
+/// An observer is told what is dropped, as far as the program has it in hand.
+void Transaction::dropInput() {
     if (observer_ != nullptr) {
-        const Verdict bad = exchange.reply.empty() ? Verdict::Silent : Verdict::BadChecksum;
-        observer_->received(exchange.reply, good ? Verdict::Good : bad);
+        const auto waiting = port_.readAll();
+        if (!waiting.empty()) observer_->discarded(waiting);
     }
-    return good;
+    port_.discardInput();
 }
 
 void Transaction::awaitReply(std::size_t replyLength) {
@@ -85,11 +100,11 @@ void Transaction::letTheLineFallQuiet() {
     lateReplyMayCome_ = false;
     const auto end = clock_.now() + kLongestQuietWait;
     auto quietAt = clock_.now() + kQuiet;
-    port_.discardInput();
+    dropInput();
     while (clock_.now() < std::min(quietAt, end)) {
         pump_.pumpUntil(std::min(quietAt, end), &port_);
         if (port_.waitingCount() == 0) continue;
-        port_.discardInput();
+        dropInput();
         quietAt = clock_.now() + kQuiet;
     }
 }

@@ -58,6 +58,7 @@ class Transaction {
 
     Ending attemptAll(const Exchange& exchange);
     bool attempt(const Exchange& exchange);
+    void dropInput();
     void awaitReply(std::size_t replyLength);
     void resynchronise();
     void letTheLineFallQuiet();

@@ -15,6 +15,7 @@ namespace {
 
 /// A download's progress goes by steps of so many bytes.
 constexpr std::int16_t kProgressStep = 15;
+constexpr std::chrono::milliseconds kBankDelay{500};
 
 }  // namespace
 
@@ -97,9 +98,11 @@ void frmComm::countReceived(std::int16_t rx_count) {
 }
 
 void frmComm::bank_delay() {
+    bank_delay_done = false;
+    tmrBlockBankDelay.start(kBankDelay, workbench_.platform.clock.now());
     // The wait is for as long as the flag is set, and it has just been cleared: so it ends at once. A download's timing
     // rests on that.
-    bank_delay_done = false;
+    tmrBlockBankDelay.stop();
 }
 
 }  // namespace qrv

@@ -13,6 +13,7 @@
 
 #include "link/Commands.h"
 #include "link/Sections.h"
+#include "link/TickTimer.h"
 #include "link/Transaction.h"
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
@@ -58,6 +59,8 @@ class frmComm final : public Form {
     /// Returns without delay, and the timing of a download rests on that.
     void bank_delay();
     bool bank_delay_done = false;
+    /// Its tick would set `bank_delay_done`; it never comes.
+    TickTimer tmrBlockBankDelay;
     [[nodiscard]] bool transactionRuns() const { return transaction_.isRunning(); }
     void observe(LinkObserver* observer) { transaction_.observe(observer); }
     /// Called for every step of `bytes_sent` in a download and of `bytes_received` in an upload.

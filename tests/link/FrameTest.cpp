@@ -69,6 +69,18 @@ TEST(Frame, ASumAboveTheLargestIsAnOverflow) {
     EXPECT_THROW((void)isSound(bytes), RunTimeError);
 }
 
+TEST(Frame, TellsAheadWhetherASumOverflows) {
+    Bytes largest(128, 0xFF);  // 128 x 255 = 32640
+    largest.push_back(127);    // 32767
+    largest.push_back(0);
+    largest.push_back(0);
+    EXPECT_FALSE(overflows(largest));
+    largest[128] = 128;
+    EXPECT_TRUE(overflows(largest));
+    EXPECT_FALSE(overflows(Bytes{0xFF, 0xFF}));
+    EXPECT_FALSE(overflows(Bytes{}));
+}
+
 TEST(Frame, TheChecksumOfAReplyIsNoPartOfItsSum) {
     Bytes bytes(128, 0xFF);
     bytes.insert(bytes.end(), {127, 0x80, 0x00});

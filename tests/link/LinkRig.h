@@ -43,12 +43,14 @@ class LineRecord final : public LinkObserver {
         lastAttempt = attempt;
     }
     void received(std::span<const std::uint8_t>, Verdict verdict) override { verdicts.push_back(verdict); }
+    void discarded(std::span<const std::uint8_t> bytes) override { drops.emplace_back(bytes.begin(), bytes.end()); }
     void resynchronised(std::span<const std::uint8_t> filler) override {
         fillers.emplace_back(filler.begin(), filler.end());
     }
 
     std::vector<Bytes> sends;
     std::vector<milliseconds> sentAt;
+    std::vector<Bytes> drops;
     std::vector<Bytes> fillers;
     std::vector<Verdict> verdicts;
     int lastAttempt = 0;

@@ -28,7 +28,8 @@ struct RealRig {
     ScriptedHost host;
     MemorySettings settings;
     LiveController live;
-    PosixSerialPort port{[this](std::int16_t) { return live.path(); }};
+    std::string path = live.path();
+    PosixSerialPort port{[this](std::int16_t) { return path; }};
     Workbench bench{Platform{boxes, dialogs, host, settings, clock, pump, port}, {}};
     frmComm comm{bench};
 };
@@ -96,7 +97,7 @@ TEST(RealLine, ABadChecksumIsRepeatedAfterTheFiller) {
     EXPECT_EQ(rig.live.controller.fillerCount(), 1025U);
 }
 
-TEST(RealLine, AnAdapterThatVanishesFailsWithinTheTenAttempts) {
+TEST(RealLine, AnAdapterThatVanishesIsUsableAgainWhenItIsBack) {
     RealRig rig;
     rig.live.controller.play(SimFaultPlan::always("hang-up"));
     rig.started();
@@ -104,7 +105,41 @@ TEST(RealLine, AnAdapterThatVanishesFailsWithinTheTenAttempts) {
     rig.comm.poll_qrm3();
     EXPECT_FALSE(rig.bench.xfer_ok);
     EXPECT_EQ(rig.port.fault(), SerialFault::Unplugged);
-    EXPECT_EQ(rig.port.descriptor(), -1);
+    rig.bench.xfer_abort = false;
+    LiveController pluggedAgain;
+    pluggedAgain.start();
+    rig.path = pluggedAgain.path();
+    rig.comm.Open_Comm_Port();
+    ASSERT_TRUE(rig.comm.port_is_open);
+    rig.comm.poll_qrm3();
+    EXPECT_TRUE(rig.bench.xfer_ok);
+    rig.comm.Close_Comm_Port();
+}
+
+// Our own port, but a clock that only waits move: the ten attempts take no time.
+TEST(RealLine, AnAdapterThatVanishesIsOneEventAndEndsWithinTheTenAttempts) {
+    FalseClock clock;
+    FalsePump pump{clock};
+    PseudoTerminal device;
+    PosixSerialPort port{[&](std::int16_t) { return device.path(); }};
+    ASSERT_TRUE(port.open(1, "38400,O,8, 1"));
+    device.hangUp();
+    Transaction transaction(port, pump, clock);
+    LineRecord record(clock);
+    transaction.observe(&record);
+    Bytes reply;
+    const bool aborted = false;
+    EXPECT_EQ(transaction.run({.frame = Bytes{0x01, 0xFF, 0xFE}, .replyLength = 5, .reply = reply, .aborted = aborted}),
+              Ending::Failed);
+    EXPECT_EQ(record.sends.size(), 10U);
+    EXPECT_EQ(record.verdicts, std::vector<Verdict>(10, Verdict::Silent));
+    EXPECT_EQ(clock.elapsed(), 18000ms);
+    // Each attempt pumps once and sleeps once, and nothing wakes it before its time is up.
+    EXPECT_EQ(pump.pumps, 10);
+    EXPECT_EQ(pump.waits, 10);
+    EXPECT_EQ(port.descriptor(), -1);
+    EXPECT_EQ(port.faultText(),
+              "COM1 (" + device.path() + ") went away while it was open: plug it in again and repeat the action.");
 }
 
 }  // namespace

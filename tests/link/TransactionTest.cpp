@@ -134,6 +134,25 @@ TEST(Transaction, BytesThatWaitAreDroppedBeforeEachSend) {
     EXPECT_EQ(rig.reply, kGoodReply);
 }
 
+TEST(Transaction, WhatIsDroppedIsSeen) {
+    TransactionRig rig;
+    rig.line.send({1, 2, 3});
+    rig.line.send({9, 9}, 1500ms);
+    rig.answerInTurn({Bytes(6, 0), kGoodReply, kGoodReply});
+    EXPECT_EQ(rig.run(), Ending::Good);
+    EXPECT_EQ(rig.record.drops, (std::vector<Bytes>{{1, 2, 3}, {9, 9}}));
+}
+
+TEST(Transaction, WhatIsDroppedWhileTheLineFallsQuietIsSeen) {
+    TransactionRig rig;
+    rig.answerInTurn({{}, kGoodReply, kGoodReply});
+    EXPECT_EQ(rig.run(), Ending::Good);
+    rig.line.send({7});
+    rig.line.send({1, 2, 3}, 400ms);
+    EXPECT_EQ(rig.run(), Ending::Good);
+    EXPECT_EQ(rig.record.drops, (std::vector<Bytes>{{7}, {1, 2, 3}}));
+}
+
 TEST(Transaction, AnAbortEndsTheAttemptsAfterTheCurrentOne) {
     TransactionRig rig;
     rig.pump.at(rig.clock.now() + 700ms, [&] { rig.aborted = true; });
@@ -189,6 +208,7 @@ TEST(Transaction, AnOverflowInAReplyIsNotRetried) {
     rig.answerAll(Bytes(157, 0xFF));
     EXPECT_THROW(rig.run(kPollFrame, 157), RunTimeError);
     EXPECT_EQ(rig.record.sends.size(), 1U);
+    EXPECT_EQ(rig.record.verdicts, std::vector<Verdict>{Verdict::Overflow});
     EXPECT_EQ(rig.reply, Bytes(157, 0xFF));
     EXPECT_FALSE(rig.transaction.isRunning());
 }

@@ -236,6 +236,8 @@ TEST(frmComm, TheBankDelayIsNone) {
     rig.comm.bank_delay_done = true;
     rig.comm.bank_delay();
     EXPECT_FALSE(rig.comm.bank_delay_done);
+    EXPECT_EQ(rig.comm.tmrBlockBankDelay.interval(), 500ms);
+    EXPECT_FALSE(rig.comm.tmrBlockBankDelay.isEnabled());
     EXPECT_EQ(rig.clock.elapsed(), 0ms);
     EXPECT_TRUE(rig.clock.sleeps.empty());
 }

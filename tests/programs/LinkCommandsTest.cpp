@@ -1,12 +1,16 @@
 // The commands that talk to a controller: each fault of a line has its own words, the cause and the cure.
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "link/LiveController.h"
+#include "platform/posix/FarEnd.h"
 #include "programs/ProgramRun.h"
 
 namespace qrv {
@@ -80,7 +84,7 @@ TEST(qrvLink, TellsADeviceThatIsMissing) {
     LinkRun link;
     const ProgramRun poll = link.run("poll --port /dev/no-such-port");
     EXPECT_EQ(poll.exitCode, 4);
-    EXPECT_EQ(poll.err, "qrv: COM1 (/dev/no-such-port) is not there: plug the adapter in, or choose another port.\n");
+    EXPECT_EQ(poll.err, "qrv: /dev/no-such-port is not there: plug the adapter in, or choose another port.\n");
 }
 
 TEST(qrvLink, TellsAPortThatAnotherProcessHolds) {
@@ -90,14 +94,42 @@ TEST(qrvLink, TellsAPortThatAnotherProcessHolds) {
     const ProgramRun poll = link.run("poll" + link.onLine());
     ::close(holder);
     EXPECT_EQ(poll.exitCode, 4);
-    EXPECT_EQ(poll.err, "qrv: COM1 (" + link.live.path() + ") is held by another program: close that program first.\n");
+    EXPECT_EQ(poll.err, "qrv: " + link.live.path() + " is held by another program: close that program first.\n");
+}
+
+TEST(qrvLink, NamesTheGroupOfAPortThatIsForbidden) {
+    constexpr uid_t kNobody = 65534;
+    LinkRun link;
+    ASSERT_EQ(::chmod(link.live.path().c_str(), 0), 0);
+    ASSERT_EQ(::chmod(link.qrv.folder.path().c_str(), 0777), 0);
+    struct stat status {};
+    ASSERT_EQ(::stat(link.live.path().c_str(), &status), 0);
+    const std::string group = ::getgrgid(status.st_gid)->gr_name;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(99);
+        ::_exit(link.run("poll" + link.onLine()).exitCode);
+    }
+    int ended = 0;
+    ::waitpid(child, &ended, 0);
+    EXPECT_EQ(WEXITSTATUS(ended), 4);
+    EXPECT_EQ(bytesOf(link.qrv.path(".err")), "qrv: " + link.live.path() +
+                                                  " may not be opened by you: become a member of the group \"" + group +
+                                                  "\" and log in again.\n");
+}
+
+TEST(qrvLink, APortThatIsNamedByItsNumberIsCalledSo) {
+    const LinkRun link;
+    EXPECT_EQ(link.run("ports --map COM7=/dev/no-such-port").exitCode, 0);
+    EXPECT_EQ(link.run("poll --port COM7").err,
+              "qrv: COM7 (/dev/no-such-port) is not there: plug the adapter in, or choose another port.\n");
 }
 
 TEST(qrvLink, TellsWhatIsNoPort) {
     LinkRun link;
     const ProgramRun poll = link.run("poll --port /dev/null");
     EXPECT_EQ(poll.exitCode, 4);
-    EXPECT_EQ(poll.err, "qrv: COM1 (/dev/null) is no serial port: name a terminal device.\n");
+    EXPECT_EQ(poll.err, "qrv: /dev/null is no serial port: name a terminal device.\n");
 }
 
 struct FaultWords {
@@ -106,26 +138,98 @@ struct FaultWords {
     const char* words;
 };
 
-class qrvLinkFaultTest : public testing::TestWithParam<FaultWords> {};
+class QrvLinkFaultTest : public testing::TestWithParam<FaultWords> {};
 
-TEST_P(qrvLinkFaultTest, HasItsWords) {
+TEST_P(QrvLinkFaultTest, HasItsWords) {
     LinkRun link;
     link.live.controller.play(SimFaultPlan::always(GetParam().fault));
     link.live.start();
     const ProgramRun poll = link.run("poll" + link.onLine());
     EXPECT_EQ(poll.exitCode, 4);
     EXPECT_EQ(poll.out, "");
-    EXPECT_NE(poll.err.find(link.live.path()), std::string::npos) << poll.err;
-    EXPECT_NE(poll.err.find(GetParam().words), std::string::npos) << poll.err;
+    EXPECT_EQ(poll.err, "qrv: " + link.live.path() + GetParam().words + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Faults, qrvLinkFaultTest,
-    testing::Values(FaultWords{"silent", "silence", ": no answer: check that the controller is on, and the cable.\n"},
-                    FaultWords{"garbage", "garbage", ": what comes back is garbled: check baud rate and parity"},
-                    FaultWords{"unplugged", "hang-up", "went away while it was open: plug it in again"},
-                    FaultWords{"noController", "wrong-status", ": what answers is no QRV controller that is ready"}),
+    Faults, QrvLinkFaultTest,
+    testing::Values(
+        FaultWords{"silent", "silence", " (38400,O): no answer: check that the controller is on, and the cable."},
+        FaultWords{"garbage", "garbage",
+                   " (38400,O): what comes back is garbled: check baud rate and parity, and the cable for "
+                   "noise."},
+        FaultWords{"unplugged", "hang-up", " went away while it was open: plug it in again and repeat the action."},
+        FaultWords{"noController", "wrong-status",
+                   " (38400,O): what answers is no QRV controller that is ready: check what the cable leads "
+                   "to."}),
     [](const auto& row) { return row.param.name; });
+
+/// Answers the requests with these bytes in turn, whatever is asked; zeros are filler and draw no answer.
+class BytesInTurn {
+ public:
+    explicit BytesInTurn(std::vector<std::vector<std::uint8_t>> answers)
+        : answers_(std::move(answers)), thread_([this] { answer(); }) {}
+    ~BytesInTurn() { thread_.join(); }
+    BytesInTurn(const BytesInTurn&) = delete;
+    BytesInTurn& operator=(const BytesInTurn&) = delete;
+
+    [[nodiscard]] std::string onLine() const { return " --port " + line_.path(); }
+
+ private:
+    void answer() const {
+        for (const auto& bytes : answers_) {
+            std::vector<std::uint8_t> first{0};
+            while (first == std::vector<std::uint8_t>{0}) first = line_.receive(1);
+            // The rest of the request.
+            static_cast<void>(line_.receive(first == std::vector<std::uint8_t>{1} ? 2 : 6));
+            line_.send(bytes);
+        }
+    }
+
+    std::vector<std::vector<std::uint8_t>> answers_;
+    test::FarEnd line_;
+    std::thread thread_;
+};
+
+constexpr const char* kGarbled = ": what comes back is garbled: check baud rate and parity, and the cable for noise.\n";
+const std::vector<std::uint8_t> kThere{0x10, 0x00, 0x00, 0xFF, 0xEF};
+
+TEST(qrvLink, AnotherStatusIsToldSoAfterARetryToo) {
+    const LinkRun link;
+    const BytesInTurn far({{0x10, 0x00, 0x00, 0xFF, 0xEE}, {0x11, 0x00, 0x00, 0xFF, 0xEE}});
+    EXPECT_NE(link.run("poll" + far.onLine()).err.find(": what answers is no QRV controller that is ready"),
+              std::string::npos);
+}
+
+TEST(qrvLink, GarbageWhoseSumOverflowsIsGarbage) {
+    const LinkRun link;
+    const BytesInTurn far({std::vector<std::uint8_t>(200, 0xFF)});
+    const ProgramRun poll = link.run("poll --trace -" + far.onLine());
+    EXPECT_EQ(poll.exitCode, 4);
+    EXPECT_NE(poll.err.find(" < checksum overflows, 200 bytes: FF FF"), std::string::npos) << poll.err;
+    EXPECT_NE(poll.err.find(kGarbled), std::string::npos) << poll.err;
+}
+
+TEST(qrvLink, AReplyThatIsSoundButShortIsToldSo) {
+    const LinkRun link;
+    const BytesInTurn far({kThere, {0x05, 0xFF, 0xFA}});
+    const ProgramRun version = link.run("version" + far.onLine());
+    EXPECT_EQ(version.exitCode, 4);
+    EXPECT_NE(version.err.find(": the answer is of another length than what was asked for.\n"), std::string::npos)
+        << version.err;
+}
+
+TEST(qrvLink, TellsABlockThatDoesNotAnswer) {
+    LinkRun link;
+    SimMemory memory;
+    memory.write(1, 40, std::array<std::uint8_t, 10>{0, 3, 0, 0, 0, 0, 0, 0, 1, 0});
+    link.live.controller.load(memory);
+    link.live.controller.play(SimFaultPlan::from("silence", 3));  // after the poll and the block's record
+    link.live.start();
+    const ProgramRun read = link.run("read-block 4" + link.onLine());
+    EXPECT_EQ(read.exitCode, 4);
+    EXPECT_EQ(read.err,
+              "qrv: " + link.live.path() + " (38400,O): no answer: check that the controller is on, and the cable.\n");
+}
 
 TEST(qrvPorts, KeepsWhatIsMappedByHand) {
     const LinkRun link;

@@ -46,6 +46,7 @@ class FalsePump final : public EventPump {
         runWaiting();
     }
     void pumpUntil(Clock::TimePoint deadline, SerialPort* /*port*/) override {
+        ++waits;
         const bool hasWaiting = !events_.empty() && events_.begin()->first <= clock_.now();
         const Clock::TimePoint next = nextAfterNow(deadline);
         if (next == Clock::TimePoint::max()) throw std::logic_error("a wait that nothing would ever end");
@@ -56,6 +57,7 @@ class FalsePump final : public EventPump {
     /// When bytes next arrive on a port, if any are under way: asked before time goes on.
     std::function<std::optional<Clock::TimePoint>()> nextArrival;
     int pumps = 0;
+    int waits = 0;
 
  private:
     void runWaiting() {

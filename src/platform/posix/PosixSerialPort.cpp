@@ -69,7 +69,7 @@ bool PosixSerialPort::open(std::int16_t comPort, const std::string& settings) {
             SerialFault::Missing,
             name_ + " stands for no device: plug the adapter in, or give the number a device in the port list.");
     }
-    name_ += " (" + path_ + ")";
+    name_ = naming_ == Naming::ByPath ? path_ : name_ + " (" + path_ + ")";
     const auto line = lineSettingsOf(settings);
     if (!line) return refuse(SerialFault::Other, name_ + ": the line settings \"" + settings + "\" can't be used.");
     if (!openDevice(path_) || !claim()) {

@@ -12,11 +12,15 @@ class PosixSerialPort final : public SerialPort {
  public:
     /// Gives the device path of a port number, "" where the number has no device.
     using PathOf = std::function<std::string(std::int16_t)>;
+    /// What the fault texts call a port: "COM4 (/dev/ttyS0)", or the path alone where the user named that.
+    enum class Naming { ByNumber, ByPath };
 
     explicit PosixSerialPort(PathOf pathOf) : pathOf_(std::move(pathOf)) {}
     ~PosixSerialPort() override { close(); }
     PosixSerialPort(const PosixSerialPort&) = delete;
     PosixSerialPort& operator=(const PosixSerialPort&) = delete;
+
+    void setNaming(Naming naming) { naming_ = naming; }
 
     bool open(std::int16_t comPort, const std::string& settings) override;
     void close() override;
@@ -47,7 +51,8 @@ class PosixSerialPort final : public SerialPort {
     bool vanished_ = false;
     SerialFault fault_ = SerialFault::None;
     std::string faultText_;
-    std::string name_;  ///< what the fault texts call the port: its number and its device
+    Naming naming_ = Naming::ByNumber;
+    std::string name_;  ///< what the fault texts call the port
     std::string path_;
     std::vector<std::uint8_t> queue_;
 };

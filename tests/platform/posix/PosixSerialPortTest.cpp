@@ -142,6 +142,15 @@ TEST(PosixSerialPort, TellsADeviceThatIsMissing) {
     EXPECT_FALSE(rig.port.isOpen());
 }
 
+TEST(PosixSerialPort, APortThatTheUserNamedByItsPathIsCalledSo) {
+    PortRig rig;
+    rig.path = "/dev/there-is-no-such-device";
+    rig.port.setNaming(PosixSerialPort::Naming::ByPath);
+    EXPECT_FALSE(rig.open());
+    EXPECT_EQ(rig.port.faultText(),
+              "/dev/there-is-no-such-device is not there: plug the adapter in, or choose another port.");
+}
+
 TEST(PosixSerialPort, TellsANumberWithoutDevice) {
     PortRig rig;
     EXPECT_FALSE(rig.port.open(5, kUsual));
