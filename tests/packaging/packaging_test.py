@@ -1,0 +1,241 @@
+#!/usr/bin/env python3
+"""What stands on a user's machine works from where it stands.
+
+usage: packaging_test.py CMAKE BUILD VERSION Installation|Package
+
+Installation: the build, installed into a prefix whose path has a blank. Package: the Debian package, unpacked into an
+empty root.
+"""
+import configparser
+import gzip
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import xml.etree.ElementTree
+
+CMAKE, BUILD, VERSION, PART = sys.argv[1:5]
+MIME_TYPE = "application/x-qrv-configuration"
+LONGEST_START = 120  # seconds until the test gives the editor up
+
+FILES = {
+    "bin/qrv",
+    "bin/qrv_controller",
+    "bin/qrv_edit",
+    "share/applications/qrv_edit.desktop",
+    "share/bash-completion/completions/qrv",
+    "share/doc/qrv-edit/copyright",
+    "share/doc/qrv-edit/examples/boiler_house.txt",
+    "share/doc/qrv-edit/functions.md",
+    "share/icons/hicolor/scalable/apps/qrv_edit.svg",
+    "share/icons/hicolor/scalable/mimetypes/application-x-qrv-configuration.svg",
+    "share/man/man1/qrv.1.gz",
+    "share/man/man1/qrv_controller.1.gz",
+    "share/mime/packages/qrv_edit.xml",
+    "share/qrv_edit/FUNCTIONS.TXT",
+    "share/qrv_edit/QRVDATA.DAT",
+    "share/qrv_edit/ts-logosm.jpg",
+}
+
+
+def done(*command, **options):
+    run = subprocess.run([str(word) for word in command], capture_output=True, text=True, check=False, **options)
+    if run.returncode != 0:
+        raise AssertionError(f"{command} ended with {run.returncode}\n{run.stdout}{run.stderr}")
+    return run
+
+
+def files_below(folder):
+    return {str(path.relative_to(folder)) for path in folder.rglob("*") if not path.is_dir()}
+
+
+class Place(unittest.TestCase):
+    """A folder for the class, with the programs in `prefix`, and a home of its own."""
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.folder = pathlib.Path(folder.name)
+        cls.home = cls.folder / "home"
+        cls.home.mkdir()
+        cls.environment = {"PATH": os.environ["PATH"], "HOME": str(cls.home), "TMPDIR": folder.name,
+                           "QRV_SETTINGS": str(cls.home / "settings.ini"), "QT_QPA_PLATFORM": "offscreen"}
+        cls.prefix = cls.installed()
+
+    def qrv(self, *arguments):
+        return done(self.prefix / "bin/qrv", *arguments, env=self.environment, cwd=self.home).stdout
+
+    def new_configuration(self):
+        path = self.home / f"{self.id().rsplit('.', 1)[-1]}.qrv"
+        self.qrv("new", path)
+        return path
+
+    def check_programs(self):
+        self.assertEqual(self.qrv("--version").splitlines()[0], f"qrv {VERSION}")
+        path = self.new_configuration()
+        self.assertIn("Blocks used             4 of 705\n", self.qrv("info", path))
+        self.assertIn("PROCESS VARIABLE INPUT", self.qrv("function", "PID"))
+        self.assertIn("Usage: qrv_controller", done(self.prefix / "bin/qrv_controller", "--help").stdout)
+
+    def check_editor(self):
+        """The editor remembers a file among the recent ones once it has opened it."""
+        path = self.new_configuration()
+        editor = subprocess.Popen([self.prefix / "bin/qrv_edit", path], env=self.environment, cwd=self.home)
+        try:
+            recent = ""
+            gives_up = time.monotonic() + LONGEST_START
+            while str(path) not in recent and editor.poll() is None and time.monotonic() < gives_up:
+                time.sleep(0.1)
+                settings = configparser.ConfigParser(interpolation=None)
+                settings.read(self.environment["QRV_SETTINGS"])
+                recent = settings.get("Recent Files", "RecentFile1", fallback="")
+            self.assertIn(str(path), recent, f"the editor's exit code: {editor.poll()}")
+        finally:
+            editor.kill()
+            editor.wait()
+
+
+class Installation(Place):
+    @classmethod
+    def installed(cls):
+        prefix = cls.folder / "a prefix"
+        done(CMAKE, "--install", BUILD, "--prefix", prefix)
+        return prefix
+
+    def test_every_file_is_there_and_no_other(self):
+        self.assertEqual(files_below(self.prefix), FILES)
+
+    def test_the_programs_work_from_there(self):
+        self.check_programs()
+
+    def test_the_editor_opens_a_file(self):
+        self.check_editor()
+
+    def test_the_desktop_entry_names_what_is_there(self):
+        path = self.prefix / "share/applications/qrv_edit.desktop"
+        self.assertEqual(done("desktop-file-validate", path).stdout, "")
+        entry = configparser.ConfigParser(interpolation=None)
+        entry.read(path)
+        words = entry["Desktop Entry"]
+        self.assertTrue((self.prefix / "bin" / words["Exec"].split()[0]).is_file())
+        self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{words['Icon']}.svg").is_file())
+        self.assertEqual(words["MimeType"], MIME_TYPE + ";")
+
+    def test_a_configuration_is_known_by_its_name_and_by_its_bytes(self):
+        data = self.folder / "data"
+        shutil.copytree(self.prefix / "share/mime", data / "mime")
+        done("update-mime-database", data / "mime")
+        configuration = self.new_configuration()
+        without_name = self.home / "no name"
+        shutil.copy(configuration, without_name)
+        other = self.home / "another"
+        done("sqlite3", other, "CREATE TABLE t(c)")
+        catalogue = self.prefix / "share/qrv_edit/QRVDATA.DAT"
+        self.assertIn(f"{MIME_TYPE}:*.qrv\n", (data / "mime/globs2").read_text())
+        for path in (configuration, without_name):
+            self.assertEqual(self.type_of(path, data), MIME_TYPE, path)
+        for path in (other, catalogue):
+            self.assertEqual(self.type_of(path, data), "application/vnd.sqlite3", path)
+
+    def type_of(self, path, data):
+        environment = {**self.environment, "XDG_DATA_DIRS": f"{data}:/usr/share", "LC_ALL": "C"}
+        told = done("gio", "info", "-a", "standard::content-type", path, env=environment).stdout
+        return told.split("standard::content-type:")[1].strip()
+
+    def test_the_number_of_a_configuration_stands_at_the_place_that_the_magic_names(self):
+        names = {"m": "http://www.freedesktop.org/standards/shared-mime-info"}
+        tree = xml.etree.ElementTree.parse(self.prefix / "share/mime/packages/qrv_edit.xml")
+        number = tree.find(".//m:match/m:match", names)
+        header = self.new_configuration().read_bytes()[:100]
+        self.assertEqual((number.get("type"), number.get("offset")), ("big32", "68"))
+        self.assertEqual(header[68:72], bytes.fromhex(number.get("value")[2:]))
+        self.assertEqual(header[68:72], b"QRVc")
+
+    def test_the_manual_pages_render_and_name_every_command(self):
+        for name in ("qrv", "qrv_controller"):
+            page = gzip.decompress((self.prefix / f"share/man/man1/{name}.1.gz").read_bytes())
+            renderer = ["groff", "-man", "-ww", "-Tascii", "-P-c", "-P-b", "-P-u"]
+            run = subprocess.run(renderer, input=page, capture_output=True, check=True)
+            self.assertEqual(run.stderr, b"")
+            shown = run.stdout.decode()
+            self.assertIn(f"QRV_Edit {VERSION}", shown)
+            if name == "qrv":
+                for command in self.commands():
+                    self.assertIn(f"\n   qrv {command} ", shown)
+                self.assertIn("--baud 38400|19200|9600|4800|2400|1200|300\n", shown)
+                self.assertIn("4      the controller can't be reached or gave a bad answer\n", shown)
+
+    def commands(self):
+        listed = self.qrv("--help").split("Subcommands:\n")[1].split("\n\n")[0]
+        return [line.split()[0] for line in listed.splitlines() if line.startswith("  ") and line[2] != " "]
+
+    def completed(self, *words):
+        """What Tab offers behind the words; the shell finds the completion by the program's name."""
+        script = """
+            . /usr/share/bash-completion/bash_completion
+            _completion_loader qrv
+            COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+            _qrv qrv 2>/dev/null
+            printf '%s\\n' "${COMPREPLY[@]}"
+        """
+        environment = {**self.environment, "XDG_DATA_DIRS": str(self.prefix / "share"),
+                       "PATH": f"{self.prefix}/bin:{self.environment['PATH']}"}
+        return done("bash", "-c", script, "bash", "qrv", *words, env=environment, cwd=self.home).stdout.split()
+
+    def test_the_shell_completes(self):
+        self.assertEqual(set(self.completed("")), {*self.commands(), "--help", "--version"})
+        self.assertEqual(self.completed("ver"), ["version"])
+        self.assertEqual(self.completed("load", "--f"), ["--force"])
+        self.assertEqual(self.completed("poll", "--parity", ""), ["O", "E", "N"])
+        self.assertEqual(self.completed("function", "hoa"), ["HOASW"])
+        self.qrv("ports", "--map", "COM42=/dev/null")
+        self.assertEqual(self.completed("poll", "--port", "COM4"), ["COM42"])
+        path = self.new_configuration()
+        self.assertEqual(self.completed("info", path.name[:-2]), [path.name])
+
+
+class Package(Place):
+    @classmethod
+    def installed(cls):
+        done("cpack", "--config", f"{BUILD}/CPackConfig.cmake", "-G", "DEB", "-B", cls.folder / "package",
+             "-D", "CPACK_DEBIAN_COMPRESSION_TYPE=gzip")
+        [cls.package] = (cls.folder / "package").glob("*.deb")
+        cls.root = cls.folder / "root"
+        done("dpkg-deb", "-x", cls.package, cls.root)
+        return cls.root / "usr"
+
+    def field(self, name):
+        return done("dpkg-deb", "-f", self.package, name).stdout.strip()
+
+    def test_it_holds_what_is_installed_and_no_more(self):
+        self.assertEqual(files_below(self.root), {f"usr/{name}" for name in FILES})
+
+    def test_it_says_what_it_is_and_what_it_needs(self):
+        architecture = done("dpkg", "--print-architecture").stdout.strip()
+        self.assertEqual(self.package.name, f"qrv-edit_{VERSION}_{architecture}.deb")
+        self.assertEqual((self.field("Version"), self.field("Architecture")), (VERSION, architecture))
+        self.assertEqual((self.field("Section"), self.field("Maintainer")), ("electronics", "QRV_Edit"))
+        needed = {word.split()[0] for word in self.field("Depends").split(", ")}
+        # libqt6gui6 brings the platform plugin, libqt6svg6 the reader of the icons.
+        self.assertLessEqual({"libc6", "libqt6core6", "libqt6gui6", "libqt6widgets6", "libqt6svg6", "libsqlite3-0",
+                              "libstdc++6", "fonts-liberation", "hicolor-icon-theme"}, needed)
+
+    def test_all_belongs_to_root_and_may_be_read_by_all(self):
+        for line in done("dpkg-deb", "-c", self.package).stdout.splitlines():
+            mode, owner, *_, name = line.split()
+            self.assertEqual(owner, "root/root", line)
+            is_program = name.startswith("./usr/bin/") or name.endswith("/")
+            self.assertEqual(mode[1:], "rwxr-xr-x" if is_program else "rw-r--r--", line)
+
+    def test_the_programs_work_from_there(self):
+        self.check_programs()
+
+    def test_the_editor_opens_a_file(self):
+        self.check_editor()
+
+
+unittest.main(argv=[sys.argv[0], PART])
