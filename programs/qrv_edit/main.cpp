@@ -18,17 +18,9 @@
 #include "shell/AllFormsView.h"
 #include "shell/CommandLine.h"
 #include "shell/EditorProgram.h"
+#include "store/ProgramPlaces.h"
 
 namespace {
-
-constexpr const char* kCatalogueFile = "QRVDATA.DAT";
-
-qrv::ProgramPlaces placesOfMachine() {
-    const std::string program = qrv::executableFolder();
-    return {.work = qrv::workFolder(program, qrv::systemEnvironment),
-            .catalogue = qrv::sharedFolder(program, kCatalogueFile),
-            .backups = qrv::backupsFolder(qrv::systemEnvironment)};
-}
 
 /// What stands behind the program's name, without what the toolkit took for itself.
 std::string tailOf(const QStringList& arguments) {
@@ -58,7 +50,7 @@ int main(int argc, char** argv) {
                                 .clock = clock,
                                 .eventPump = pump,
                                 .serialPort = port},
-                               {.places = placesOfMachine(),
+                               {.places = qrv::findProgramPlaces(),
                                 .commandLine = tailOf(qrv::Application::arguments()),
                                 .isClassic = extras == qrv::Extras::Absent,
                                 .serialPorts = &ports});

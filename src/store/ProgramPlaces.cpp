@@ -18,9 +18,11 @@ std::string made(std::string folder) {
 
 ProgramPlaces findProgramPlaces() {
     const std::string program = executableFolder();
-    return {.work = made(workFolder(program, systemEnvironment)),
-            .catalogue = sharedFolder(program, kCatalogueFile),
-            .backups = backupsFolder(systemEnvironment)};
+    const std::string catalogue = sharedFolder(program, kCatalogueFile);
+    const bool isInstalled = catalogue != program;
+    // Installed, the program's folder is the system's, and not even root's work belongs there.
+    const std::string work = isInstalled ? stateFolder(systemEnvironment) : workFolder(program, systemEnvironment);
+    return {.work = made(work), .catalogue = catalogue, .backups = backupsFolder(systemEnvironment)};
 }
 
 }  // namespace qrv

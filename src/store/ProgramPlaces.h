@@ -12,8 +12,9 @@ struct ProgramPlaces {
     std::string backups;    ///< copies of work that could not be saved
 };
 
-/// Work files stand in the executable's folder if that can be written, else in the per-user state folder, which is
-/// made. The catalogue stands beside the executable or, as installed, in "../share/qrv_edit".
+/// The catalogue stands beside the executable or, as installed, in "../share/qrv_edit". Work files stand in the
+/// executable's folder if the catalogue does and that folder can be written, else in the per-user state folder, which
+/// is made.
 [[nodiscard]] ProgramPlaces findProgramPlaces();
 
 }  // namespace qrv

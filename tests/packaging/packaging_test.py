@@ -82,18 +82,26 @@ class Place(unittest.TestCase):
         self.assertIn("Usage: qrv_controller", done(self.prefix / "bin/qrv_controller", "--help").stdout)
 
     def check_editor(self):
-        """The editor remembers a file among the recent ones once it has opened it."""
+        """The editor remembers a file among the recent ones once it has opened it. The user has never run it."""
         path = self.new_configuration()
-        editor = subprocess.Popen([self.prefix / "bin/qrv_edit", path], env=self.environment, cwd=self.home)
+        user = self.folder / "user"
+        user.mkdir(mode=0o700)
+        settings_file = user / ".config/QRV_Edit/settings.ini"
+        environment = {**self.environment, "HOME": str(user), "XDG_RUNTIME_DIR": str(user)}
+        del environment["QRV_SETTINGS"]
+        editor = subprocess.Popen([self.prefix / "bin/qrv_edit", path], env=environment, cwd=user)
         try:
             recent = ""
             gives_up = time.monotonic() + LONGEST_START
             while str(path) not in recent and editor.poll() is None and time.monotonic() < gives_up:
                 time.sleep(0.1)
                 settings = configparser.ConfigParser(interpolation=None)
-                settings.read(self.environment["QRV_SETTINGS"])
+                settings.read(settings_file)
                 recent = settings.get("Recent Files", "RecentFile1", fallback="")
             self.assertIn(str(path), recent, f"the editor's exit code: {editor.poll()}")
+            # Work files are the user's, whoever the user is; nothing comes to stand beside the programs.
+            self.assertEqual(len(list((user / ".local/state/QRV_Edit").glob("QRM*"))), 1)
+            self.assertEqual(files_below(self.prefix), FILES)
         finally:
             editor.kill()
             editor.wait()
