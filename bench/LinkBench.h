@@ -6,10 +6,14 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,8 +28,28 @@
 namespace qrv {
 
 inline constexpr int kExchangesPerRound = 500;
+inline constexpr std::array<std::uint8_t, 3> kPoll{0x01, 0xFF, 0xFE};
+inline constexpr std::array<std::uint8_t, 5> kPollReply{0x10, 0x00, 0x00, 0xFF, 0xEF};
 
-/// A far end that answers every so many bytes with the same reply, as fast as it can.
+/// CPU time of this thread.
+inline double cpuSeconds() {
+    timespec used{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9;
+}
+
+/// Prints what share of a core the action took. False where it is above `atMost`.
+inline bool measureShare(const char* what, const std::function<void()>& action, double atMost) {
+    const double before = cpuSeconds();
+    const double elapsed = secondsOf(action);
+    const double share = (cpuSeconds() - before) / elapsed;
+    std::printf("%s: %.2f %% of a core over %.1f s (at most %.1f %%)%s\n", what, share * 100, elapsed, atMost * 100,
+                share > atMost ? "  OVER" : "");
+    std::fflush(stdout);
+    return share <= atMost;
+}
+
+/// A far end that answers every so many bytes with the same reply, as fast as it can; a poll as a controller does.
 class Answerer {
  public:
     Answerer() : thread_([this] { serve(); }) {}
@@ -49,16 +73,19 @@ class Answerer {
     void serve() {
         std::array<pollfd, 2> wanted{pollfd{.fd = stop_, .events = POLLIN, .revents = 0},
                                      pollfd{.fd = terminal_.descriptor(), .events = POLLIN, .revents = 0}};
+        std::array<std::uint8_t, 512> request;
         std::size_t got = 0;
-        std::array<std::uint8_t, 512> chunk;
         while (true) {
             ::poll(wanted.data(), wanted.size(), -1);
             if (wanted[0].revents != 0) return;
-            const auto count = ::read(terminal_.descriptor(), chunk.data(), chunk.size());
+            const auto count = ::read(terminal_.descriptor(), request.data() + got, request.size() - got);
             if (count > 0) got += static_cast<std::size_t>(count);
-            if (got < requestLength_) continue;
+            const bool isPoll = std::ranges::equal(std::span(request).first(got), kPoll);
+            if (got < requestLength_ && !isPoll) continue;
             got = 0;
-            if (::write(terminal_.descriptor(), reply_.data(), reply_.size()) < 0) return;
+            const std::span<const std::uint8_t> reply{isPoll ? kPollReply.data() : reply_.data(),
+                                                      isPoll ? kPollReply.size() : reply_.size()};
+            if (::write(terminal_.descriptor(), reply.data(), reply.size()) < 0) return;
         }
     }
 
@@ -137,27 +164,37 @@ inline bool measureWaiting(const char* what, EventPump& pump, double atMost) {
     PosixSerialPort port([&](std::int16_t) { return live.path(); });
     if (!port.open(1, "38400,O,8, 1")) std::abort();
     Transaction transaction(port, pump, clock);
-    const auto cpuSeconds = [] {
-        timespec used{};
-        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
-        return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9;
-    };
     constexpr int kReads = 47;
     const bool aborted = false;
     std::vector<std::uint8_t> reply;
     const std::vector<std::uint8_t> read{0x04, 0x04, 0x96, 0x00, 0x00, 0xFF, 0x61};
-    const double before = cpuSeconds();
-    const double elapsed = secondsOf([&] {
+    const auto readAll = [&] {
         for (int i = 0; i < kReads; ++i) {
             if (transaction.run({.frame = read, .replyLength = 157, .reply = reply, .aborted = aborted}) !=
                 Ending::Good)
                 std::abort();
         }
-    });
-    const double share = (cpuSeconds() - before) / elapsed;
-    std::printf("%s: %.2f %% of a core over %.1f s (at most %.1f %%)%s\n", what, share * 100, elapsed, atMost * 100,
-                share > atMost ? "  OVER" : "");
-    return share <= atMost;
+    };
+    return measureShare(what, readAll, atMost);
+}
+
+/// The same while a poll is answered by the line's going away, to the end of the ten attempts.
+inline bool measureVanished(const char* what, EventPump& pump, double atMost) {
+    test::LiveController live;
+    live.controller.play(SimFaultPlan::always("hang-up"));
+    live.start();
+    SystemClock clock;
+    PosixSerialPort port([&](std::int16_t) { return live.path(); });
+    if (!port.open(1, "38400,O,8, 1")) std::abort();
+    Transaction transaction(port, pump, clock);
+    const bool aborted = false;
+    std::vector<std::uint8_t> reply;
+    const auto poll = [&] {
+        if (transaction.run({.frame = kPoll, .replyLength = 5, .reply = reply, .aborted = aborted}) != Ending::Failed ||
+            port.fault() != SerialFault::Unplugged)
+            std::abort();
+    };
+    return measureShare(what, poll, atMost);
 }
 
 }  // namespace qrv

@@ -110,5 +110,6 @@ int main() {
     bool isWithin = qrv::compareWithRawLoop("send_and_get", pump, 1.5);
     isWithin = qrv::compareWithLibrary(pump, 1.3) && isWithin;
     isWithin = qrv::measureWaiting("Waiting on a paced line", pump, 0.02) && isWithin;
+    isWithin = qrv::measureVanished("While the far end is gone", pump, 0.05) && isWithin;
     return isWithin ? 0 : 1;
 }

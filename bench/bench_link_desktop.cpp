@@ -9,5 +9,6 @@ int main(int argc, char** argv) {
     qrv::QtPump pump;
     bool isWithin = qrv::compareWithRawLoop("send_and_get, desktop", pump, 1.6);
     isWithin = qrv::measureWaiting("Waiting on a paced line, desktop", pump, 0.02) && isWithin;
+    isWithin = qrv::measureVanished("While the far end is gone, desktop", pump, 0.05) && isWithin;
     return isWithin ? 0 : 1;
 }

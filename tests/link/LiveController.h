@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <ctime>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -20,6 +23,8 @@ class LiveController {
  public:
     /// The controller is the thread's own from start() to stop().
     SimulatedController controller;
+    /// So long before an answer is due it looks at the clock without a break, for a sleeper oversleeps.
+    std::chrono::microseconds wakefulFor{0};
 
     explicit LiveController(SimSetup setup = {}) : controller(std::move(setup)) {}
     ~LiveController() {
@@ -45,7 +50,8 @@ class LiveController {
         std::array<pollfd, 2> wanted{pollfd{.fd = stop_, .events = POLLIN, .revents = 0},
                                      pollfd{.fd = terminal_.descriptor(), .events = POLLIN, .revents = 0}};
         while (true) {
-            ::poll(wanted.data(), wanted.size(), millisecondsToNextArrival());
+            const auto left = timeToNextArrival();
+            ::ppoll(wanted.data(), wanted.size(), left ? &*left : nullptr, nullptr);
             if (wanted[0].revents != 0) return;
             if (wanted[1].revents != 0) controller.feed(terminal_.readAll(), clock_.now());
             terminal_.write(controller.take(clock_.now()));
@@ -54,11 +60,15 @@ class LiveController {
             return;
         }
     }
-    [[nodiscard]] int millisecondsToNextArrival() const {
+    /// To the nanosecond: at 38400 baud a byte takes a third of a millisecond.
+    [[nodiscard]] std::optional<timespec> timeToNextArrival() const {
+        using namespace std::chrono;
         const auto next = controller.nextArrival();
-        if (!next) return -1;
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - clock_.now()).count();
-        return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left, 0));
+        if (!next) return std::nullopt;
+        const auto left = std::max(nanoseconds::zero(), duration_cast<nanoseconds>(*next - clock_.now()) - wakefulFor);
+        const auto whole = floor<seconds>(left);
+        return timespec{.tv_sec = static_cast<time_t>(whole.count()),
+                        .tv_nsec = static_cast<long>((left - whole).count())};
     }
 
     SystemClock clock_;

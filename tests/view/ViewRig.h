@@ -28,15 +28,22 @@
 
 namespace qrv {
 
+/// What a test brings along to talk to a controller in real time; without it time stands still and there is no port.
+struct RealTime {
+    Clock& clock;
+    EventPump& pump;
+    SerialPort& port;
+};
+
 struct ViewRig {
-    explicit ViewRig(const std::string& commandLine = "", Extras extras = Extras::Shown)
+    explicit ViewRig(const std::string& commandLine = "", Extras extras = Extras::Shown, const RealTime* real = nullptr)
         : program({.messageBox = boxes,
                    .fileDialog = dialogs,
                    .formHost = host,
                    .settings = settings,
-                   .clock = clock,
-                   .eventPump = pump,
-                   .serialPort = port},
+                   .clock = real ? real->clock : static_cast<Clock&>(clock),
+                   .eventPump = real ? real->pump : static_cast<EventPump&>(pump),
+                   .serialPort = real ? real->port : static_cast<SerialPort&>(port)},
                   {.places = {.work = made("work"), .catalogue = QRV_CATALOGUE_FOLDER, .backups = made("kept")},
                    .commandLine = commandLine,
                    .isClassic = extras == Extras::Absent}) {
