@@ -1,6 +1,7 @@
 #include "blocks/BlockInputs.h"
 
 #include "blocks/BlockRef.h"
+#include "blocks/DataRow.h"
 #include "blocks/TypedNumber.h"
 #include "blocks/frmAaboPick.h"
 #include "platform/CodePage.h"
@@ -26,9 +27,6 @@ constexpr std::int16_t kAnalogInput = 1;
 constexpr std::int16_t kDiscreteInput = 2;
 
 constexpr const char* kMain = "MAIN";
-constexpr std::size_t kLongDescription = 28;  // characters
-constexpr int kRowHeight = 220;
-constexpr int kHighRow = 440;
 
 /// Without " INPUT" and all behind it, unless the text begins with that.
 std::string withoutInput(const std::string& description) {
@@ -71,17 +69,15 @@ void BlockInputs::show() {
 void BlockInputs::showSource(int row, std::int16_t source, const std::string& output) {
     db1& db = bench_.db;
     db.InputSeek(bench_.CurFn, row);
-    const std::string description = withoutInput(db.InputDescription());
     const bool isUsed = source <= kLastBlock && bench_.FnOfBlock.at(static_cast<std::size_t>(source)) != kNop;
     if (isUsed) {
         db.FuncSetIndex("FN");
         db.FuncSeekI(bench_.FnOfBlock.at(static_cast<std::size_t>(source)));
     }
     fg2_.setText(row, kOutput, output.empty() ? kMain : output);
-    fg2_.setText(row, kDescription, description);
+    describeRow(fg2_, row, kDescription, withoutInput(db.InputDescription()));
     fg2_.setText(row, kSource, isUsed ? db.FuncName() : "????");
     fg2_.setText(row, kKind, isUsed ? kindLetter(db.InputType()) : "?");
-    fg2_.setRowHeight(row, trimmed(description).size() > kLongDescription ? kHighRow : kRowHeight);
 }
 
 bool BlockInputs::validateEdit(int row, int col) {

@@ -6,6 +6,7 @@
 #include "blocks/BlockNumbers.h"
 #include "blocks/BlockProgram.h"
 #include "blocks/CommentText.h"
+#include "blocks/DataRow.h"
 #include "platform/CodePage.h"
 #include "platform/MessageBox.h"
 #include "store/Workbench.h"
@@ -16,7 +17,6 @@ namespace {
 
 constexpr int kInputRows = 75;
 constexpr int kParameterRows = 256;
-constexpr int kRowHeight = 220;  // units
 constexpr Colour kFocused{0x808080};
 
 /// The functions that belong to boards, and are not placed by hand.
@@ -37,7 +37,7 @@ bool isInside(const Grid& grid) { return grid.row() >= 1 && grid.col() >= 1; }
 /// Empties the grid and puts it on its first row.
 void clearRows(Grid& grid) {
     grid.clearFrom(1, 0);
-    for (int row = 0; row < grid.rows(); ++row) grid.setRowHeight(row, kRowHeight);
+    for (int row = 0; row < grid.rows(); ++row) grid.setRowHeight(row, kDataRowHeight);
     grid.select(1, 1);
     grid.setTopRow(1);
 }
@@ -100,7 +100,7 @@ void BlockPanel::wireParameters() {
         if (key != Key::Enter) return dataKey(key);
         return readAuxOutput();
     };
-    fg3.onDoubleClick = [this] { static_cast<void>(readAuxOutput()); };
+    fg3.onDoubleClick = [this] { return readAuxOutput(); };
     fg3.onGotFocus = [this] { takeFocus(fg3, fg2); };
     fg3.onLostFocus = [this] { fg3.setSelectionColour({}); };
     fg3.onValidateEdit = [this](int row, int col) {

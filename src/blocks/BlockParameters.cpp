@@ -1,6 +1,7 @@
 #include "blocks/BlockParameters.h"
 
 #include "blocks/BlockRef.h"
+#include "blocks/DataRow.h"
 #include "blocks/ParameterScale.h"
 #include "blocks/TypedNumber.h"
 #include "blocks/frmAaboPick.h"
@@ -19,9 +20,6 @@ constexpr int kNumber = 0;
 constexpr int kValue = 1;
 constexpr int kDescription = 2;
 
-constexpr std::size_t kLongDescription = 28;  // characters
-constexpr int kRowHeight = 220;
-constexpr int kHighRow = 440;
 /// The slot of the ordinal in a block that reads an auxiliary output: behind its one input.
 constexpr std::int32_t kOrdinalSlot = 1;
 
@@ -84,12 +82,10 @@ void BlockParameters::showRow(int p) {
         if (scale) value = scale->shown(stored);
         if (scale) toolTip = limitsOf(db, *scale);
     }
-    const std::string description = db.ParamDescription();
     fg3_.setText(p, kNumber, std::to_string(p));
     fg3_.setText(p, kValue, value);
-    fg3_.setText(p, kDescription, description);
+    describeRow(fg3_, p, kDescription, db.ParamDescription());
     if (hasToolTips_) fg3_.setToolTip(p, kValue, toolTip);
-    fg3_.setRowHeight(p, trimmed(description).size() > kLongDescription ? kHighRow : kRowHeight);
 }
 
 std::string BlockParameters::shownString(int slot) {
@@ -208,7 +204,7 @@ void BlockParameters::ProcessAuxOutputs() {
         text = ordinal == 0 ? kNoSelection : picker_.List1.items.at(static_cast<std::size_t>(ordinal));
     }
     fg3_.setText(1, kValue, std::to_string(ordinal));
-    fg3_.setText(1, kDescription, text);
+    describeRow(fg3_, 1, kDescription, text);
     storeConstant(bench_.db, bench_.CurBlock, kOrdinalSlot, ordinal);
 }
 
@@ -224,7 +220,7 @@ void BlockParameters::UpdateAuxOutput() {
         db.AuxSeek(source.function, source.kind == BlockRef::Kind::Analog ? "A" : "D", ordinal);
         text = db.AuxNoMatch() ? "BUNK" : db.AuxDescription();
     }
-    fg3_.setText(1, kDescription, text);
+    describeRow(fg3_, 1, kDescription, text);
     fg3_.setText(1, kValue, std::to_string(ordinal));
 }
 

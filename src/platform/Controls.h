@@ -60,10 +60,10 @@ struct Timer {
 /// A menu entry; "-" is a separator.
 struct MenuEntry {
     std::string name{};     ///< as `mnuFileSave`; element i of a control array has i behind the name
-    std::string caption{};  ///< with "&" before the mnemonic
+    std::string caption{};  ///< with "&" before the mnemonic, unless there is a tag
     bool visible = true;
     bool enabled = true;
-    std::string tag{};
+    std::string tag{};  ///< what the entry stands for: a path, which the caption shows as it is
 };
 
 }  // namespace qrv

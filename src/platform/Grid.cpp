@@ -176,9 +176,9 @@ void Grid::click(int row, int col) {
     if (onClick) onClick();
 }
 
-void Grid::doubleClick(int row, int col) {
+bool Grid::doubleClick(int row, int col) {
     enterCell(row, col);
-    if (onDoubleClick) onDoubleClick();
+    return onDoubleClick && onDoubleClick();
 }
 
 bool Grid::keyDown(Key key) { return onKeyDown && onKeyDown(key); }

@@ -90,7 +90,8 @@ class Grid {
     /// The selection enters a cell: moves it, then tells the form.
     void enterCell(int row, int col);
     void click(int row, int col);
-    void doubleClick(int row, int col);
+    /// Gives true if the form took it; else a view begins an edit.
+    [[nodiscard]] bool doubleClick(int row, int col);
     /// Tells the form of a key. Gives true if the form took it.
     bool keyDown(Key key);
     void gotFocus();
@@ -114,7 +115,7 @@ class Grid {
     // --- the form's side of the events ---
     std::function<void(int row, int col)> onEnterCell;
     std::function<void()> onClick;
-    std::function<void()> onDoubleClick;
+    std::function<bool()> onDoubleClick;
     std::function<bool(Key)> onKeyDown;
     std::function<void()> onGotFocus;
     std::function<void()> onLostFocus;

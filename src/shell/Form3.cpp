@@ -60,7 +60,7 @@ void Form3::activate() {
     // Closing a dialog that the first activation opened activates again, and that is no second activation.
     if (isStarting_) return;
     if (bench_.AlreadyActive) {
-        if (bench_.FileIsOpen) blocks.paintAlarmColours();
+        blocks.paintAlarmColours();
         return;
     }
     const WhileSet<bool> starting(isStarting_, true);
@@ -189,7 +189,7 @@ void Form3::mnuEditComments() {
 void Form3::mnuAbout() { bench_.platform.formHost.showModal(dialogs_.about); }
 
 void Form3::Command1_Click() {
-    if (!Command1.enabled) return;
+    if (!Command1.enabled || lacksFile("mnuFileDownload")) return;
     Command1.enabled = false;
     mnuEditBlk();
     runProvided("mnuFileDownload");

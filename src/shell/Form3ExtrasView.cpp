@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
@@ -26,6 +27,7 @@ namespace {
 
 constexpr int kMeterWidth = 110;      // pixels
 constexpr int kMeterDelay = 250;      // milliseconds of rest before the meters are counted
+constexpr int kMessageTime = 4000;    // milliseconds
 constexpr int kGoToWidth = 130;       // pixels
 constexpr double kNearlyFull = 0.95;  // from here on a meter warns
 
@@ -74,6 +76,7 @@ Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
     makeStatusBar();
     makeMenus();
     makeShortcuts();
+    explainIdleEntries();
     // Counting moves the shared cursors, so it waits until no event is under way.
     later_->setSingleShot(true);
     later_->setInterval(kMeterDelay);
@@ -219,6 +222,23 @@ void Form3ExtrasView::makeKeysPanel(QMenu* help) {
     help->addAction(shown);
 }
 
+/// Says why nothing happens where an entry needs an open file.
+void Form3ExtrasView::explainIdleEntries() {
+    const auto explain = [this](const std::string& entry) {
+        if (!window_.mainForm().lacksFile(entry)) return;
+        window_.statusBar()->showMessage(QStringLiteral("No configuration is open: File, New or Open begins"),
+                                         kMessageTime);
+    };
+    for (const TopMenu& menu : window_.mainForm().menu.menus()) {
+        for (const MenuEntry& entry : menu.entries) {
+            auto* action = window_.findChild<QAction*>(QString::fromStdString(entry.name));
+            connect(action, &QAction::triggered, this, [explain, name = entry.name] { explain(name); });
+        }
+    }
+    auto* download = window_.findChild<QPushButton*>(QStringLiteral("Command1"));
+    connect(download, &QPushButton::clicked, this, [explain] { explain("mnuFileDownload"); });
+}
+
 void Form3ExtrasView::makeShortcuts() {
     const Stroke strokes[] = {
         {QKeySequence::New, "mnuFileNew"}, {QKeySequence::Open, "mnuFileOpen"}, {QKeySequence::Save, "mnuFileSave"}};
@@ -268,7 +288,8 @@ bool Form3ExtrasView::goTo(const QString& wanted) {
 void Form3ExtrasView::goToTyped() {
     const QString wanted = goTo_->text();
     const bool found = goTo(wanted);
-    window_.statusBar()->showMessage(found ? QString{} : QStringLiteral("There is no block \"%1\"").arg(wanted), 4000);
+    window_.statusBar()->showMessage(found ? QString{} : QStringLiteral("There is no block \"%1\"").arg(wanted),
+                                     kMessageTime);
     goTo_->selectAll();
 }
 

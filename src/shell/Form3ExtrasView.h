@@ -38,6 +38,7 @@ class Form3ExtrasView final : public QObject {
     void makeStatusBar();
     void makeMenus();
     void makeShortcuts();
+    void explainIdleEntries();
     void makeKeysPanel(QMenu* help);
     void makeFunctionPanel(QMenu* help);
     void step(const char* name, const char* icon, const QString& tip, Key key);

@@ -54,6 +54,11 @@ constexpr std::array kActions{
 
 }  // namespace
 
+bool Form3::lacksFile(std::string_view entry) const {
+    const auto action = std::ranges::find(kActions, entry, &Action::entry);
+    return action != kActions.end() && action->needs == Needs::OpenFile && !bench_.FileIsOpen;
+}
+
 void Form3::choose(std::string_view entry) {
     const MenuEntry& chosen = menu.entry(entry);
     if (!chosen.visible || !chosen.enabled) return;
@@ -61,10 +66,7 @@ void Form3::choose(std::string_view entry) {
         if (entry == menu.mnuRecentFile(index).name) return mnuRecentFile_Click(index);
     }
     const auto action = std::ranges::find(kActions, entry, &Action::entry);
-    if (action == kActions.end()) return;
-    // Without a file there are no tables behind the forms.
-    if (action->needs == Needs::OpenFile && !bench_.FileIsOpen) return;
-    (this->*action->run)();
+    if (action != kActions.end() && !lacksFile(entry)) (this->*action->run)();
 }
 
 void Form3::provide(std::string_view entry, std::function<void()> action) {
@@ -94,22 +96,24 @@ void Form3::openAsRecent(int index, const std::string& path) {
 }
 
 bool Form3::isThere(const std::string& path) {
-    if (exists(path)) return true;
+    if (exists(absolutePath(path))) return true;
     bench_.platform.messageBox.say(path + " No Longer Exists");
     return false;
 }
 
 void Form3::GetRecentFile(int index) {
-    const std::string path = absolutePath(menu.mnuRecentFile(index).tag);
-    if (!isThere(path) || path == bench_.CurrentFileName) return;
+    const std::string tag = menu.mnuRecentFile(index).tag;
+    const std::string path = absolutePath(tag);
+    if (!isThere(tag) || path == bench_.CurrentFileName) return;
     openAsRecent(index, path);
     blocks.fill_grid1();
 }
 
 void Form3::mnuRecentFile_Click(int index) {
-    const std::string path = absolutePath(menu.mnuRecentFile(index).tag);
+    const std::string tag = menu.mnuRecentFile(index).tag;
+    const std::string path = absolutePath(tag);
     if (!mayClose()) return;
-    if (!isThere(path) || path == bench_.CurrentFileName) {
+    if (!isThere(tag) || path == bench_.CurrentFileName) {
         ReloadGlobalFile();
         return;
     }

@@ -36,7 +36,10 @@ FrmRecent::FrmRecent(FormHost& host, const RecentFiles& files, std::function<voi
     Grid1.setColWidth(kNameColumn, 3300);
     Grid1.setColWidth(kFolderColumn, 4800);
     Grid2.setVisible(false);
-    Grid1.onDoubleClick = [this] { Command1_Click(); };
+    Grid1.onDoubleClick = [this] {
+        Command1_Click();
+        return true;
+    };
 }
 
 void FrmRecent::load() {

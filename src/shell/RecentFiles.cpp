@@ -11,13 +11,6 @@ constexpr const char* kSection = "Recent Files";
 
 std::string keyOf(int index) { return "RecentFile" + std::to_string(index); }
 
-/// A path as a menu shows it: a single "&" would underline the character behind it.
-std::string captionOf(const std::string& path) {
-    std::string caption;
-    for (const char character : path) caption.append(character == '&' ? 2U : 1U, character);
-    return caption;
-}
-
 }  // namespace
 
 std::string RecentFiles::path(int index) const { return settings_.get(kSection, keyOf(index), ""); }
@@ -49,7 +42,7 @@ void RecentFiles::rebuild() {
         const std::string shown = path(index);
         if (shown.empty()) continue;
         MenuEntry& entry = menu_.mnuRecentFile(index);
-        entry.caption = captionOf(shown);
+        entry.caption = shown;
         entry.tag = shown;
         entry.visible = true;
     }

@@ -149,7 +149,7 @@ bool newFileDialog(Workbench& bench) {
 bool openByName(Workbench& bench, const std::string& path) {
     const std::string absolute = absolutePath(path);
     if (!exists(absolute)) {
-        bench.platform.messageBox.say(absolute + " Does Not Exist");
+        bench.platform.messageBox.say(path + " Does Not Exist");
         return false;
     }
     OpenConfiguration(bench, absolute);

@@ -151,7 +151,7 @@ TEST(BlockInputs, AnAnalogSourceWithOutputsOpensThePicker) {
 
 TEST(BlockInputs, ADiscreteInputIsOfferedTheDiscreteOutputs) {
     WiringRig rig;
-    rig.pickRow(3, {"MAIN", "STAGE ONE", "STAGE TWO", "STAGE THREE"});
+    rig.pickRow(3, {"MAIN", "STAGE ONE", "STAGE TWO", "STAGE THREE OF THE COMPRESSOR"});
     EXPECT_TRUE(rig.fg2.edit(2, 1, "40"));
     EXPECT_EQ(rig.constant(20, 1), 3 * 1024 + 40 - 32768);
     EXPECT_EQ(rowOf(rig.fg2, 2, 1), (Texts{"40", "STG3", "ENABLE FOR THE SECOND ADDEND OF ALL", "STAGE", "D"}));

@@ -368,7 +368,22 @@ TEST(AuxReaders, ADaboReadsDiscreteOutputs) {
     rig.setConstant(21, 0, 40);
     rig.setConstant(21, 1, 3);
     rig.clickBlock(21);
-    EXPECT_EQ(rig.shown(), (Texts{"1", "3", "STAGE THREE"}));
+    EXPECT_EQ(rig.shown(), (Texts{"1", "3", "STAGE THREE OF THE COMPRESSOR"}));
+}
+
+TEST(AuxReaders, ALongOutputTakesTwoLines) {
+    AuxRig rig;
+    rig.setConstant(21, 0, 40);
+    rig.setConstant(21, 1, 3);
+    rig.clickBlock(21);
+    EXPECT_EQ(rig.fg3.rowHeight(1), 440);
+    rig.pickRow(1);
+    EXPECT_TRUE(rig.fg3.keyDown(Key::Enter));
+    EXPECT_EQ(rig.shown(), (Texts{"1", "1", "STAGE ONE"}));
+    EXPECT_EQ(rig.fg3.rowHeight(1), 220);
+    rig.pickRow(3);
+    EXPECT_TRUE(rig.fg3.keyDown(Key::Enter));
+    EXPECT_EQ(rig.fg3.rowHeight(1), 440);
 }
 
 TEST(AuxReaders, EnterPicksTheOutput) {
@@ -385,7 +400,7 @@ TEST(AuxReaders, ADoubleClickPicksTheOutputOfADabo) {
     rig.clickBlock(21);
     rig.wire(42, true);
     rig.pickRow(1, {"No Selection", "ANY ALARM"});
-    rig.fg3.doubleClick(1, 1);
+    EXPECT_TRUE(rig.fg3.doubleClick(1, 1));
     EXPECT_EQ(rig.shown(), (Texts{"1", "1", "ANY ALARM"}));
     EXPECT_EQ(rig.constant(21, 1), 1);
 }
@@ -415,7 +430,7 @@ TEST(AuxReaders, ADaboOfASourceWithoutDiscreteOutputsIsTold) {
     rig.clickBlock(21);
     rig.wire(41, false);
     rig.boxes.expect(Notice{.text = "METER has no auxiliary discrete outputs", .title = "Output Not Found"});
-    rig.fg3.doubleClick(1, 1);
+    EXPECT_TRUE(rig.fg3.doubleClick(1, 1));
     EXPECT_EQ(rig.shown(), (Texts{"1", "0", "NO AUX OUTPUT"}));
 }
 
@@ -433,7 +448,7 @@ TEST(AuxReaders, OtherBlocksLeaveEnterAndDoubleClickAlone) {
     AuxRig rig;
     rig.place(22, "SUM");
     EXPECT_FALSE(rig.fg3.keyDown(Key::Enter));
-    rig.fg3.doubleClick(1, 1);
+    EXPECT_FALSE(rig.fg3.doubleClick(1, 1));
     rig.clickBlock(20);
     rig.clickBlock(50);  // a NOP: the current function is still AABO, but nothing of it is shown
     EXPECT_FALSE(rig.fg3.keyDown(Key::Enter));

@@ -75,7 +75,7 @@ constexpr const char* kParams = R"(
 // function, kind, ordinal, Description, Short
 constexpr const char* kAuxOutputs = R"(
     (40, 'A', 1, 'LOAD IN PERCENT', 'LOAD'), (40, 'A', 2, 'RUNNING STAGES', 'RUNNING'),
-    (40, 'D', 1, 'STAGE ONE', 'STG1'), (40, 'D', 2, 'STAGE TWO', 'STG2'), (40, 'D', 3, 'STAGE THREE', 'STG3'),
+    (40, 'D', 1, 'STAGE ONE', 'STG1'), (40, 'D', 2, 'STAGE TWO', 'STG2'), (40, 'D', 3, 'STAGE THREE OF THE COMPRESSOR', 'STG3'),
     (41, 'A', 1, 'TOTAL', 'TOT'), (43, 'D', 1, 'ANY ALARM', 'ANY')
 )";
 

@@ -130,9 +130,12 @@ TEST_F(GridSelection, EntersTheCellBeforeItIsClicked) {
     std::string told;
     grid.onEnterCell = [&](int, int) { told += "enter "; };
     grid.onClick = [&] { told += "click "; };
-    grid.onDoubleClick = [&] { told += "double "; };
+    grid.onDoubleClick = [&] {
+        told += "double ";
+        return true;
+    };
     grid.click(2, 1);
-    grid.doubleClick(3, 2);
+    EXPECT_TRUE(grid.doubleClick(3, 2));
     EXPECT_EQ(told, "enter click enter double ");
     EXPECT_EQ(grid.row(), 3);
 }

@@ -280,6 +280,14 @@ TEST_F(Form3FilesTest, ARecentFileThatIsGoneBringsTheOldOneBack) {
     EXPECT_EQ(machine.recent(1), b);
 }
 
+TEST_F(Form3FilesTest, AMissingFileIsSaidByThePathThatIsListed) {
+    machine.settings.save("Recent Files", "RecentFile1", "plant/b.qrv");
+    run.form3.recentFiles.rebuild();
+    machine.boxes.expect(Notice{.text = "plant/b.qrv No Longer Exists", .title = "Warning!"});
+    run.form3.GetRecentFile(1);
+    EXPECT_EQ(run.bench.CurrentFileName, a);
+}
+
 TEST_F(Form3FilesTest, EntriesOfFilesThatAreNotListedCantBeChosen) {
     EXPECT_FALSE(run.form3.menu.mnuRecentFile(2).visible);
     run.form3.choose("mnuRecentFile2");

@@ -100,7 +100,7 @@ TEST(Form3Start, AMissingPathLeavesTheWindowWithoutAFile) {
 TEST(Form3Start, WithoutAFileNoQuestionIsAskedAndNothingFails) {
     Machine machine;
     EditorRun run(machine, "none.qrv");
-    machine.boxes.expect(std::filesystem::absolute("none.qrv").string() + " Does Not Exist");
+    machine.boxes.expect("none.qrv Does Not Exist");
     run.start();
     run.form3.choose("mnuFileSave");
     run.form3.choose("mnuFileSaveAs");
@@ -113,6 +113,37 @@ TEST(Form3Start, WithoutAFileNoQuestionIsAskedAndNothingFails) {
     EXPECT_TRUE(run.host.isVisible(run.form3));
     run.form3.choose("mnuFormExit");
     EXPECT_EQ(run.host.ended, 0);
+}
+
+TEST(Form3Start, WithoutAFileEntriesThatNeedOneDoNothing) {
+    Machine machine;
+    EditorRun run(machine, "none.qrv");
+    machine.boxes.expect("none.qrv Does Not Exist");
+    run.start();
+    int opened = 0;
+    for (const char* entry : {"mnuFileDownload", "mnuEditAlarm"}) run.form3.provide(entry, [&opened] { ++opened; });
+    EXPECT_TRUE(run.form3.lacksFile("mnuFileDownload"));
+    EXPECT_TRUE(run.form3.lacksFile("mnuEditComments"));
+    EXPECT_FALSE(run.form3.lacksFile("mnuFileOpen"));
+    EXPECT_FALSE(run.form3.lacksFile("mnuEditComPort"));
+    run.form3.choose("mnuFileDownload");
+    run.form3.choose("mnuEditAlarm");
+    run.form3.Command1_Click();
+    EXPECT_EQ(opened, 0);
+    EXPECT_TRUE(run.form3.Command1.enabled);
+}
+
+TEST(Form3Start, ColoursGoWithTheFile) {
+    Machine machine;
+    EditorRun run(machine);
+    run.startWithNew(machine.path("a.qrv"));
+    addAlarmOn(run, 2);
+    run.leaveGeneral();
+    ASSERT_TRUE(run.form3.blocks.Grid1.cell(1, 3).bold);
+    run.bench.FileIsOpen = false;  // as a dialog does that is given up, where the old file can't come back
+    run.form3.activate();
+    EXPECT_FALSE(run.form3.blocks.Grid1.cell(1, 3).back.has_value());
+    EXPECT_FALSE(run.form3.blocks.Grid1.cell(1, 3).bold);
 }
 
 TEST(Form3Start, ClosingTheStartDialogIsNoSecondActivation) {
@@ -165,7 +196,7 @@ TEST(Form3Start, ARecentFileCanBeTheFirst) {
         run.program.ask.Option3_Click();
         run.program.ask.Command1_Click();
     });
-    run.host.onModal("FrmRecent", [&run](Form&) { run.program.recent.Grid1.doubleClick(2, 0); });
+    run.host.onModal("FrmRecent", [&run](Form&) { EXPECT_TRUE(run.program.recent.Grid1.doubleClick(2, 0)); });
     run.start();
     EXPECT_EQ(run.bench.CurrentFileName, machine.path("a.qrv"));
     EXPECT_EQ(machine.recent(1), machine.path("a.qrv"));

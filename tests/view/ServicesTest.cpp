@@ -43,6 +43,19 @@ TEST(QtMessageBox, ShowsTitleTextAndButtonsAsTold) {
               Answer::No);
 }
 
+TEST(QtMessageBox, AWindowThatIsOnItsWayOutHasNoBox) {
+    auto* window = new QWidget;
+    window->show();
+    window->activateWindow();
+    window->hide();
+    window->deleteLater();
+    whenUp<QMessageBox>([](QMessageBox& box) {
+        EXPECT_EQ(box.parentWidget(), nullptr);
+        box.accept();
+    });
+    static_cast<void>(QtMessageBox().ask({.text = "?"}));
+}
+
 struct EscapeRow {
     const char* name;
     Buttons buttons;

@@ -1,5 +1,6 @@
 #include "platform/qt/Application.h"
 
+#include <QWidget>
 #include <cstdio>
 #include <cstdlib>
 
@@ -40,6 +41,11 @@ bool Application::notify(QObject* receiver, QEvent* event) {
         endWith(error);
         return false;
     }
+}
+
+QWidget* Application::frontWindow() {
+    QWidget* window = activeWindow();
+    return window && window->isVisible() ? window : nullptr;
 }
 
 void Application::endWith(const RunTimeError& error) { ending()(error); }

@@ -15,6 +15,8 @@ class Application final : public QApplication {
 
     bool notify(QObject* receiver, QEvent* event) override;
 
+    /// The window that a box belongs to; null where none is up. A window on its way out counts as none.
+    [[nodiscard]] static QWidget* frontWindow();
     /// Shows the error and ends the program with exit code 1.
     static void endWith(const RunTimeError& error);
     /// Runs an action; a run-time error that leaves it ends the program.

@@ -39,6 +39,13 @@ void showItems(Widget* widget, const std::vector<std::string>& items, const Text
     widget->addItems(texts);
 }
 
+/// The caption of an entry that stands for something has no mnemonic: its "&" is a character like any other.
+QString shownCaption(const MenuEntry& entry) {
+    QString caption = shownUtf8(entry.caption);
+    if (!entry.tag.empty()) caption.replace(QLatin1Char('&'), QLatin1String("&&"));
+    return caption;
+}
+
 void showCaption(QAbstractButton* widget, const std::string& caption) {
     const QString text = shownUtf8(caption);
     if (widget->text() != text) widget->setText(text);
@@ -133,14 +140,15 @@ QListWidget* FormView::addList(const QString& name, ListBox& source, const Event
     setUp(list, name);
     list->setUniformItemSizes(true);
     const auto choose = [this, list, &source, clicked] {
-        if (list->currentRow() < 0) return;
+        // The toolkit makes the first row current, without choosing it, where the focus comes by Tab.
+        if (list->selectedItems().isEmpty()) return;
         tell([&] {
             source.listIndex = list->currentRow();
             clicked();
         });
     };
     // The arrow keys choose too; the second event is for a click on the row that is chosen already.
-    connect(list, &QListWidget::currentRowChanged, this, [choose](int) { choose(); });
+    connect(list, &QListWidget::itemSelectionChanged, this, choose);
     connect(list, &QListWidget::itemClicked, this, [list, &source, choose] {
         if (list->currentRow() != source.listIndex) choose();
     });
@@ -246,7 +254,7 @@ QAction* FormView::addEntry(QMenu* menu, const MenuEntry& source, const Event& t
     action->setObjectName(QString::fromStdString(source.name));
     connect(action, &QAction::triggered, this, [this, triggered] { tell(triggered); });
     addMirror([action, &source] {
-        if (!action->isSeparator()) action->setText(shownUtf8(source.caption));
+        if (!action->isSeparator()) action->setText(shownCaption(source));
         action->setEnabled(source.enabled);
         action->setVisible(source.visible);
     });

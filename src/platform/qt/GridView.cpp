@@ -73,10 +73,12 @@ GridView::GridView(Grid& grid, QWidget* parent)
     down_->setVisible(grid.fixedCols() > 0);
     across_->setMinimumSectionSize(1);
     down_->setMinimumSectionSize(1);
+    connect(qApp, &QApplication::focusChanged, this, &GridView::followFocus);
     refresh();
 }
 
 GridView::~GridView() {
+    disconnect(qApp, nullptr, this, nullptr);
     if (editor_) editor_->removeEventFilter(this);
 }
 
@@ -295,6 +297,8 @@ bool GridView::isOnArrow(const QModelIndex& index, const QPoint& position) const
 void GridView::mousePressEvent(QMouseEvent* event) {
     pressed_ = QModelIndex{};
     if (!grid_ || event->button() != Qt::LeftButton || !finishEdit()) return;
+    // A text that another grid refused has kept the focus there.
+    if (window()->focusWidget() != this) return;
     pressed_ = indexAt(event->position().toPoint());
     event->accept();
 }
@@ -324,26 +328,22 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (!index.isValid()) return;
     const int row = model_->gridRow(index);
     const int col = model_->gridCol(index);
-    const bool formTakesIt = static_cast<bool>(grid_->onDoubleClick);
-    run([this, row, col] { grid_->doubleClick(row, col); });
-    if (grid_ && !formTakesIt && grid_->colKind(col) != ColumnKind::CheckBox) startEdit(std::nullopt);
+    bool taken = false;
+    run([&] { taken = grid_->doubleClick(row, col); });
+    if (grid_ && !taken && grid_->colKind(col) != ColumnKind::CheckBox) startEdit(std::nullopt);
 }
 
-void GridView::focusInEvent(QFocusEvent* event) {
-    QTableView::focusInEvent(event);
-    if (!grid_ || toldFocus_ || event->reason() == Qt::PopupFocusReason) return;
-    toldFocus_ = true;
-    run([this] { grid_->gotFocus(); });
-}
-
-void GridView::focusOutEvent(QFocusEvent* event) {
-    QTableView::focusOutEvent(event);
-    const Qt::FocusReason reason = event->reason();
-    if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) return;
-    const QWidget* next = QApplication::focusWidget();
-    if (!grid_ || !toldFocus_ || committing_ || (next && isAncestorOf(next))) return;
-    toldFocus_ = false;
-    run([this] { grid_->lostFocus(); });
+/// The grid has the focus as long as it or its editor has it, and while another window is in front.
+void GridView::followFocus() {
+    const QWidget* now = QApplication::focusWidget();
+    if (!now || !grid_ || now->window() != window()) return;
+    const bool has = now == this || isAncestorOf(now);
+    // An edit that was left ends first.
+    if (has == toldFocus_ || (!has && editor_)) return;
+    run([this, has] {
+        toldFocus_ = has;
+        has ? grid_->gotFocus() : grid_->lostFocus();
+    });
 }
 
 bool GridView::viewportEvent(QEvent* event) {

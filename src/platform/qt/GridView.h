@@ -63,8 +63,6 @@ class GridView : public QTableView {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -74,6 +72,7 @@ class GridView : public QTableView {
  private:
     void run(const Event& event);
     void followSelection();
+    void followFocus();
     void applyRowHeights();
     void applyColWidths();
     [[nodiscard]] int widthOf(int col) const;
@@ -85,6 +84,7 @@ class GridView : public QTableView {
     QWidget* makeLine(const std::optional<QString>& typed);
     void placeEditor();
     void removeEditor();
+    void finishLeftEdit();
     void giveUpEdit();
     [[nodiscard]] QString editorText() const;
     void tick();

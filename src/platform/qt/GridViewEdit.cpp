@@ -75,6 +75,11 @@ QString GridView::editorText() const {
 bool GridView::finishEdit() {
     if (!editor_ || !grid_) return true;
     if (committing_) return false;
+    // A list that is left without a choice is an edit given up.
+    if (const auto* box = qobject_cast<const QComboBox*>(editor_); box && box->currentIndex() < 0) {
+        giveUpEdit();
+        return true;
+    }
     committing_ = true;
     bool done = false;
     const std::string typed = typedText(editorText());
@@ -82,9 +87,7 @@ bool GridView::finishEdit() {
     committing_ = false;
     if (!editor_) return true;
     if (done) {
-        const bool hadFocus = editor_->hasFocus() || !window()->focusWidget() || window()->focusWidget() == editor_;
         removeEditor();
-        if (hadFocus) setFocus(Qt::OtherFocusReason);
         return true;
     }
     if (auto* line = qobject_cast<QLineEdit*>(editor_)) line->selectAll();
@@ -92,22 +95,30 @@ bool GridView::finishEdit() {
     return false;
 }
 
+/// Once the toolkit has finished moving the focus: a text that was refused meanwhile has it back.
+void GridView::finishLeftEdit() {
+    if (editor_ && window()->focusWidget() != editor_) finishEdit();
+}
+
 void GridView::giveUpEdit() {
     committing_ = true;
     run([this] { grid_->cancelEdit(); });
     committing_ = false;
     removeEditor();
-    setFocus(Qt::OtherFocusReason);
 }
 
+/// Gives the grid the focus that the editor has, before the toolkit looks for another heir.
 void GridView::removeEditor() {
     if (!editor_) return;
     QWidget* old = editor_;
     editor_ = nullptr;
     old->removeEventFilter(this);
+    const QWidget* focused = window()->focusWidget();
+    if (!focused || focused == old || old->isAncestorOf(focused)) setFocus(Qt::OtherFocusReason);
     old->setObjectName({});
     old->hide();
     old->deleteLater();
+    followFocus();
 }
 
 bool GridView::editorKey(QKeyEvent* event) {
@@ -138,8 +149,7 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut && !committing_) {
         const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
         const bool stays = reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
-        // A refused text takes the focus back once the toolkit has finished moving it.
-        if (!stays) QTimer::singleShot(0, this, [this] { finishEdit(); });
+        if (!stays) QTimer::singleShot(0, this, &GridView::finishLeftEdit);
     }
     return QTableView::eventFilter(watched, event);
 }

@@ -1,10 +1,10 @@
 #include "platform/qt/QtFileDialog.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include "platform/qt/Application.h"
 #include "platform/qt/Texts.h"
 
 namespace qrv {
@@ -25,7 +25,7 @@ QStringList nameFilters(const std::string& filter) {
 }
 
 std::string QtFileDialog::ask(const FileQuestion& question) {
-    QFileDialog dialog(QApplication::activeWindow());
+    QFileDialog dialog(Application::frontWindow());
     dialog.setObjectName(QStringLiteral("fileDialog"));
     const bool saves = question.kind == FileDialogKind::Save;
     dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);

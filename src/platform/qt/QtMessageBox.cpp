@@ -1,8 +1,8 @@
 #include "platform/qt/QtMessageBox.h"
 
-#include <QApplication>
 #include <QMessageBox>
 
+#include "platform/qt/Application.h"
 #include "platform/qt/Texts.h"
 
 namespace qrv {
@@ -50,7 +50,7 @@ Answer answerOf(int button) {
 
 Answer QtMessageBox::ask(const Notice& notice) {
     const ButtonSet set = setOf(notice.buttons);
-    QMessageBox box(QApplication::activeWindow());
+    QMessageBox box(Application::frontWindow());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setWindowTitle(shownUtf8(notice.title));
     box.setTextFormat(Qt::PlainText);

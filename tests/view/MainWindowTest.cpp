@@ -1,0 +1,181 @@
+// The main window's controls under real keys and clicks: where the focus is, what a double click opens, what the menu
+// shows.
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QStatusBar>
+
+#include "ViewRig.h"
+
+namespace qrv {
+namespace {
+
+constexpr Colour kGrey{0x808080};
+
+class MainWindow : public testing::Test {
+ protected:
+    void SetUp() override { rig.startWithNewFile(); }
+    /// Block 10 gets a function, and its data is shown.
+    void place(const char* function) {
+        ViewRig::choose(rig.mainView(), "mnuEditCfg");
+        auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+        list->setCurrentItem(list->findItems(QString::fromLatin1(function), Qt::MatchFixedString).first());
+        ViewRig::clickCell(grid("Grid1"), 2, 1);
+        ViewRig::choose(rig.mainView(), "mnuEditBlk");
+    }
+    GridView& grid(const char* name) { return *ViewRig::find<GridView>(rig.mainView(), name); }
+    QLineEdit* editorOf(const char* name) {
+        return grid(name).viewport()->findChild<QLineEdit*>(QStringLiteral("gridEditor"));
+    }
+    BlockPanel& blocks() { return rig.program.mainWindow.blocks; }
+
+    ViewRig rig;
+};
+
+// --- the focus of a grid ---
+
+TEST_F(MainWindow, AGridIsGreyWhileItOrItsEditorHasTheFocus) {
+    place("ADD");
+    ViewRig::clickCell(grid("fg3"), 1, 1);
+    grid("fg3").setFocus();
+    EXPECT_EQ(blocks().fg3.selectionColour(), kGrey);
+    QTest::keyClick(&grid("fg3"), Qt::Key_F2);
+    ASSERT_NE(editorOf("fg3"), nullptr);
+    EXPECT_EQ(blocks().fg3.selectionColour(), kGrey);
+    QTest::keyClick(editorOf("fg3"), Qt::Key_Return);
+    EXPECT_EQ(blocks().fg3.selectionColour(), kGrey);
+    grid("Grid1").setFocus();
+    EXPECT_EQ(blocks().fg3.selectionColour(), std::nullopt);
+}
+
+TEST_F(MainWindow, AGridLeftOutOfItsEditorIsGreyNoLonger) {
+    place("ADD");
+    grid("fg2").setFocus();
+    ViewRig::clickCell(grid("fg2"), 1, 1);
+    QTest::keyClick(&grid("fg2"), Qt::Key_F2);
+    ASSERT_NE(editorOf("fg2"), nullptr);
+    grid("Grid1").setFocus();
+    QTest::qWait(1);  // the edit ends when the focus has come to rest
+    EXPECT_FALSE(grid("fg2").isEditing());
+    EXPECT_EQ(blocks().fg2.selectionColour(), std::nullopt);
+    grid("fg2").setFocus();
+    EXPECT_EQ(blocks().fg2.selectionColour(), kGrey);
+}
+
+TEST_F(MainWindow, ARefusedTextKeepsTheFocusAndTheColour) {
+    place("ADD");
+    grid("fg2").setFocus();
+    ViewRig::clickCell(grid("fg2"), 1, 1);
+    QTest::keyClicks(&grid("fg2"), QStringLiteral("x"));
+    rig.boxes.expect("Enter A Block Number\n        0 to 704");
+    grid("Grid1").setFocus();
+    QTest::qWait(1);
+    ASSERT_TRUE(grid("fg2").isEditing());
+    EXPECT_TRUE(editorOf("fg2")->hasFocus());
+    EXPECT_EQ(blocks().fg2.selectionColour(), kGrey);
+    QTest::keyClick(editorOf("fg2"), Qt::Key_Escape);
+}
+
+TEST_F(MainWindow, TheFocusOfOneDataGridTakesTheOthersSelectionToItsFirstRow) {
+    place("PID");
+    ViewRig::clickCell(grid("fg3"), 4, 1);
+    EXPECT_EQ(blocks().fg3.row(), 4);
+    grid("fg3").setFocus();
+    grid("fg2").setFocus();
+    EXPECT_EQ(blocks().fg3.row(), 1);
+    EXPECT_EQ(blocks().fg3.selectionColour(), std::nullopt);
+    EXPECT_EQ(blocks().fg2.selectionColour(), kGrey);
+}
+
+// --- double clicks ---
+
+void doubleClickCell(GridView& grid, int row, int col) {
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, grid.rectOf(row, col).center());
+}
+
+TEST_F(MainWindow, ADoubleClickOnAParameterOpensItsEditor) {
+    place("PID");
+    doubleClickCell(grid("fg3"), 2, 1);
+    ASSERT_NE(editorOf("fg3"), nullptr);
+    EXPECT_EQ(editorOf("fg3")->text().toStdString(), blocks().fg3.text(2, 1));
+}
+
+TEST_F(MainWindow, ADoubleClickOnAnAuxReadersParameterPicksTheOutput) {
+    place("AABO");
+    rig.boxes.expect(Notice{.text = "ZERO has no auxiliary analog outputs", .title = "Output Not Found"});
+    doubleClickCell(grid("fg3"), 1, 1);
+    EXPECT_EQ(editorOf("fg3"), nullptr);
+    EXPECT_EQ(blocks().fg3.text(1, 2), "NO AUX OUTPUT");
+}
+
+// --- the function list ---
+
+TEST_F(MainWindow, TabIntoTheFunctionListChoosesNothing) {
+    ViewRig::choose(rig.mainView(), "mnuEditCfg");
+    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
+    ASSERT_EQ(list->currentRow(), -1);
+    list->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(list->hasFocus());
+    EXPECT_EQ(blocks().CurFuncName, "NOP");
+    EXPECT_EQ(blocks().List1.listIndex, -1);
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(blocks().List1.listIndex, 0);
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(blocks().CurFuncName, "ZERO");
+}
+
+// --- the menu ---
+
+TEST_F(MainWindow, AnAmpersandInARecentPathIsShownAsOne) {
+    rig.program.mainWindow.recentFiles.add("/plant/boiler & pump.qrv");
+    rig.host.refreshAll();
+    EXPECT_EQ(ViewRig::find<QAction>(rig.mainView(), "mnuRecentFile1")->text(), "/plant/boiler && pump.qrv");
+}
+
+TEST(MainWindowWithoutAFile, AnEntryThatNeedsOneSaysSo) {
+    ViewRig rig("none.qrv");
+    rig.boxes.expect(Notice{.text = "none.qrv Does Not Exist", .title = "Warning!"});
+    rig.host.load(rig.program.splash);
+    rig.program.splash.Timer1_Timer();
+    ViewRig::choose(rig.mainView(), "mnuEditComments");
+    auto* bar = ViewRig::find<QStatusBar>(rig.mainView(), "statusBar");
+    EXPECT_EQ(bar->currentMessage(), "No configuration is open: File, New or Open begins");
+    bar->clearMessage();
+    ViewRig::click<QAbstractButton>(rig.mainView(), "Command1");
+    EXPECT_EQ(bar->currentMessage(), "No configuration is open: File, New or Open begins");
+    bar->clearMessage();
+    ViewRig::choose(rig.mainView(), "mnuEditBlk");
+    EXPECT_EQ(bar->currentMessage(), "");
+}
+
+// --- the boards ---
+
+TEST(Boards, AListLeftWithoutAChoiceGivesBackTheBoard) {
+    ViewRig rig;
+    rig.dialogs.answer(rig.path("a.qrv"));
+    rig.whenUp("FrmAsk", [](FormView& view) { ViewRig::click<QAbstractButton>(view, "Command1"); });
+    rig.host.load(rig.program.splash);
+    rig.program.splash.Timer1_Timer();
+    ASSERT_TRUE(QTest::qWaitFor([&rig] { return rig.host.isVisible(rig.program.general); }));
+    FormView& window = *rig.host.viewOf(rig.program.general);
+    Grid& boards = rig.program.general.fg;
+    ASSERT_TRUE(boards.edit(1, 1, "TRIAC OUTPUT      610033"));
+    rig.host.refreshAll();
+    auto* view = ViewRig::find<GridView>(window, "fg");
+    QTest::keyClick(view, Qt::Key_F2);
+    auto* list = view->viewport()->findChild<QComboBox*>(QStringLiteral("gridEditor"));
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->currentIndex(), -1);
+    list->hidePopup();
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_FALSE(view->isEditing());
+    EXPECT_EQ(boards.text(1, 1), "TRIAC OUTPUT      610033");
+    ViewRig::choose(window, "mnuexit");
+}
+
+}  // namespace
+}  // namespace qrv
