@@ -134,6 +134,8 @@ bool frmDownload::queryUnload(UnloadMode mode) {
 void frmDownload::unload() {
     comm_.showBytesSent = [] {};
     comm_.Close_Comm_Port();
+    // A form that left before its start has raised it, and would end the next user's exchanges at their first attempt.
+    bench_.xfer_abort = false;
 }
 
 // --- the progress ---

@@ -3,10 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
-#include <sstream>
 
+#include "ProgramText.h"
 #include "TransferRig.h"
 #include "link/UploadSections.h"
 
@@ -14,33 +13,12 @@ namespace qrv::test {
 
 namespace {
 
-std::string logOf(const TransferRig& rig) {
-    std::ifstream file(rig.folder.file("QRVUploadLog.txt"), std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
+std::string logOf(const TransferRig& rig) { return bytesOfFile(rig.folder.file("QRVUploadLog.txt")); }
 
 std::string repeated(const std::string& text, int count) {
     std::string all;
     for (int i = 0; i < count; ++i) all += text;
     return all;
-}
-
-/// Every constant with its place, every string, and every function: what a controller holds.
-std::string programOf(TransferRig& rig) {
-    db1& db = rig.bench.db;
-    std::ostringstream text;
-    for (db.BlockMoveFirst(); !db.BlockEOF(); db.BlockMoveNext()) {
-        text << db.blockNumber() << ' ' << db.BlockFn() << ' ' << db.BlockConstant() << '\n';
-    }
-    for (db.ConstantMoveFirst(); !db.ConstantEOF(); db.ConstantMoveNext()) {
-        text << db.ConstantBlockNumber() << '.' << db.ConstantOffset() << '=' << db.ConstantValue() << '\n';
-    }
-    for (db.ParmstrMoveFirst(); !db.ParmstrEOF(); db.ParmstrMoveNext()) {
-        text << db.ParmstrBlockNumber() << '.' << db.ParmstrOffset() << '"' << db.ParmstrStr() << '\n';
-    }
-    return text.str();
 }
 
 constexpr const char* kReverted =
@@ -158,11 +136,11 @@ TEST(frmUpload, AProgramComesBackAsItWent) {
     rig.place(20, "SCHEDULE");
     rig.runDownload();
     ASSERT_TRUE(rig.download.outcome().committed);
-    const std::string sent = programOf(rig);
+    const std::string sent = programOf(rig.bench);
     rig.place(30, "PID");
     rig.runUpload();
     EXPECT_TRUE(rig.upload.outcome().complete);
-    EXPECT_EQ(programOf(rig), sent);
+    EXPECT_EQ(programOf(rig.bench), sent);
 }
 
 TEST(frmUpload, SlotsFollowFromTheFunctions) {
@@ -194,7 +172,7 @@ TEST(frmUpload, ADeadControllerGivesTwoBoxesAndTheSavedFile) {
     TransferRig rig;
     rig.place(4, "PID");
     rig.save();
-    const std::string saved = programOf(rig);
+    const std::string saved = programOf(rig.bench);
     // Poll, version, poll, ten records.
     rig.controller.play(SimFaultPlan::from("silence", 14));
     rig.expectOverwriteQuestion();
@@ -205,7 +183,7 @@ TEST(frmUpload, ADeadControllerGivesTwoBoxesAndTheSavedFile) {
         rig.upload.Continue_Click();
     });
     rig.host.showModal(rig.upload);
-    EXPECT_EQ(programOf(rig), saved);
+    EXPECT_EQ(programOf(rig.bench), saved);
     EXPECT_EQ(rig.upload.outcome().reason, "Bad Response");
     const std::string log = logOf(rig);
     const std::string end = "----------CANCEL--------------\r\nBad Response\r\n";
@@ -220,7 +198,7 @@ TEST(frmUpload, CancelGivesTheSavedFileBack) {
     TransferRig rig;
     rig.place(4, "PID");
     rig.save();
-    const std::string saved = programOf(rig);
+    const std::string saved = programOf(rig.bench);
     rig.expectOverwriteQuestion();
     rig.boxes.expect(kReverted);
     rig.upload.onProgress = [&] {
@@ -231,7 +209,7 @@ TEST(frmUpload, CancelGivesTheSavedFileBack) {
         rig.upload.Continue_Click();
     });
     rig.host.showModal(rig.upload);
-    EXPECT_EQ(programOf(rig), saved);
+    EXPECT_EQ(programOf(rig.bench), saved);
     EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
 }
 

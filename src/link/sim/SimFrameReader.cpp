@@ -42,9 +42,8 @@ void SimFrameReader::forget() {
 }
 
 bool SimFrameReader::isWhole() const {
-    const auto* const command = simCommandOf(pending_.front());
-    if (command->code != SimCommandCode::Write) return pending_.size() == command->length;
-    return pending_.size() > 2 && pending_.size() == command->length + pending_[2];
+    if (command_->code != SimCommandCode::Write) return pending_.size() == command_->length;
+    return pending_.size() > 2 && pending_.size() == command_->length + pending_[2];
 }
 
 void SimFrameReader::take(std::uint8_t byte, Clock::TimePoint at, std::vector<SimReceived>& found) {
@@ -56,7 +55,8 @@ void SimFrameReader::take(std::uint8_t byte, Clock::TimePoint at, std::vector<Si
         return;
     }
     pending_.push_back(byte);
-    if (simCommandOf(pending_.front()) == nullptr) {
+    if (pending_.size() == 1) command_ = simCommandOf(byte);
+    if (command_ == nullptr) {
         isLost_ = true;
         zerosInRow_ = 0;
         found.push_back({.finding = SimFinding::UnknownCommand, .bytes = std::exchange(pending_, {}), .at = at});

@@ -96,6 +96,7 @@ class SimFrameReader {
     [[nodiscard]] bool isWhole() const;
 
     std::vector<std::uint8_t> pending_;
+    const SimCommand* command_ = nullptr;  ///< of the request that is pending
     bool isLost_ = false;
     std::size_t zerosInRow_ = 0;
     std::uint64_t fillerCount_ = 0;

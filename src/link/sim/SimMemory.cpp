@@ -52,7 +52,14 @@ void SimMemory::write(std::uint8_t section, std::uint32_t offset, std::span<cons
 
 void SimMemory::store(std::uint8_t section, std::uint32_t offset, std::span<const std::uint8_t> bytes) {
     auto& space = sections_.at(section);
-    if (space.size() < offset + bytes.size()) space.resize(offset + bytes.size(), 0);
+    if (space.size() < offset + bytes.size()) {
+        // What lies behind the last byte is zero anyway.
+        while (!bytes.empty() && bytes.back() == 0 && space.size() < offset + bytes.size()) {
+            bytes = bytes.first(bytes.size() - 1);
+        }
+        if (bytes.empty()) return;
+        space.resize(std::max(space.size(), offset + bytes.size()), 0);
+    }
     std::ranges::copy(bytes, space.begin() + static_cast<std::ptrdiff_t>(offset));
     while (!space.empty() && space.back() == 0) space.pop_back();
 }
