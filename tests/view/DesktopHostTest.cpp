@@ -33,7 +33,9 @@ class ToyForm : public Form {
 
     Button Command1{.caption = "&Go"};
     TextBox Text1{.text = "a", .maxLength = 5};
+    Timer Timer1{.interval = std::chrono::milliseconds(1)};
     std::function<void()> onGo = [] {};
+    std::function<void()> onTick = [] {};
     bool mayClose = true;
 
  private:
@@ -46,6 +48,7 @@ class ToyView final : public FormView {
         makeBody();
         addButton(QStringLiteral("Command1"), toy.Command1, [&toy] { toy.onGo(); });
         addLine(QStringLiteral("Text1"), toy.Text1, [] {});
+        addTimer(toy.Timer1, [&toy] { toy.onTick(); });
     }
 };
 
@@ -72,6 +75,23 @@ TEST_F(DesktopHostTest, ShowLoadsOnceAndActivates) {
     EXPECT_EQ(events, (Events{"main load", "main activate", "main activate"}));
     EXPECT_TRUE(host.isVisible(main));
     EXPECT_EQ(host.viewOf(main)->objectName(), "main");
+}
+
+TEST_F(DesktopHostTest, ATimerEndedByAFormThatHidesTicksNoMore) {
+    int ticks = 0;
+    main.Timer1.enabled = true;
+    main.onTick = [&] {
+        ++ticks;
+        main.Timer1.enabled = false;
+        host.hide(main);
+    };
+    host.show(main);
+    int beats = 0;
+    QTimer other;
+    QObject::connect(&other, &QTimer::timeout, qApp, [&] { beats += ticks > 0 ? 1 : 0; });
+    other.start(main.Timer1.interval);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return beats > 5; }));
+    EXPECT_EQ(ticks, 1);
 }
 
 TEST_F(DesktopHostTest, ModalFormComesBackToTheOneBefore) {

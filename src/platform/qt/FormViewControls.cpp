@@ -239,7 +239,14 @@ GridView* FormView::addGrid(Grid& source) {
 
 void FormView::addTimer(const Timer& source, const Event& tick) {
     auto* timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, [this, tick] { tell(tick); });
+    connect(timer, &QTimer::timeout, this, [this, timer, &source, tick] {
+        // A form that ends its timer and hides is mirrored no more.
+        if (source.enabled) {
+            tell(tick);
+        } else {
+            timer->stop();
+        }
+    });
     addMirror([timer, &source] {
         if (!source.enabled) {
             timer->stop();
