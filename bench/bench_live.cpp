@@ -22,7 +22,7 @@ constexpr const char* kSettings = "38400,O,8, 1";
 class LiveWindow {
  public:
     explicit LiveWindow(const std::string& device) : live_(device) {
-        live_.startWith("mnuViewAll", form());
+        live_.rig.startWithView("mnuViewAll", form());
         auto& functions = live_.rig.program.bench.FnOfBlock;
         functions.fill(kNop);
         std::fill_n(functions.begin(), kUsedBlocks, kAnalogFunction);

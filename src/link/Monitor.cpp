@@ -118,7 +118,7 @@ void Monitor::Command4_Click() {
 
 void Monitor::Command5_Click() {
     const FileResult fault = writeWholeAtOnce(boardFileOf(bench_.CurrentFileName), bytesOfBoard(entries));
-    if (fault) bench_.platform.messageBox.say(fault->text);
+    if (fault) bench_.platform.messageBox.say("The board was not saved: " + fault->text + ".");
 }
 
 void Monitor::Command6_Click() {
@@ -127,7 +127,7 @@ void Monitor::Command6_Click() {
     if (!exists(file)) return;
     const FileContent content = readWhole(file, kLongestFile);
     if (content.fault) {
-        bench_.platform.messageBox.say(content.fault->text);
+        bench_.platform.messageBox.say("The board was not restored: " + content.fault->text + ".");
         return;
     }
     entries = boardFrom(content.bytes);

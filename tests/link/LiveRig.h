@@ -1,10 +1,15 @@
-// A live view under test: the shipped catalogue, a block program of the test's own, and a simulated controller at the
-// far end of a line as fast as the settings say.
+// The live views under test: the shipped catalogue, a block program of the test's own, and a simulated controller at
+// the far end of a line as fast as the settings say.
 #pragma once
 
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "LinkRig.h"
+#include "link/MGrid.h"
+#include "link/Monitor.h"
+#include "link/frmTag.h"
 #include "twins/TemporaryFolder.h"
 
 namespace qrv::test {
@@ -51,6 +56,53 @@ struct LiveRig : LinkServices {
     Workbench bench{platformWith(port), {.work = {}, .catalogue = QRV_CATALOGUE_FOLDER, .backups = {}}};
     frmComm comm{bench};
     int timesMainShown = 0;
+};
+
+/// The window of all outputs in front of the user.
+struct MGridRig : LiveRig {
+    explicit MGridRig(StaleMarks marks = StaleMarks::Shown) : form(bench, comm, marks) { host.show(form); }
+
+    /// Something to read.
+    void prepare() { analog(0, 100); }
+    void done() { form.mnuexit(); }
+
+    MGrid form;
+};
+
+/// The board of chosen outputs in front of the user.
+struct MonitorRig : LiveRig {
+    explicit MonitorRig(StaleMarks marks = StaleMarks::Shown) : form(bench, comm, question, marks) { host.show(form); }
+
+    void prepare() {
+        analog(12, 100);
+        add("12", "Pump");
+    }
+    void done() { form.munexit(); }
+
+    /// The user adds a block by "Add Block".
+    void add(const std::string& block, const std::string& tag) {
+        host.onModal("frmTag", [block, tag](Form& shown) {
+            auto& asked = dynamic_cast<frmTag&>(shown);
+            asked.Text1.text = tag;
+            asked.Text2.text = block;
+            asked.Command1_Click();
+        });
+        form.Command1_Click();
+    }
+    /// Polls for so long.
+    void poll(milliseconds time) {
+        after(time, [this] { form.Command3_Click(); });
+        form.Command2_Click();
+    }
+    [[nodiscard]] std::string file() const { return folder.file("boiler.mon"); }
+    [[nodiscard]] std::string bytes() const {
+        std::ifstream in(file(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+    void write(const std::string& content) const { std::ofstream(file(), std::ios::binary) << content; }
+
+    frmTag question{bench};
+    Monitor form;
 };
 
 }  // namespace qrv::test

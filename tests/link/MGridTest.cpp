@@ -7,14 +7,8 @@
 namespace qrv::test {
 namespace {
 
-struct Rig : LiveRig {
-    explicit Rig(StaleMarks marks = StaleMarks::Shown) : form(bench, comm, marks) { host.show(form); }
-
-    MGrid form;
-};
-
 TEST(MGrid, HasARowForEveryTenBlocks) {
-    const Rig rig;
+    const MGridRig rig;
     EXPECT_EQ(rig.form.caption, "View All Block Outputs");
     EXPECT_EQ(rig.form.Grid2.rows(), 72);
     EXPECT_EQ(rig.form.Grid2.cols(), 11);
@@ -34,7 +28,7 @@ struct ValueRow {
 class MGridValue : public testing::TestWithParam<ValueRow> {};
 
 TEST_P(MGridValue, IsShownInHundredths) {
-    Rig rig;
+    MGridRig rig;
     rig.analog(17, GetParam().hundredths);
     rig.form.Command1_Click();
     EXPECT_EQ(rig.form.Grid2.text(2, 8), GetParam().text);
@@ -47,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(Edges, MGridValue,
                          [](const auto& row) { return row.param.name; });
 
 TEST(MGrid, SinglePollReadsEveryBlockButTheNops) {
-    Rig rig;
+    MGridRig rig;
     rig.analog(0, 1234);
     rig.discrete(599, true);
     rig.discrete(600, false);
@@ -65,14 +59,14 @@ TEST(MGrid, SinglePollReadsEveryBlockButTheNops) {
 }
 
 TEST(MGrid, FunctionThatTheCatalogueLacksIsNotRead) {
-    Rig rig;
+    MGridRig rig;
     rig.bench.FnOfBlock[3] = 999;
     rig.form.Command1_Click();
     EXPECT_TRUE(rig.blocksRead().empty());
 }
 
 TEST(MGrid, ContinuousPollReadsWhatIsOnTheWindow) {
-    Rig rig;
+    MGridRig rig;
     for (const int block : {49, 50, 179, 180}) rig.analog(static_cast<std::int16_t>(block), 100);
     rig.form.Grid2.setTopRow(6);
     rig.after(milliseconds(100), [&rig] { rig.form.Command3_Click(); });
@@ -83,7 +77,7 @@ TEST(MGrid, ContinuousPollReadsWhatIsOnTheWindow) {
 }
 
 TEST(MGrid, PassAtTheLastRowsEndsAtTheLastBlock) {
-    Rig rig;
+    MGridRig rig;
     for (const int block : {699, 700, 704}) rig.analog(static_cast<std::int16_t>(block), 100);
     rig.form.Grid2.setTopRow(71);
     rig.after(milliseconds(100), [&rig] { rig.form.Command3_Click(); });
@@ -95,7 +89,7 @@ TEST(MGrid, PassAtTheLastRowsEndsAtTheLastBlock) {
 }
 
 TEST(MGrid, PollOfAnEmptyWindowCanBeStopped) {
-    Rig rig;
+    MGridRig rig;
     rig.after(milliseconds(500), [&rig] { rig.form.Command3_Click(); });
     rig.form.Command2_Click();
     EXPECT_TRUE(rig.blocksRead().empty());
@@ -103,7 +97,7 @@ TEST(MGrid, PollOfAnEmptyWindowCanBeStopped) {
 }
 
 TEST(MGrid, ButtonsAreOffWhileItPolls) {
-    Rig rig;
+    MGridRig rig;
     rig.analog(0, 100);
     rig.after(milliseconds(100), [&rig] {
         EXPECT_FALSE(rig.form.Command1.enabled);
@@ -119,27 +113,8 @@ TEST(MGrid, ButtonsAreOffWhileItPolls) {
     EXPECT_FALSE(rig.port.isOpen());
 }
 
-TEST(MGrid, SilentControllerIsToldAndThePortClosed) {
-    Rig rig;
-    rig.dieAt(1);
-    rig.expectNoConnection();
-    rig.form.Command1_Click();
-    EXPECT_FALSE(rig.port.isOpen());
-    EXPECT_TRUE(rig.form.Command1.enabled);
-    EXPECT_TRUE(rig.form.Command2.enabled);
-}
-
-TEST(MGrid, PortThatDoesNotOpenIsToldOnce) {
-    Rig rig;
-    rig.port.refuseToOpen();
-    rig.boxes.expect("COM1: not available. Change the setting to another port.");
-    rig.form.Command2_Click();
-    EXPECT_FALSE(rig.form.polling);
-    EXPECT_TRUE(rig.form.Command2.enabled);
-}
-
 TEST(MGrid, DeadLineLeavesTheValueAndMarksIt) {
-    Rig rig;
+    MGridRig rig;
     rig.analog(4, 1234);
     rig.dieAt(3);  // poll, one good reading, silence
     rig.after(milliseconds(5000), [&rig] { rig.form.Command3_Click(); });
@@ -155,7 +130,7 @@ TEST(MGrid, DeadLineLeavesTheValueAndMarksIt) {
 }
 
 TEST(MGrid, MarkGoesWithTheNextAnswer) {
-    Rig rig;
+    MGridRig rig;
     rig.analog(4, 1234);
     rig.dieAt(2);
     rig.form.Command1_Click();
@@ -169,7 +144,7 @@ TEST(MGrid, MarkGoesWithTheNextAnswer) {
 }
 
 TEST(MGrid, WithoutMarksADeadLineChangesNothing) {
-    Rig rig(StaleMarks::Absent);
+    MGridRig rig(StaleMarks::Absent);
     rig.analog(4, 1234);
     rig.dieAt(2);
     rig.form.Command1_Click();
@@ -178,7 +153,7 @@ TEST(MGrid, WithoutMarksADeadLineChangesNothing) {
 }
 
 TEST(MGrid, RateIsShownAfterTheFirstSecond) {
-    Rig rig;
+    MGridRig rig;
     rig.analog(4, 1234);
     rig.after(milliseconds(3000), [&rig] {
         rig.form.tmrShow_Timer();
@@ -188,54 +163,14 @@ TEST(MGrid, RateIsShownAfterTheFirstSecond) {
     EXPECT_TRUE(rig.form.lblRate.caption.ends_with(" readings/s")) << rig.form.lblRate.caption;
 }
 
-TEST(MGrid, DoneGivesTheMainWindowBack) {
-    Rig rig;
-    rig.form.mnuexit();
-    EXPECT_FALSE(rig.host.isLoaded(rig.form));
-    EXPECT_EQ(rig.timesMainShown, 1);
-}
-
-TEST(MGrid, CloseBoxWhilePollingWaitsForTheLoop) {
-    Rig rig;
-    rig.analog(0, 100);
-    rig.after(milliseconds(200), [&rig] {
-        EXPECT_FALSE(rig.host.close(rig.form));
-        EXPECT_TRUE(rig.form.close_pending);
-        EXPECT_FALSE(rig.form.polling);
-    });
-    rig.form.Command2_Click();
-    EXPECT_FALSE(rig.host.isLoaded(rig.form));
-    EXPECT_FALSE(rig.port.isOpen());
-    EXPECT_EQ(rig.timesMainShown, 1);
-}
-
 TEST(MGrid, CloseBoxDuringASinglePollEndsIt) {
-    Rig rig;
+    MGridRig rig;
     for (std::int16_t block = 0; block < 500; ++block) rig.analog(block, 100);
     rig.after(milliseconds(100), [&rig] { rig.host.close(rig.form); });
     rig.form.Command1_Click();
     EXPECT_FALSE(rig.host.isLoaded(rig.form));
     EXPECT_LT(rig.blocksRead().size(), 400U);
     EXPECT_EQ(rig.timesMainShown, 1);
-}
-
-TEST(MGrid, CloseBoxWhileItConnectsClosesAfterTheBox) {
-    Rig rig;
-    rig.dieAt(1);
-    rig.expectNoConnection();
-    rig.after(milliseconds(3000), [&rig] { rig.host.close(rig.form); });
-    rig.form.Command2_Click();
-    EXPECT_FALSE(rig.host.isLoaded(rig.form));
-    EXPECT_EQ(rig.timesMainShown, 1);
-}
-
-TEST(MGrid, EndOfTheProgramEndsThePoll) {
-    Rig rig;
-    rig.analog(0, 100);
-    rig.after(milliseconds(200), [&rig] { rig.host.endProgram(0); });
-    rig.form.Command2_Click();
-    EXPECT_FALSE(rig.port.isOpen());
-    EXPECT_EQ(rig.timesMainShown, 0);
 }
 
 }  // namespace

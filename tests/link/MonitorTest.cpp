@@ -3,48 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "LiveRig.h"
-#include "link/frmTag.h"
-#include "platform/Files.h"
 
 namespace qrv::test {
 namespace {
 
-struct Rig : LiveRig {
-    explicit Rig(StaleMarks marks = StaleMarks::Shown) : form(bench, comm, question, marks) { host.show(form); }
-
-    /// The user adds a block by "Add Block".
-    void add(const std::string& block, const std::string& tag) {
-        host.onModal("frmTag", [block, tag](Form& shown) {
-            auto& asked = dynamic_cast<frmTag&>(shown);
-            asked.Text1.text = tag;
-            asked.Text2.text = block;
-            asked.Command1_Click();
-        });
-        form.Command1_Click();
-    }
-    /// Polls for so long.
-    void poll(milliseconds time) {
-        after(time, [this] { form.Command3_Click(); });
-        form.Command2_Click();
-    }
-    [[nodiscard]] std::string file() const { return folder.file("boiler.mon"); }
-    [[nodiscard]] std::string bytes() const {
-        std::ifstream in(file(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
-    void write(const std::string& content) const { std::ofstream(file(), std::ios::binary) << content; }
-
-    frmTag question{bench};
-    Monitor form;
-};
-
 const std::string kPumpTag = "Pump            ";
 
 TEST(Monitor, NewLabelShowsTagAndBlock) {
-    Rig rig;
+    MonitorRig rig;
     rig.analog(12, 100);
     rig.add("12", "Pump");
     EXPECT_EQ(rig.form.entry_count, 1);
@@ -54,7 +22,7 @@ TEST(Monitor, NewLabelShowsTagAndBlock) {
 }
 
 TEST(Monitor, NopAndDiscreteFunctionsHaveTheSecondKind) {
-    Rig rig;
+    MonitorRig rig;
     rig.discrete(5, true);
     rig.add("5", "Valve");
     rig.add("6", "Nothing");
@@ -63,7 +31,7 @@ TEST(Monitor, NopAndDiscreteFunctionsHaveTheSecondKind) {
 }
 
 TEST(Monitor, TwentySixthBlockDoesNothing) {
-    Rig rig;
+    MonitorRig rig;
     for (int i = 0; i < 25; ++i) rig.add("4", "Pump");
     const MonitorEntries before = rig.form.entries;
     rig.form.Command1_Click();
@@ -72,7 +40,7 @@ TEST(Monitor, TwentySixthBlockDoesNothing) {
 }
 
 TEST(Monitor, AnalogShowsItsValueFirstAndDiscreteItsTag) {
-    Rig rig;
+    MonitorRig rig;
     rig.analog(12, -5);
     rig.discrete(13, true);
     rig.add("12", "Pump");
@@ -85,7 +53,7 @@ TEST(Monitor, AnalogShowsItsValueFirstAndDiscreteItsTag) {
 }
 
 TEST(Monitor, SleepsTenMillisecondsBeforeEachPass) {
-    Rig rig;
+    MonitorRig rig;
     rig.analog(12, 100);
     rig.add("12", "Pump");
     rig.poll(milliseconds(200));
@@ -94,17 +62,8 @@ TEST(Monitor, SleepsTenMillisecondsBeforeEachPass) {
     for (const auto sleep : rig.clock.sleeps) EXPECT_EQ(sleep, milliseconds(10));
 }
 
-TEST(Monitor, SilentControllerIsToldAndThePortClosed) {
-    Rig rig;
-    rig.dieAt(1);
-    rig.expectNoConnection();
-    rig.form.Command2_Click();
-    EXPECT_FALSE(rig.port.isOpen());
-    EXPECT_TRUE(rig.form.Command2.enabled);
-}
-
 TEST(Monitor, ResetWhilePollingLeavesNothingToRead) {
-    Rig rig;
+    MonitorRig rig;
     rig.analog(12, 100);
     rig.add("12", "Pump");
     std::size_t readings = 0;
@@ -121,7 +80,7 @@ TEST(Monitor, ResetWhilePollingLeavesNothingToRead) {
 }
 
 TEST(Monitor, DeadLineLeavesTheValueAndMarksIt) {
-    Rig rig;
+    MonitorRig rig;
     rig.analog(12, 100);
     rig.analog(13, 200);
     rig.add("12", "Pump");
@@ -135,35 +94,13 @@ TEST(Monitor, DeadLineLeavesTheValueAndMarksIt) {
 }
 
 TEST(Monitor, WithoutMarksADeadLineChangesNothing) {
-    Rig rig(StaleMarks::Absent);
+    MonitorRig rig(StaleMarks::Absent);
     rig.analog(12, 100);
     rig.add("12", "Pump");
     rig.dieAt(2);
     rig.poll(milliseconds(5000));
     EXPECT_EQ(rig.form.label(1).caption, "Pump\nBlock 12");
     EXPECT_FALSE(rig.form.label(1).silentSince.has_value());
-}
-
-TEST(Monitor, CloseBoxWhilePollingWaitsForTheLoop) {
-    Rig rig;
-    rig.analog(12, 100);
-    rig.add("12", "Pump");
-    rig.after(milliseconds(200), [&rig] {
-        EXPECT_FALSE(rig.host.close(rig.form));
-        EXPECT_TRUE(rig.form.close_pending);
-        EXPECT_FALSE(rig.form.polling);
-    });
-    rig.form.Command2_Click();
-    EXPECT_FALSE(rig.host.isLoaded(rig.form));
-    EXPECT_FALSE(rig.port.isOpen());
-    EXPECT_EQ(rig.timesMainShown, 1);
-}
-
-TEST(Monitor, DoneGivesTheMainWindowBack) {
-    Rig rig;
-    rig.form.munexit();
-    EXPECT_FALSE(rig.host.isLoaded(rig.form));
-    EXPECT_EQ(rig.timesMainShown, 1);
 }
 
 // --- the file ---
@@ -175,7 +112,7 @@ std::string pumpRecord() {
 }
 
 TEST(Monitor, SavesTwentyFiveRecordsOfFiftyTwoBytes) {
-    Rig rig;
+    MonitorRig rig;
     rig.analog(300, 100);
     rig.host.onModal("frmTag", [](Form& shown) {
         auto& asked = dynamic_cast<frmTag&>(shown);
@@ -194,7 +131,7 @@ TEST(Monitor, SavesTwentyFiveRecordsOfFiftyTwoBytes) {
 }
 
 TEST(Monitor, RestoresToTheHighestRecordInUse) {
-    Rig rig;
+    MonitorRig rig;
     rig.write(std::string(52, '\0') + pumpRecord() + std::string(23 * 52, '\0'));
     rig.add("4", "Other");
     rig.form.Command6_Click();
@@ -206,7 +143,7 @@ TEST(Monitor, RestoresToTheHighestRecordInUse) {
 }
 
 TEST(Monitor, MissingFileGivesAnEmptyBoard) {
-    Rig rig;
+    MonitorRig rig;
     rig.add("4", "Other");
     rig.form.Command6_Click();
     EXPECT_EQ(rig.form.entry_count, 0);
@@ -215,7 +152,7 @@ TEST(Monitor, MissingFileGivesAnEmptyBoard) {
 }
 
 TEST(Monitor, ShortFileGivesWhatItHolds) {
-    Rig rig;
+    MonitorRig rig;
     rig.write(pumpRecord() + pumpRecord().substr(0, 10));
     rig.form.Command6_Click();
     EXPECT_EQ(rig.form.entry_count, 2);
@@ -224,7 +161,7 @@ TEST(Monitor, ShortFileGivesWhatItHolds) {
 }
 
 TEST(Monitor, ForeignFileGivesNoBlockThatNoControllerHas) {
-    Rig rig;
+    MonitorRig rig;
     rig.write(std::string(4000, '\x7F'));
     rig.form.Command6_Click();
     EXPECT_EQ(rig.form.entry_count, 0);
@@ -236,13 +173,18 @@ TEST(Monitor, FileIsNamedAfterAnyConfiguration) {
 }
 
 TEST(Monitor, BoardThatCannotBeReadIsTold) {
-    Rig rig;
+    MonitorRig rig;
     std::filesystem::create_directory(rig.file());
-    const FileContent content = readWhole(rig.file(), 1300);
-    ASSERT_TRUE(content.fault.has_value());
-    rig.boxes.expect(content.fault->text);
+    rig.boxes.expect("The board was not restored: cannot read " + rig.file() + ": Is a directory.");
     rig.form.Command6_Click();
     EXPECT_EQ(rig.form.entry_count, 0);
+}
+
+TEST(Monitor, BoardThatCannotBeKeptIsTold) {
+    MonitorRig rig;
+    std::filesystem::create_directory(rig.file());
+    rig.boxes.expect("The board was not saved: cannot replace " + rig.file() + ": Is a directory.");
+    rig.form.Command5_Click();
 }
 
 // --- dragging ---
@@ -256,7 +198,7 @@ struct SnapRow {
 class MonitorSnap : public testing::TestWithParam<SnapRow> {};
 
 TEST_P(MonitorSnap, TakesThePlaceOfItsLimits) {
-    Rig rig;
+    MonitorRig rig;
     rig.add("4", "Pump");
     rig.form.drop(1, GetParam().x, GetParam().y);
     EXPECT_EQ(rig.form.label(1).left, GetParam().left);

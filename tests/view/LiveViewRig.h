@@ -1,5 +1,5 @@
-// The whole program with its real windows, offscreen, and a far end on a pseudo-terminal, in real time: our own port
-// and the desktop's own pump.
+// The whole program with its real windows, offscreen, and a real line: our own port, the desktop's own pump, and the
+// machine's clock.
 #pragma once
 
 #include <string>
@@ -14,20 +14,13 @@ namespace qrv {
 struct LiveViewRig {
     /// @param device  what every port number stands for
     explicit LiveViewRig(std::string device, const std::string& commandLine = "")
-        : path(std::move(device)), real{clock, pump, port}, rig(commandLine, Extras::Shown, &real) {}
-
-    /// Comes up with a new file and the view that an entry of the main window's menu opens.
-    FormView& startWith(const char* entry, Form& view) {
-        rig.startWithNewFile();
-        ViewRig::choose(rig.mainView(), entry);
-        return *rig.host.viewOf(view);
-    }
+        : path(std::move(device)), line{clock, pump, port}, rig(commandLine, Extras::Shown, &line) {}
 
     std::string path;
     SystemClock clock;
     QtPump pump;
     PosixSerialPort port{[this](std::int16_t) { return path; }};
-    RealTime real;
+    LineServices line;
     ViewRig rig;
 };
 

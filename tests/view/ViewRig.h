@@ -28,22 +28,23 @@
 
 namespace qrv {
 
-/// What a test brings along to talk to a controller in real time; without it time stands still and there is no port.
-struct RealTime {
+/// What a test brings along to talk to a controller; without it there is no port.
+struct LineServices {
     Clock& clock;
     EventPump& pump;
     SerialPort& port;
 };
 
 struct ViewRig {
-    explicit ViewRig(const std::string& commandLine = "", Extras extras = Extras::Shown, const RealTime* real = nullptr)
+    explicit ViewRig(const std::string& commandLine = "", Extras extras = Extras::Shown,
+                     const LineServices* line = nullptr)
         : program({.messageBox = boxes,
                    .fileDialog = dialogs,
                    .formHost = host,
                    .settings = settings,
-                   .clock = real ? real->clock : static_cast<Clock&>(clock),
-                   .eventPump = real ? real->pump : static_cast<EventPump&>(pump),
-                   .serialPort = real ? real->port : static_cast<SerialPort&>(port)},
+                   .clock = line ? line->clock : static_cast<Clock&>(clock),
+                   .eventPump = line ? line->pump : static_cast<EventPump&>(pump),
+                   .serialPort = line ? line->port : static_cast<SerialPort&>(port)},
                   {.places = {.work = made("work"), .catalogue = QRV_CATALOGUE_FOLDER, .backups = made("kept")},
                    .commandLine = commandLine,
                    .isClassic = extras == Extras::Absent}) {
@@ -65,6 +66,13 @@ struct ViewRig {
         host.load(program.splash);
         program.splash.Timer1_Timer();
         EXPECT_TRUE(QTest::qWaitFor([this] { return host.isVisible(program.mainWindow); }));
+    }
+
+    /// The same, and on to the window that an entry of the main window's menu opens in its place.
+    FormView& startWithView(const char* entry, const Form& form) {
+        startWithNewFile();
+        choose(mainView(), entry);
+        return *host.viewOf(form);
     }
 
     /// Lets `act` be the user of a form's window as soon as the window is up; whatever else runs meanwhile.

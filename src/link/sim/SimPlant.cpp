@@ -1,6 +1,7 @@
 #include "link/sim/SimPlant.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -16,7 +17,18 @@ constexpr std::uint64_t kStep = 16;
 
 constexpr std::int64_t kSecond = 1000;
 
+struct Constant {
+    std::uint8_t function;
+    std::int16_t output;
+};
+constexpr std::array kConstants{Constant{0, 0}, Constant{1, 10000}, Constant{90, 0}, Constant{91, 1}};
+
 }  // namespace
+
+std::optional<std::int16_t> constantOutputOf(std::uint8_t function) {
+    const auto* found = std::ranges::find(kConstants, function, &Constant::function);
+    return found == kConstants.end() ? std::nullopt : std::optional(found->output);
+}
 
 std::int64_t SimPlant::pick(std::uint16_t block, std::uint64_t use, std::int64_t limit) const {
     const auto number = scrambled(scrambled(scrambled(seed_) ^ block) ^ use);

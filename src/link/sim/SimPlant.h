@@ -4,8 +4,13 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 namespace qrv {
+
+/// What the functions give that are constant by their nature (ZERO, FULL, OFF, ON), in hundredths or as 0 and 1;
+/// nothing for all others. In a plant these don't move.
+[[nodiscard]] std::optional<std::int16_t> constantOutputOf(std::uint8_t function);
 
 class SimPlant {
  public:

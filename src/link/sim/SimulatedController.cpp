@@ -189,7 +189,10 @@ SimulatedController::Outcome SimulatedController::obeyOutput(const SimReceived& 
         output = fixed->second;
     } else if (setup_.isMoving && working_.functionOf(block) != SimMemory::kNop) {
         const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(received.at - *startedAt_);
-        output.value = output.isAnalog ? plant_.analogAt(block, time) : plant_.discreteAt(block, time);
+        const auto constant = constantOutputOf(working_.functionOf(block));
+        output.value = constant          ? *constant
+                       : output.isAnalog ? plant_.analogAt(block, time)
+                                         : plant_.discreteAt(block, time);
     }
     auto answer = shortAnswer();
     const auto word = static_cast<std::uint16_t>(output.value);

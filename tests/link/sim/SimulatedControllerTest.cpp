@@ -144,6 +144,22 @@ TEST(SimulatedController, MovingOutputsFollowTheBlocksKind) {
     EXPECT_EQ(onesAndZeros, 3);
 }
 
+TEST(SimulatedController, ConstantsDoNotMove) {
+    SimRig rig({.isMoving = true});
+    // ZERO and FULL are analog, OFF and ON discrete.
+    (void)rig.send(
+        writeFrame(1, 0, Bytes{0, 0, 0, 0, 0, 0, 0,  0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, 0, 90, 0, 0, 0,
+                               0, 0, 0, 2, 0, 0, 91, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0,  0, 1, 0}));
+    for (int i = 0; i < 20; ++i) {
+        rig.pass(10s);
+        const auto zero = rig.send(summed({0x20, 0, 0}));
+        const auto full = rig.send(summed({0x20, 0, 1}));
+        ASSERT_EQ((Bytes{zero[1], zero[2], full[1], full[2]}), (Bytes{0x00, 0x00, 0x27, 0x10}));
+        ASSERT_EQ(rig.send(summed({0x20, 0, 2}))[1], 0);
+        ASSERT_EQ(rig.send(summed({0x20, 0, 3}))[1], 1);
+    }
+}
+
 TEST(SimulatedController, KeepsTheKeysThatArePressed) {
     SimRig rig;
     EXPECT_EQ(rig.send({0x21, 0x0D, 0xFF, 0xD1}).size(), 5U);

@@ -1,0 +1,301 @@
+// The windows of the live views as a user meets them: mouse on buttons, labels, colours and scroll bars, with a
+// simulated controller at the far end.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include "LiveViewRig.h"
+#include "link/LiveController.h"
+#include "link/sim/SimulatedPort.h"
+#include "platform/qt/Theme.h"
+
+namespace qrv {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Functions of the shipped catalogue: "ZERO" has an analog output, "OFF" a discrete one.
+constexpr std::int16_t kAnalogFunction = 0;
+constexpr std::int16_t kDiscreteFunction = 90;
+
+void press(FormView& view, const char* button) { ViewRig::click<QAbstractButton>(view, button); }
+
+QString cellText(const FormView& view, int row, int col) {
+    return view.findChild<GridView*>(QStringLiteral("Grid2"))->model()->index(row - 1, col - 1).data().toString();
+}
+
+/// Does something as the user as soon as `isTime`, while something else pumps.
+void when(const std::function<bool()>& isTime, const std::function<void()>& act) {
+    QTimer::singleShot(1, qApp, [isTime, act] { isTime() ? act() : when(isTime, act); });
+}
+
+void use(ViewRig& rig, std::int16_t block, std::int16_t function) {
+    rig.program.bench.FnOfBlock.at(static_cast<std::size_t>(block)) = function;
+}
+
+/// Answers the question for a new label.
+void addLabel(ViewRig& rig, FormView& board, const char* block, const char* tag, int colourBox = 0) {
+    rig.whenUp("frmTag", [=](FormView& question) {
+        auto* number = ViewRig::find<QLineEdit>(question, "Text2");
+        auto* name = ViewRig::find<QLineEdit>(question, "Text1");
+        number->selectAll();
+        QTest::keyClicks(number, QString::fromLatin1(block));
+        name->selectAll();
+        QTest::keyClicks(name, QString::fromLatin1(tag));
+        auto* strip = ViewRig::find<QWidget>(question, "Picture1");
+        QTest::mouseClick(strip, Qt::LeftButton, {}, QPoint(strip->width() * (2 * colourBox + 1) / 16, 3));
+        press(question, "Command1");
+    });
+    press(board, "Command1");
+}
+
+// --- a real line: our own port and the desktop's own pump ---
+
+struct RealLine {
+    RealLine() {
+        live.controller.fixAnalog(4, 1234);
+        live.controller.fixDiscrete(5, true);
+        live.start();
+    }
+    FormView& open(const char* entry, const Form& form) {
+        FormView& view = windows.rig.startWithView(entry, form);
+        rig.program.bench.FnOfBlock.fill(kNop);
+        use(rig, 4, kAnalogFunction);
+        use(rig, 5, kDiscreteFunction);
+        return view;
+    }
+
+    test::LiveController live;
+    LiveViewRig windows{live.path()};
+    ViewRig& rig = windows.rig;
+};
+
+TEST(MGridView, ReadsAllOutputsOnce) {
+    RealLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    press(view, "Command1");
+    EXPECT_EQ(cellText(view, 1, 5), "12.34");
+    EXPECT_EQ(cellText(view, 1, 6), "1");
+    EXPECT_EQ(cellText(view, 1, 7), "");
+    EXPECT_FALSE(line.windows.port.isOpen());
+}
+
+TEST(MGridView, ReadsOnUntilTheUserPressesStop) {
+    RealLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    when([&] { return cellText(view, 1, 6) == "1"; },
+         [&] {
+             EXPECT_FALSE(ViewRig::find<QAbstractButton>(view, "Command1")->isEnabled());
+             EXPECT_FALSE(ViewRig::find<QAbstractButton>(view, "Command2")->isEnabled());
+             press(view, "Command3");
+         });
+    press(view, "Command2");
+    EXPECT_EQ(cellText(view, 1, 5), "12.34");
+    EXPECT_TRUE(ViewRig::find<QAbstractButton>(view, "Command2")->isEnabled());
+    EXPECT_FALSE(line.windows.port.isOpen());
+}
+
+TEST(MGridView, PollingLeavesTheFocusWhereItIs) {
+    RealLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    auto* stop = ViewRig::find<QAbstractButton>(view, "Command3");
+    view.activateWindow();
+    when([&] { return cellText(view, 1, 6) == "1"; },
+         [&] {
+             stop->setFocus();
+             // Some passes on the focus is still there.
+             QTimer::singleShot(200, qApp, [&, stop] {
+                 EXPECT_EQ(view.focusWidget(), stop);
+                 press(view, "Command3");
+             });
+         });
+    press(view, "Command2");
+    EXPECT_EQ(view.focusWidget(), stop);
+}
+
+TEST(MonitorView, ShowsValuesInTheColoursOfTheirLabels) {
+    RealLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    addLabel(line.rig, view, "4", "Boiler", 1);
+    addLabel(line.rig, view, "5", "Pump", 4);
+    auto* boiler = ViewRig::find<QLabel>(view, "analog1");
+    auto* pump = ViewRig::find<QLabel>(view, "analog2");
+    EXPECT_EQ(boiler->text(), "Boiler\nBlock 4");
+    EXPECT_EQ(boiler->palette().color(QPalette::WindowText), QColor(255, 0, 0));
+    EXPECT_EQ(pump->palette().color(QPalette::WindowText), QColor(0, 0, 255));
+    when([&] { return pump->text().endsWith(QLatin1String("\n1")); }, [&] { press(view, "Command3"); });
+    press(view, "Command2");
+    EXPECT_EQ(boiler->text(), "12.34\nBoiler          ");
+    EXPECT_EQ(pump->text(), "Pump            \n1");
+    EXPECT_FALSE(line.windows.port.isOpen());
+}
+
+struct LiveViewRow {
+    const char* name;
+    const char* entry;
+};
+
+class LiveViewClose : public testing::TestWithParam<LiveViewRow> {};
+
+TEST_P(LiveViewClose, WhilePollingGivesTheMainWindowBack) {
+    RealLine line;
+    EditorProgram& program = line.rig.program;
+    const bool isGrid = std::string(GetParam().entry) == "mnuViewAll";
+    Form& form = isGrid ? static_cast<Form&>(program.allOutputs) : program.chosenOutputs;
+    FormView& view = line.open(GetParam().entry, form);
+    if (!isGrid) addLabel(line.rig, view, "4", "Boiler");
+    when([&] { return isGrid ? program.allOutputs.polling : program.chosenOutputs.polling; },
+         [&] {
+             view.close();
+             EXPECT_TRUE(line.rig.host.isVisible(form));  // the loop closes it
+         });
+    press(view, "Command2");
+    EXPECT_FALSE(line.rig.host.isVisible(form));
+    EXPECT_TRUE(line.rig.host.isVisible(program.mainWindow));
+    EXPECT_FALSE(line.windows.port.isOpen());
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, LiveViewClose,
+                         testing::Values(LiveViewRow{"MGrid", "mnuViewAll"}, LiveViewRow{"Monitor", "mnuViewSel"}),
+                         [](const auto& row) { return row.param.name; });
+
+// --- a line within the process, under a clock that only waits move ---
+
+struct StillLine {
+    StillLine() {
+        pump.nextArrival = [this] { return port.isOpen() ? port.nextArrival() : std::nullopt; };
+    }
+    FormView& open(const char* entry, const Form& form) {
+        FormView& view = rig.startWithView(entry, form);
+        rig.program.bench.FnOfBlock.fill(kNop);
+        return view;
+    }
+    void after(milliseconds time, std::function<void()> act) { pump.at(clock.now() + time, std::move(act)); }
+
+    SimulatedController controller;
+    FalseClock clock;
+    FalsePump pump{clock};
+    SimulatedPort port{controller, clock, SimulatedPort::Pacing::BySettings};
+    LineServices line{clock, pump, port};
+    ViewRig rig{"", Extras::Shown, &line};
+};
+
+/// One notch of the wheel towards the user.
+void turnWheel(QWidget& over) {
+    constexpr int kNotch = 120;
+    QWheelEvent event(over.rect().center(), over.mapToGlobal(over.rect().center()), {}, {0, -kNotch}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&over, &event);
+}
+
+TEST(MGridView, APassBeginsWithTheFirstRowInSight) {
+    StillLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    line.controller.fixAnalog(9, 100);
+    line.controller.fixAnalog(300, 200);
+    use(line.rig, 9, kAnalogFunction);
+    use(line.rig, 300, kAnalogFunction);
+    auto* grid = ViewRig::find<GridView>(view, "Grid2");
+    for (int notch = 0; notch < 8; ++notch) turnWheel(*grid->viewport());
+    const int rowsAbove = grid->verticalScrollBar()->value();
+    ASSERT_GT(rowsAbove, 17);  // block 300 is in the thirty-first row, and a pass reads thirteen
+    ASSERT_LT(rowsAbove, 31);
+    EXPECT_EQ(line.rig.program.allOutputs.Grid2.topRow(), rowsAbove + 1);
+    line.after(milliseconds(500), [&] { press(view, "Command3"); });
+    press(view, "Command2");
+    EXPECT_EQ(cellText(view, 1, 10), "");
+    EXPECT_EQ(cellText(view, 31, 1), "2.00");
+    // Reading moved the cursor, and not the rows.
+    EXPECT_EQ(grid->verticalScrollBar()->value(), rowsAbove);
+}
+
+TEST(MGridView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
+    StillLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    line.controller.fixAnalog(4, 1234);
+    use(line.rig, 4, kAnalogFunction);
+    line.controller.play(SimFaultPlan::from("silence", 3));  // after the poll and one good reading
+    line.after(milliseconds(5000), [&] { press(view, "Command3"); });
+    press(view, "Command2");
+    EXPECT_EQ(cellText(view, 1, 5), "12.34");
+    const QModelIndex cell = ViewRig::find<GridView>(view, "Grid2")->model()->index(0, 4);
+    EXPECT_TRUE(cell.data(Qt::ToolTipRole).toString().startsWith(QLatin1String("No answer since 2026-")));
+    EXPECT_TRUE(ViewRig::find<QAbstractButton>(view, "Command2")->isEnabled());
+    EXPECT_LT(line.clock.elapsed(), milliseconds(18200));
+}
+
+TEST(MonitorView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
+    StillLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    line.controller.fixAnalog(4, 1234);
+    use(line.rig, 4, kAnalogFunction);
+    addLabel(line.rig, view, "4", "Boiler");
+    line.controller.play(SimFaultPlan::from("silence", 3));
+    line.after(milliseconds(5000), [&] { press(view, "Command3"); });
+    press(view, "Command2");
+    auto* label = ViewRig::find<QLabel>(view, "analog1");
+    EXPECT_EQ(label->text(), "12.34\nBoiler          ");
+    EXPECT_TRUE(label->toolTip().startsWith(QLatin1String("No answer since 2026-")));
+    EXPECT_TRUE(ViewRig::find<QAbstractButton>(view, "Command2")->isEnabled());
+    EXPECT_LT(line.clock.elapsed(), milliseconds(18200));
+}
+
+TEST(MonitorView, ADroppedLabelSnapsToThePlaceUnderIt) {
+    StillLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    addLabel(line.rig, view, "4", "Boiler");
+    auto* label = ViewRig::find<QLabel>(view, "analog1");
+    const QPoint before = label->pos();
+    const QPoint grip = label->rect().center();
+    // From the first place, 360 and 1200, by 2200 and 1600: beyond the limits 2310 and 2450, below 4260 and 3700.
+    const QPoint way(theme::pixelsOf(2200), theme::pixelsOf(1600));
+    QTest::mousePress(label, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(label, grip + way);
+    EXPECT_EQ(label->pos(), before + way);
+    QTest::mouseRelease(label, Qt::LeftButton, {}, grip);
+    EXPECT_EQ(line.rig.program.chosenOutputs.label(1).left, 2310);
+    EXPECT_EQ(line.rig.program.chosenOutputs.label(1).top, 2450);
+    EXPECT_EQ(label->pos(), before + QPoint(theme::pixelsOf(2310) - theme::pixelsOf(360),
+                                            theme::pixelsOf(2450 - 1050) - theme::pixelsOf(1200 - 1050)));
+}
+
+TEST(MonitorView, ALabelUnderTheMouseStaysThereWhileValuesCome) {
+    StillLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    line.controller.fixAnalog(4, 1234);
+    use(line.rig, 4, kAnalogFunction);
+    addLabel(line.rig, view, "4", "Boiler");
+    auto* label = ViewRig::find<QLabel>(view, "analog1");
+    const QPoint grip = label->rect().center();
+    const QPoint way(100, 60);
+    const QPoint before = label->pos();
+    line.after(milliseconds(100), [&] {
+        QTest::mousePress(label, Qt::LeftButton, {}, grip);
+        QTest::mouseMove(label, grip + way);
+    });
+    line.after(milliseconds(200), [&] {
+        view.refresh();
+        EXPECT_EQ(label->text(), "12.34\nBoiler          ");
+        EXPECT_EQ(label->pos(), before + way);
+        QTest::mouseRelease(label, Qt::LeftButton, {}, grip);
+        press(view, "Command3");
+    });
+    press(view, "Command2");
+    EXPECT_EQ(label->pos(), before);
+}
+
+TEST(MonitorView, ABoardThatCannotBeKeptIsTold) {
+    StillLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    const std::string file = line.rig.path("boiler.mon");
+    std::filesystem::create_directories(file);
+    line.rig.boxes.expect("The board was not saved: cannot replace " + file + ": Is a directory.");
+    press(view, "Command5");
+}
+
+}  // namespace
+}  // namespace qrv
