@@ -1,49 +1,110 @@
-// Makes the pictures of README and docs from a configuration: make_pictures FILE FOLDER. Offscreen, by a user's events.
+// Makes the pictures of README and docs: make_pictures FILE DEVICE FOLDER. Offscreen, by a user's events, with the
+// configuration of FILE and the controller behind DEVICE.
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <cstdio>
 
-#include "ViewRig.h"
+#include "LiveViewRig.h"
 #include "platform/qt/Application.h"
 
 namespace {
 
+using qrv::FormView;
+using qrv::ViewRig;
+
 constexpr int kWidth = 1366;
 constexpr int kHeight = 768;
 constexpr int kShownBlock = 41;  // a PID of the sample
+constexpr int kGainRow = 2;      // of its parameters
+constexpr auto kHalfway = std::chrono::seconds(5);
+constexpr auto kSomePasses = std::chrono::milliseconds(6300);
 
-void keep(QWidget& window, const QDir& folder, const char* name) {
-    QTest::qWait(600);  // the status bar's meters follow a little later
-    if (!window.grab().save(folder.filePath(QString::fromLatin1(name)))) std::printf("could not write %s\n", name);
-}
+class Pictures {
+ public:
+    Pictures(const char* file, const char* device, const char* folder)
+        : folder_(QString::fromLocal8Bit(folder)), live_(device, file) {}
+
+    bool make() {
+        open();
+        if (!isMainUp()) return false;
+        changeAParameter();
+        download();
+        watch();
+        return !testing::Test::HasFailure();
+    }
+
+ private:
+    void keep(QWidget& window, const char* name) const {
+        if (!window.grab().save(folder_.filePath(QString::fromLatin1(name)))) ADD_FAILURE() << name;
+    }
+    bool isMainUp() {
+        return QTest::qWaitFor([this] { return rig_.host.isVisible(rig_.program.mainWindow); });
+    }
+
+    void open() {
+        rig_.whenUp("frmGeneral", [this](FormView& view) {
+            QTest::qWait(600);  // texts are laid out a little later
+            keep(view, "boards.png");
+            ViewRig::choose(view, "mnuexit");
+        });
+        rig_.host.load(rig_.program.splash);
+        rig_.program.splash.Timer1_Timer();
+    }
+
+    void changeAParameter() {
+        FormView& window = rig_.mainView();
+        window.resize(kWidth, kHeight);
+        QTest::qWait(50);
+        ViewRig::clickCell(*ViewRig::find<qrv::GridView>(window, "Grid1"), kShownBlock / 10 + 1, kShownBlock % 10 + 1);
+        ViewRig::typeInto(*ViewRig::find<qrv::GridView>(window, "fg3"), kGainRow, 1, "3.5");
+        QTest::qWait(600);  // the status bar's meters follow a little later
+        keep(window, "block-data.png");
+        ViewRig::choose(window, "mnuEditCfg");
+        QTest::qWait(600);
+        keep(window, "functions.png");
+    }
+
+    void download() {
+        rig_.whenUp("frmWarn", [](FormView& view) { ViewRig::click<QAbstractButton>(view, "Command1"); });
+        rig_.whenUp("frmSelect", [](FormView& view) {
+            ViewRig::click<QAbstractButton>(view, "btnAll");
+            ViewRig::click<QAbstractButton>(view, "Command1");
+        });
+        rig_.whenUp("frmDownload", [this](FormView& view) {
+            QTimer::singleShot(kHalfway, &view, [this, &view] { keep(view, "download.png"); });
+            ViewRig::click<QAbstractButton>(view, "Download");
+        });
+        ViewRig::choose(rig_.mainView(), "mnuFileDownload");
+    }
+
+    void watch() {
+        rig_.whenUp("MGrid", [this](FormView& view) {
+            QTimer::singleShot(kSomePasses, &view, [this, &view] {
+                keep(view, "live.png");
+                ViewRig::click<QAbstractButton>(view, "Command3");
+            });
+            ViewRig::click<QAbstractButton>(view, "Command2");
+            ViewRig::choose(view, "mnuexit");
+        });
+        ViewRig::choose(rig_.mainView(), "mnuViewAll");
+        isMainUp();
+    }
+
+    QDir folder_;
+    qrv::LiveViewRig live_;
+    ViewRig& rig_ = live_.rig;
+};
 
 }  // namespace
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
-    if (argc != 3) {
-        std::puts("usage: make_pictures FILE FOLDER");
+    if (argc != 4) {
+        std::puts("usage: make_pictures FILE DEVICE FOLDER");
         return 2;
     }
     const qrv::Application application(argc, argv);
-    const QDir folder(QString::fromLocal8Bit(argv[2]));
-    qrv::ViewRig rig(argv[1]);
-    rig.whenUp("frmGeneral", [&folder](qrv::FormView& view) {
-        keep(view, folder, "boards.png");
-        qrv::ViewRig::choose(view, "mnuexit");
-    });
-    rig.host.load(rig.program.splash);
-    rig.program.splash.Timer1_Timer();
-    if (!QTest::qWaitFor([&rig] { return rig.host.isVisible(rig.program.mainWindow); })) return 1;
-    qrv::FormView& window = rig.mainView();
-    window.resize(kWidth, kHeight);
-    QTest::qWait(50);
-    auto* blocks = qrv::ViewRig::find<qrv::GridView>(window, "Grid1");
-    qrv::ViewRig::clickCell(*blocks, kShownBlock / 10 + 1, kShownBlock % 10 + 1);
-    keep(window, folder, "block-data.png");
-    qrv::ViewRig::choose(window, "mnuEditCfg");
-    keep(window, folder, "functions.png");
-    return testing::Test::HasFailure() ? 1 : 0;
+    return Pictures(argv[1], argv[2], argv[3]).make() ? 0 : 1;
 }
