@@ -36,6 +36,7 @@ class Pictures {
 
  private:
     void keep(QWidget& window, const char* name) const {
+        QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         if (!window.grab().save(folder_.filePath(QString::fromLatin1(name)))) ADD_FAILURE() << name;
     }
     bool isMainUp() {
