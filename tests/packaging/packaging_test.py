@@ -123,6 +123,36 @@ class Installation(Place):
     def test_the_editor_opens_a_file(self):
         self.check_editor()
 
+    def test_no_locale_changes_a_word_or_a_number(self):
+        told = {}
+        for locale in ("C.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8"):
+            folder = self.folder / locale
+            folder.mkdir()
+            self.environment = {**self.environment, "LC_ALL": locale, "LOCPATH": str(self.locales())}
+            text = folder / "sample.txt"
+            configuration = folder / "sample.qrv"
+            self.qrv("load", self.prefix / "share/doc/qrv-edit/examples/boiler_house.txt", configuration)
+            text.write_text(self.qrv("dump", configuration))
+            again = folder / "again.qrv"
+            self.qrv("load", text, again)
+            info = self.qrv("info", again).replace(locale, "")
+            told[locale] = (text.read_text(), info, self.qrv("function", "limit"), self.qrv("function"))
+        # The German locale is in force: the shell's own numbers follow it.
+        number = done("bash", "-c", "printf %.1f 0,5", env={**self.environment, "LC_ALL": "de_DE.UTF-8"}).stdout
+        self.assertEqual(number, "0,5")
+        self.assertEqual(told["de_DE.UTF-8"], told["C.UTF-8"])
+        self.assertEqual(told["tr_TR.UTF-8"], told["C.UTF-8"])
+        self.assertGreater(len(told["C.UTF-8"][0]), 100000)
+
+    def locales(self):
+        """A folder with the two locales, made once; C.UTF-8 is the library's own."""
+        place = self.folder / "locales"
+        for name in ("de_DE", "tr_TR"):
+            if not (place / f"{name}.UTF-8").exists():
+                place.mkdir(exist_ok=True)
+                done("localedef", "-i", name, "-f", "UTF-8", place / f"{name}.UTF-8")
+        return place
+
     def test_the_desktop_entry_names_what_is_there(self):
         path = self.prefix / "share/applications/qrv_edit.desktop"
         self.assertEqual(done("desktop-file-validate", path).stdout, "")
