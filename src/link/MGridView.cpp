@@ -13,7 +13,6 @@ namespace qrv {
 namespace {
 
 constexpr int kWindowWidth = 900;  // pixels, without the frame
-constexpr int kWindowHeight = 460;
 
 }  // namespace
 
@@ -22,7 +21,8 @@ MGridView::MGridView(MGrid& form, DesktopHost& host) : FormView(form, host), for
     GridView* grid = addGrid(form.Grid2);
     grid->setAccessibleName(QStringLiteral("Outputs of all blocks"));
     nameCells(*grid);
-    // A pass reads from the first row in sight on.
+    // A pass reads from the first row in sight on, and as many rows as the window first shows.
+    grid->setRowsInHint(MGrid::kBlocksInSight / MGrid::kBlocksPerRow);
     grid->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     connect(grid->verticalScrollBar(), &QScrollBar::valueChanged, this,
             [this](int rowsAbove) { form_.Grid2.setTopRow(rowsAbove + 1); });
@@ -30,7 +30,7 @@ MGridView::MGridView(MGrid& form, DesktopHost& host) : FormView(form, host), for
     body->addWidget(grid, 1);
     body->addLayout(makeButtons());
     addTimer(form.tmrShow, [this] { form_.tmrShow_Timer(); });
-    resize(kWindowWidth, kWindowHeight);
+    resize(kWindowWidth, sizeHint().height());
 }
 
 QBoxLayout* MGridView::makeButtons() {

@@ -19,6 +19,7 @@ constexpr int kBoardWidth = 10200;
 constexpr int kBoardHeight = 5400;
 constexpr int kLabelWidth = 1850;
 constexpr int kLabelHeight = 700;
+constexpr int kLabelMargin = 3;  // pixels
 constexpr QRgb kBoardColour = 0xFFC0C0C0;
 constexpr QRgb kStaleColour = 0xFF969696;
 
@@ -102,6 +103,8 @@ void MonitorView::makeLabel(QWidget* board, int index) {
     label->setTextFormat(Qt::PlainText);
     label->setFont(theme::gridFont());
     label->setCursor(Qt::SizeAllCursor);
+    label->setFrameStyle(QFrame::Panel | QFrame::Raised);
+    label->setMargin(kLabelMargin);
     label->setFixedSize(theme::pixelsOf(kLabelWidth), theme::pixelsOf(kLabelHeight));
     addMirror([this, label, index] {
         const BoardLabel& source = form_.label(index);

@@ -2,7 +2,9 @@
 // machine's clock.
 #pragma once
 
+#include <QLineEdit>
 #include <string>
+#include <utility>
 
 #include "ViewRig.h"
 #include "platform/Clock.h"
@@ -23,5 +25,27 @@ struct LiveViewRig {
     LineServices line;
     ViewRig rig;
 };
+
+struct NewLabel {
+    const char* block;
+    const char* tag;
+    int colourBox = 0;  ///< 0 to 7
+};
+
+/// Presses "Add Block" on the board of chosen outputs and answers its question.
+inline void addLabel(ViewRig& rig, FormView& board, const NewLabel& label) {
+    rig.whenUp("frmTag", [label](FormView& question) {
+        for (const auto& [box, text] : {std::pair{"Text1", label.tag}, std::pair{"Text2", label.block}}) {
+            auto* line = ViewRig::find<QLineEdit>(question, box);
+            line->selectAll();
+            QTest::keyClicks(line, QString::fromLatin1(text));
+        }
+        auto* strip = ViewRig::find<QWidget>(question, "Picture1");
+        const int middle = strip->width() * (2 * label.colourBox + 1) / 16;
+        QTest::mouseClick(strip, Qt::LeftButton, {}, QPoint(middle, strip->height() / 2));
+        ViewRig::click<QAbstractButton>(question, "Command1");
+    });
+    ViewRig::click<QAbstractButton>(board, "Command1");
+}
 
 }  // namespace qrv

@@ -4,7 +4,6 @@
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QLineEdit>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -35,22 +34,6 @@ void when(const std::function<bool()>& isTime, const std::function<void()>& act)
 
 void use(ViewRig& rig, std::int16_t block, std::int16_t function) {
     rig.program.bench.FnOfBlock.at(static_cast<std::size_t>(block)) = function;
-}
-
-/// Answers the question for a new label.
-void addLabel(ViewRig& rig, FormView& board, const char* block, const char* tag, int colourBox = 0) {
-    rig.whenUp("frmTag", [=](FormView& question) {
-        auto* number = ViewRig::find<QLineEdit>(question, "Text2");
-        auto* name = ViewRig::find<QLineEdit>(question, "Text1");
-        number->selectAll();
-        QTest::keyClicks(number, QString::fromLatin1(block));
-        name->selectAll();
-        QTest::keyClicks(name, QString::fromLatin1(tag));
-        auto* strip = ViewRig::find<QWidget>(question, "Picture1");
-        QTest::mouseClick(strip, Qt::LeftButton, {}, QPoint(strip->width() * (2 * colourBox + 1) / 16, 3));
-        press(question, "Command1");
-    });
-    press(board, "Command1");
 }
 
 // --- a real line: our own port and the desktop's own pump ---
@@ -120,8 +103,8 @@ TEST(MGridView, PollingLeavesTheFocusWhereItIs) {
 TEST(MonitorView, ShowsValuesInTheColoursOfTheirLabels) {
     RealLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    addLabel(line.rig, view, "4", "Boiler", 1);
-    addLabel(line.rig, view, "5", "Pump", 4);
+    addLabel(line.rig, view, {.block = "4", .tag = "Boiler", .colourBox = 1});
+    addLabel(line.rig, view, {.block = "5", .tag = "Pump", .colourBox = 4});
     auto* boiler = ViewRig::find<QLabel>(view, "analog1");
     auto* pump = ViewRig::find<QLabel>(view, "analog2");
     EXPECT_EQ(boiler->text(), "Boiler\nBlock 4");
@@ -147,7 +130,7 @@ TEST_P(LiveViewClose, WhilePollingGivesTheMainWindowBack) {
     const bool isGrid = std::string(GetParam().entry) == "mnuViewAll";
     Form& form = isGrid ? static_cast<Form&>(program.allOutputs) : program.chosenOutputs;
     FormView& view = line.open(GetParam().entry, form);
-    if (!isGrid) addLabel(line.rig, view, "4", "Boiler");
+    if (!isGrid) addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     when([&] { return isGrid ? program.allOutputs.polling : program.chosenOutputs.polling; },
          [&] {
              view.close();
@@ -192,6 +175,13 @@ void turnWheel(QWidget& over) {
     QApplication::sendEvent(&over, &event);
 }
 
+TEST(MGridView, ComesUpWithAsManyRowsAsAPassReads) {
+    StillLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    const auto* grid = ViewRig::find<GridView>(view, "Grid2");
+    EXPECT_EQ(grid->rowAt(grid->viewport()->height() - 1), 12);
+}
+
 TEST(MGridView, APassBeginsWithTheFirstRowInSight) {
     StillLine line;
     FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
@@ -233,7 +223,7 @@ TEST(MonitorView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
     line.controller.fixAnalog(4, 1234);
     use(line.rig, 4, kAnalogFunction);
-    addLabel(line.rig, view, "4", "Boiler");
+    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     line.controller.play(SimFaultPlan::from("silence", 3));
     line.after(milliseconds(5000), [&] { press(view, "Command3"); });
     press(view, "Command2");
@@ -247,7 +237,7 @@ TEST(MonitorView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
 TEST(MonitorView, ADroppedLabelSnapsToThePlaceUnderIt) {
     StillLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    addLabel(line.rig, view, "4", "Boiler");
+    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     auto* label = ViewRig::find<QLabel>(view, "analog1");
     const QPoint before = label->pos();
     const QPoint grip = label->rect().center();
@@ -268,7 +258,7 @@ TEST(MonitorView, ALabelUnderTheMouseStaysThereWhileValuesCome) {
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
     line.controller.fixAnalog(4, 1234);
     use(line.rig, 4, kAnalogFunction);
-    addLabel(line.rig, view, "4", "Boiler");
+    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     auto* label = ViewRig::find<QLabel>(view, "analog1");
     const QPoint grip = label->rect().center();
     const QPoint way(100, 60);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <array>
 #include <cstdio>
 
 #include "LiveViewRig.h"
@@ -19,6 +20,14 @@ constexpr int kShownBlock = 41;  // a PID of the sample
 constexpr int kGainRow = 2;      // of its parameters
 constexpr auto kHalfway = std::chrono::seconds(5);
 constexpr auto kSomePasses = std::chrono::milliseconds(6300);
+constexpr auto kSomeBoards = std::chrono::milliseconds(2500);
+
+constexpr std::array kChosen{qrv::NewLabel{"600", "Outdoor air", 4}, qrv::NewLabel{"25", "Header press."},
+                             qrv::NewLabel{"15", "Set point"},       qrv::NewLabel{"41", "Master", 4},
+                             qrv::NewLabel{"20", "Air filtered", 4}, qrv::NewLabel{"26", "Header low", 1},
+                             qrv::NewLabel{"27", "Header high", 1},  qrv::NewLabel{"10", "Plant on"},
+                             qrv::NewLabel{"24", "Day mean", 5},     qrv::NewLabel{"23", "Combust. air", 4},
+                             qrv::NewLabel{"28", "Press. rate"}};
 
 class Pictures {
  public:
@@ -31,6 +40,7 @@ class Pictures {
         changeAParameter();
         download();
         watch();
+        watchChosen();
         return !testing::Test::HasFailure();
     }
 
@@ -89,6 +99,20 @@ class Pictures {
             ViewRig::choose(view, "mnuexit");
         });
         ViewRig::choose(rig_.mainView(), "mnuViewAll");
+        isMainUp();
+    }
+
+    void watchChosen() {
+        rig_.whenUp("Monitor", [this](FormView& view) {
+            for (const qrv::NewLabel& label : kChosen) qrv::addLabel(rig_, view, label);
+            QTimer::singleShot(kSomeBoards, &view, [this, &view] {
+                keep(view, "monitor.png");
+                ViewRig::click<QAbstractButton>(view, "Command3");
+            });
+            ViewRig::click<QAbstractButton>(view, "Command2");
+            ViewRig::choose(view, "munexit");
+        });
+        ViewRig::choose(rig_.mainView(), "mnuViewSel");
         isMainUp();
     }
 

@@ -38,6 +38,8 @@ class GridView : public QTableView {
     void setFillsWidth(bool fills);
     /// Asks for room for all rows, and for no more.
     void showAllRows();
+    /// How many rows the window is to have room for when it comes up.
+    void setRowsInHint(int rows) { rowsInHint_ = rows; }
 
     /// A muted grid's selection doesn't catch the eye: for the one of two grids that the shown data doesn't belong to.
     void setMuted(bool muted);
