@@ -92,6 +92,7 @@ class Pictures {
     void watch() {
         rig_.whenUp("MGrid", [this](FormView& view) {
             QTimer::singleShot(kSomePasses, &view, [this, &view] {
+                view.refresh();
                 keep(view, "live.png");
                 ViewRig::click<QAbstractButton>(view, "Command3");
             });
@@ -106,6 +107,7 @@ class Pictures {
         rig_.whenUp("Monitor", [this](FormView& view) {
             for (const qrv::NewLabel& label : kChosen) qrv::addLabel(rig_, view, label);
             QTimer::singleShot(kSomeBoards, &view, [this, &view] {
+                view.refresh();
                 keep(view, "monitor.png");
                 ViewRig::click<QAbstractButton>(view, "Command3");
             });
