@@ -7,7 +7,7 @@
 #include "platform/CodePage.h"
 #include "platform/Folders.h"
 #include "platform/RunTimeError.h"
-#include "store/EngineVersion.h"
+#include "store/Versions.h"
 
 namespace {
 
@@ -36,10 +36,7 @@ std::string catalogueVersion(qrv::Terminal& terminal) {
     }
 }
 
-std::string versions(qrv::Terminal& terminal) {
-    return std::string("qrv " QRV_VERSION "\nfunction catalogue: ") + catalogueVersion(terminal) + "\nSQLite " +
-           qrv::engineVersion();
-}
+std::string versions(qrv::Terminal& terminal) { return qrv::versionLines("qrv", catalogueVersion(terminal)); }
 
 ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
     try {

@@ -32,10 +32,14 @@ frmAaboPickView::frmAaboPickView(frmAaboPick& form, DesktopHost& host) : FormVie
         nameAfter(list, *pane.caption);
         watchKeys(list, [this](Key key) { return form_.keyDown(key); });
         watchDoubleClick(list->viewport(), pane.doubleClick);
-        auto* column = new QVBoxLayout;
+        // A widget, for it gives its room away while it is hidden.
+        auto* part = new QWidget(this);
+        auto* column = new QVBoxLayout(part);
+        column->setContentsMargins(0, 0, 0, 0);
         column->addWidget(label);
         column->addWidget(list, 1);
-        across->addLayout(column, 1);
+        addMirror([part, rows = pane.rows] { part->setVisible(rows->visible); });
+        across->addWidget(part, 1);
     }
     makeBody()->addLayout(across);
     resize(theme::sizeOfText(46, 16));

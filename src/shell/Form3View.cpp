@@ -63,9 +63,13 @@ Form3View::Form3View(Form3& form, DesktopHost& host, Workbench& bench, Extras ex
     splitter->setStretchFactor(2, 3);
     const int side = fg2_->sizeHint().width() + kSideMargin;
     splitter->setSizes({kWindowWidth - side - maps->sizeHint().width(), maps->sizeHint().width(), side});
-    splitter->setContentsMargins(8, 6, 8, 6);
+    // Around the splitter, which leaves margins of its own out of its least size.
+    auto* body = new QWidget(this);
+    auto* layout = new QVBoxLayout(body);
+    layout->setContentsMargins(8, 6, 8, 6);
+    layout->addWidget(splitter);
     auto* scroller = new QScrollArea(this);
-    scroller->setWidget(splitter);
+    scroller->setWidget(body);
     scroller->setWidgetResizable(true);
     scroller->setFrameShape(QFrame::NoFrame);
     setCentralWidget(scroller);

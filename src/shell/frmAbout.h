@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
@@ -18,13 +19,16 @@ class frmAbout final : public Form {
 
     void load() override;
     void Command1_Click();
+    /// What "Copy" gives the clipboard: a line for each version, to report a fault with.
+    [[nodiscard]] std::string versions() const;
 
     Label lblTitle{.caption = "QRV EDIT"};
     Label lblDescription{.caption = "TESSALY INSTRUMENTS"};
-    Label lblVersion{.caption = "Version 6.73"};
+    Label lblVersion;  ///< "Version 6.73"
     std::array<Label, 3> lblAddress;
     Label lblCatalogue;
     Label lblEngine;
+    Button cmdCopy;
     Button Command1{.caption = "OK", .isDefault = true};
 
  private:

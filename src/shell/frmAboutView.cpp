@@ -1,9 +1,12 @@
 #include "shell/frmAboutView.h"
 
 #include <QBoxLayout>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
 
+#include "platform/qt/Texts.h"
 #include "platform/qt/Theme.h"
 
 namespace qrv {
@@ -36,6 +39,11 @@ frmAboutView::frmAboutView(frmAbout& form, DesktopHost& host) : FormView(form, h
     words->addSpacing(8);
     words->addWidget(addLabel(QStringLiteral("lblCatalogue"), form.lblCatalogue));
     words->addWidget(addLabel(QStringLiteral("lblEngine"), form.lblEngine));
+    const QString toolkit = QStringLiteral("Qt %1").arg(QLatin1String(qVersion()));
+    QLabel* toolkitLine = new QLabel(toolkit, this);
+    toolkitLine->setObjectName(QStringLiteral("lblToolkit"));
+    toolkitLine->setVisible(form.lblEngine.visible);
+    words->addWidget(toolkitLine);
     words->addStretch(1);
 
     auto* across = new QHBoxLayout;
@@ -44,11 +52,19 @@ frmAboutView::frmAboutView(frmAbout& form, DesktopHost& host) : FormView(form, h
     across->addLayout(words, 1);
     QPushButton* button = addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); });
     setCancelButton(button);
+    QPushButton* copy = addButton(QStringLiteral("cmdCopy"), form.cmdCopy, [this, toolkit] {
+        QGuiApplication::clipboard()->setText(shownUtf8(form_.versions()) + QLatin1Char('\n') + toolkit);
+    });
+    copy->setToolTip(QStringLiteral("Copies the versions, to report a fault with"));
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(copy);
+    buttons->addStretch(1);
+    buttons->addWidget(button);
 
     QBoxLayout* body = makeBody();
     body->setContentsMargins(20, 18, 20, 14);
     body->addLayout(across, 1);
-    body->addWidget(button, 0, Qt::AlignRight);
+    body->addLayout(buttons);
     setMinimumWidth(380);
     button->setFocus();
 }

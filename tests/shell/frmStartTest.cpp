@@ -136,6 +136,7 @@ TEST(frmAbout, NamesProgramVersionCatalogueAndEngine) {
         EXPECT_EQ(about.lblCatalogue.caption.rfind("Function catalogue ", 0), 0U);
         EXPECT_GT(about.lblCatalogue.caption.size(), std::string("Function catalogue ").size());
         EXPECT_EQ(about.lblEngine.caption.rfind("SQLite 3.", 0), 0U);
+        EXPECT_EQ(about.versions(), "QRV Edit 6.73\n" + about.lblCatalogue.caption + "\n" + about.lblEngine.caption);
         run.program.about.Command1_Click();
     });
     run.form3.choose("mnuAbout");

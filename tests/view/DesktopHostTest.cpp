@@ -181,5 +181,15 @@ TEST_F(DesktopHostTest, RunTimeErrorOfAnEventGoesToTheProgramsEdge) {
     EXPECT_EQ(errors, std::vector<std::string>{"The file is read-only."});
 }
 
+TEST_F(DesktopHostTest, AWindowIsNoLargerThanTheScreen) {
+    ToyForm form("main", events);
+    host.load(form);
+    host.viewOf(form)->resize(9000, 9000);
+    host.show(form);
+    const QSize screen = host.viewOf(form)->screen()->availableSize();
+    EXPECT_EQ(host.viewOf(form)->width(), screen.width());
+    EXPECT_LT(host.viewOf(form)->height(), screen.height());
+}
+
 }  // namespace
 }  // namespace qrv

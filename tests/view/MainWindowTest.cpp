@@ -2,6 +2,7 @@
 // shows.
 #include <gtest/gtest.h>
 
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -91,6 +92,25 @@ TEST_F(MainWindow, TheFocusOfOneDataGridTakesTheOthersSelectionToItsFirstRow) {
     EXPECT_EQ(blocks().fg2.selectionColour(), kGrey);
 }
 
+TEST_F(MainWindow, AnEditorIsAsLargeAsItsCell) {
+    place("ADD");
+    ViewRig::clickCell(grid("fg3"), 1, 1);
+    QTest::keyClick(&grid("fg3"), Qt::Key_F2);
+    ASSERT_NE(editorOf("fg3"), nullptr);
+    EXPECT_EQ(editorOf("fg3")->geometry(), grid("fg3").rectOf(1, 1));
+}
+
+// --- a small window ---
+
+TEST_F(MainWindow, ASmallWindowScrollsAndSquashesNothing) {
+    rig.mainView().resize(640, 330);
+    QTest::qWait(1);
+    auto* map = ViewRig::find<QLabel>(rig.mainView(), "Label6");
+    EXPECT_GE(map->height(), map->sizeHint().height());
+    auto* download = ViewRig::find<QAbstractButton>(rig.mainView(), "Command1");
+    EXPECT_GE(download->height(), download->sizeHint().height());
+}
+
 // --- double clicks ---
 
 void doubleClickCell(GridView& grid, int row, int col) {
@@ -134,6 +154,22 @@ TEST_F(MainWindow, AnAmpersandInARecentPathIsShownAsOne) {
     rig.program.mainWindow.recentFiles.add("/plant/boiler & pump.qrv");
     rig.host.refreshAll();
     EXPECT_EQ(ViewRig::find<QAction>(rig.mainView(), "mnuRecentFile1")->text(), "/plant/boiler && pump.qrv");
+}
+
+TEST_F(MainWindow, AboutCopiesTheVersionsForAReport) {
+    rig.whenUp("frmAbout", [](FormView& view) {
+        QGuiApplication::clipboard()->clear();
+        ViewRig::click<QAbstractButton>(view, "cmdCopy");
+        const QStringList lines = QGuiApplication::clipboard()->text().split(QLatin1Char('\n'));
+        ASSERT_EQ(lines.size(), 4);
+        EXPECT_EQ(lines[0], "QRV Edit 6.73");
+        EXPECT_TRUE(lines[1].startsWith("Function catalogue "));
+        EXPECT_TRUE(lines[2].startsWith("SQLite 3."));
+        EXPECT_EQ(lines[3], ViewRig::find<QLabel>(view, "lblToolkit")->text());
+        EXPECT_TRUE(lines[3].startsWith("Qt 6."));
+        ViewRig::click<QAbstractButton>(view, "Command1");
+    });
+    ViewRig::choose(rig.mainView(), "mnuAbout");
 }
 
 TEST(MainWindowWithoutAFile, AnEntryThatNeedsOneSaysSo) {

@@ -147,7 +147,7 @@ class Story : public testing::Test {
     void setBoards(Desk& desk) {
         auto* boards = ViewRig::find<GridView>(desk.general(), "fg");
         for (const Slot& slot : kBoards) {
-            QTest::mouseClick(boards->viewport(), Qt::LeftButton, {}, boards->rectOf(slot.slot, 1).center());
+            ViewRig::clickCell(*boards, slot.slot, 1);
             QTest::keyClick(boards, Qt::Key_F2);
             auto* list = boards->viewport()->findChild<QComboBox*>(QStringLiteral("gridEditor"));
             ASSERT_NE(list, nullptr);

@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QHeaderView>
 #include <QMenu>
 #include <QTest>
 #include <QTimer>
@@ -106,7 +107,10 @@ struct ViewRig {
     }
     static void choose(FormView& view, const char* entry) { find<QAction>(view, entry)->trigger(); }
     static void clickCell(GridView& grid, int row, int col) {
-        grid.scrollTo(grid.model()->index(row - 1, 0));
+        // The headings are no rows or columns of the view's.
+        const int above = grid.horizontalHeader()->isHidden() ? 0 : 1;
+        const int beside = grid.verticalHeader()->isHidden() ? 0 : 1;
+        grid.scrollTo(grid.model()->index(row - above, col - beside));
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.rectOf(row, col).center());
     }
     /// Selects a cell, types into it and presses Enter.

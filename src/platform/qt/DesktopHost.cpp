@@ -12,8 +12,11 @@ namespace qrv {
 
 namespace {
 
-/// Puts a window over the middle of the one from which it was opened.
+constexpr int kTitleHeight = 30;  // pixels that a window's title may take
+
+/// Puts a window over the middle of the one from which it was opened, no larger than the screen.
 void centre(QWidget& window, const QWidget* over) {
+    window.resize(window.size().boundedTo(window.screen()->availableSize() - QSize(0, kTitleHeight)));
     const QRect area = over ? over->frameGeometry() : window.screen()->availableGeometry();
     QRect place(QPoint(), window.size());
     place.moveCenter(area.center());

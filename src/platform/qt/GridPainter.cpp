@@ -53,6 +53,14 @@ void GridPainter::paintCheckBox(QPainter* painter, const QStyleOptionViewItem& o
     QApplication::style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter);
 }
 
+void GridPainter::paintArrow(QPainter* painter, const QStyleOptionViewItem& option) {
+    QStyleOption arrow;
+    arrow.state = QStyle::State_Enabled;
+    arrow.rect = QRect(option.rect.right() - kArrowWidth, option.rect.top(), kArrowWidth, option.rect.height());
+    arrow.palette = option.palette;
+    QApplication::style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, painter);
+}
+
 void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const GridCell& cell = model_.cellAt(index);
     const int row = model_.gridRow(index);
@@ -73,13 +81,18 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
         paintCheckBox(painter, option, cell);
         return;
     }
+    QRect room = option.rect.adjusted(kTextMargin, 0, -1, 0);
+    // Where a list drops down, as long as the user may choose from it.
+    if (selected && grid_.colKind(col) == ColumnKind::DropDown && grid_.editable()) {
+        room.adjust(0, 0, -kArrowWidth, 0);
+        paintArrow(painter, option);
+    }
     const QString text = paintedText(cell.text);
     if (text.isEmpty()) return;
     const QColor usual = text == QLatin1String(".") ? theme::faintText() : option.palette.color(QPalette::Text);
     QFont font = option.font;
     if (cell.bold) font.setBold(true);
     const bool wraps = option.rect.height() >= kWrapsFrom * option.fontMetrics.height();
-    const QRect room = option.rect.adjusted(kTextMargin, 0, -1, 0);
     if (wraps) {
         painter->setFont(font);
     } else {

@@ -21,10 +21,15 @@ class GridPainter final : public QAbstractItemDelegate {
  private:
     void paintCheckBox(QPainter* painter, const QStyleOptionViewItem& option, const GridCell& cell) const;
 
+    static void paintArrow(QPainter* painter, const QStyleOptionViewItem& option);
+
     const Grid& grid_;
     const GridModel& model_;
     bool isMuted_ = false;
 };
+
+/// At the right of a drop-down cell: where a click opens the list.
+constexpr int kArrowWidth = 18;  // pixels
 
 /// The headings of one side. The section of the selected cell is marked.
 class GridHeading final : public QHeaderView {

@@ -16,7 +16,6 @@ namespace qrv {
 
 namespace {
 
-constexpr int kArrowWidth = 18;        // pixels
 constexpr int kRowPadding = 2;         // pixels above and below a line of text, together
 constexpr double kLeastStretch = 0.8;  // columns shrink no further before the grid scrolls sideways
 constexpr double kMostStretch = 4.0;   // columns grow no further than this

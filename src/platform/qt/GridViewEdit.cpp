@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QTimer>
 #include <algorithm>
 
@@ -12,6 +13,30 @@
 #include "platform/qt/Theme.h"
 
 namespace qrv {
+
+namespace {
+
+/// A line to type into that is no larger than its cell, with the selected cell's frame.
+class CellEditor final : public QLineEdit {
+ public:
+    explicit CellEditor(QWidget* parent) : QLineEdit(parent) {
+        setFrame(false);
+        setTextMargins(kFrame, 0, kFrame, 0);
+    }
+
+ protected:
+    void paintEvent(QPaintEvent* event) override {
+        QLineEdit::paintEvent(event);
+        QPainter painter(this);
+        painter.setPen(QPen(theme::accent(), kFrame));
+        painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
+    }
+
+ private:
+    static constexpr int kFrame = 2;  // pixels
+};
+
+}  // namespace
 
 void GridView::tick() {
     run([this] {
@@ -38,7 +63,7 @@ QWidget* GridView::makeDropDown(const std::optional<QString>& typed) {
 }
 
 QWidget* GridView::makeLine(const std::optional<QString>& typed) {
-    auto* line = new QLineEdit(viewport());
+    auto* line = new CellEditor(viewport());
     line->setText(typed ? *typed : shownText(grid_->editText()));
     if (!typed) line->selectAll();
     return line;
@@ -62,6 +87,10 @@ void GridView::openEditor(const std::optional<QString>& typed) {
 void GridView::placeEditor() {
     if (!editor_ || !grid_) return;
     const QRect cell = visualRect(model_->indexOf(grid_->row(), grid_->col()));
+    if (qobject_cast<const QLineEdit*>(editor_)) {
+        editor_->setGeometry(cell);
+        return;
+    }
     const QSize least = editor_->minimumSizeHint();
     editor_->setGeometry(cell.x(), cell.y(), std::max(cell.width(), least.width()),
                          std::max(cell.height(), least.height()));

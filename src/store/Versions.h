@@ -1,0 +1,16 @@
+// What the program is and stands on, for the user to read and to report: the window "About" and `qrv --version` say the
+// same lines.
+#pragma once
+
+#include <string>
+
+namespace qrv {
+
+/// As "6.73".
+[[nodiscard]] std::string programVersion();
+[[nodiscard]] std::string catalogueLine(const std::string& catalogueVersion);
+[[nodiscard]] std::string engineLine();
+/// A line each: the program, the function catalogue, the database engine.
+[[nodiscard]] std::string versionLines(const std::string& program, const std::string& catalogueVersion);
+
+}  // namespace qrv
