@@ -240,7 +240,7 @@ class Package(Place):
     @classmethod
     def installed(cls):
         done("cpack", "--config", f"{BUILD}/CPackConfig.cmake", "-G", "DEB", "-B", cls.folder / "package",
-             "-D", "CPACK_DEBIAN_COMPRESSION_TYPE=gzip")
+             "-D", "CPACK_DEBIAN_COMPRESSION_TYPE=gzip", umask=0o077)
         [cls.package] = (cls.folder / "package").glob("*.deb")
         cls.root = cls.folder / "root"
         done("dpkg-deb", "-x", cls.package, cls.root)
