@@ -6,8 +6,8 @@ usage: packages_are_installed.py cmake/install_packages.sh packages.txt
 The machine is played by programs of the same names in a folder of their own: dpkg-query knows what INSTALLED names, id
 says who asks, apt-get and sudo write down what they were asked for.
 """
-import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -51,7 +51,7 @@ class Machine:
             if name in (*programs, "id"):
                 self.program(name, text)
         for name in ("bash", "sed", "cat", "grep", "env"):
-            (self.place / "bin" / name).symlink_to(f"/bin/{name}" if os.path.exists(f"/bin/{name}") else f"/usr/bin/{name}")
+            (self.place / "bin" / name).symlink_to(shutil.which(name))
         self.environment = {"PATH": str(self.place / "bin"), "ASKED": str(self.place / "asked"),
                             "INSTALLED": installed, "USER_NUMBER": str(user), **environment}
 
@@ -61,8 +61,9 @@ class Machine:
         path.chmod(0o755)
 
     def install(self, purpose=""):
-        return subprocess.run(["/bin/bash", "-c", f'. "{SCRIPT}"; installPackages "{self.place}/packages.txt" {purpose}'],
-                              env=self.environment, capture_output=True, text=True, check=False)
+        script = f'. "{SCRIPT}"; installPackages "{self.place}/packages.txt" {purpose}'
+        return subprocess.run(["/bin/bash", "-c", script], env=self.environment, capture_output=True, text=True,
+                              check=False)
 
     def asked(self):
         return (self.place / "asked").read_text().splitlines()
