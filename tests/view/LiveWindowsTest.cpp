@@ -10,6 +10,7 @@
 #include "LiveViewRig.h"
 #include "link/LiveController.h"
 #include "link/sim/SimulatedPort.h"
+#include "platform/posix/PseudoTerminal.h"
 #include "platform/qt/Theme.h"
 
 namespace qrv {
@@ -115,6 +116,26 @@ TEST(MonitorView, ShowsValuesInTheColoursOfTheirLabels) {
     EXPECT_EQ(boiler->text(), "12.34\nBoiler          ");
     EXPECT_EQ(pump->text(), "Pump            \n1");
     EXPECT_FALSE(line.windows.port.isOpen());
+}
+
+// The descriptor of a device that went away is ready for ever: the pump must not be woken by it time and again.
+TEST(QtPump, ADeviceThatGoesAwayWakesItOnce) {
+    const SystemClock clock;
+    PseudoTerminal device;
+    PosixSerialPort port([&](std::int16_t) { return device.path(); });
+    ASSERT_TRUE(port.open(1, "38400,O,8, 1"));
+    QtPump pump;
+    QTimer::singleShot(20, qApp, [&] { device.hangUp(); });
+    int wakes = 0;
+    const auto deadline = clock.now() + milliseconds(300);
+    while (clock.now() < deadline) {
+        static_cast<void>(port.waitingCount());
+        pump.pumpUntil(deadline, &port);
+        ++wakes;
+    }
+    EXPECT_EQ(port.fault(), SerialFault::Unplugged);
+    // The timer of the hanging up, the hanging up, the deadline, and what else the toolkit may have to do.
+    EXPECT_LE(wakes, 8);
 }
 
 struct LiveViewRow {
