@@ -112,6 +112,12 @@ TEST(qrvLink, NamesTheGroupOfAPortThatIsForbidden) {
     }
     int ended = 0;
     ::waitpid(child, &ended, 0);
+    // The shell's own codes: the build lies where only its owner may look.
+    constexpr int kNotExecutable = 126;
+    constexpr int kNotFound = 127;
+    if (WEXITSTATUS(ended) == kNotExecutable || WEXITSTATUS(ended) == kNotFound) {
+        GTEST_SKIP() << "another user may not run " QRV_PROGRAM;
+    }
     EXPECT_EQ(WEXITSTATUS(ended), 4);
     EXPECT_EQ(bytesOf(link.qrv.path(".err")), "qrv: " + link.live.path() +
                                                   " may not be opened by you: become a member of the group \"" + group +

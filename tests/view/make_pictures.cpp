@@ -91,12 +91,7 @@ class Pictures {
 
     void watch() {
         rig_.whenUp("MGrid", [this](FormView& view) {
-            QTimer::singleShot(kSomePasses, &view, [this, &view] {
-                view.refresh();
-                keep(view, "live.png");
-                ViewRig::click<QAbstractButton>(view, "Command3");
-            });
-            ViewRig::click<QAbstractButton>(view, "Command2");
+            poll(view, kSomePasses, "live.png");
             ViewRig::choose(view, "mnuexit");
         });
         ViewRig::choose(rig_.mainView(), "mnuViewAll");
@@ -106,16 +101,21 @@ class Pictures {
     void watchChosen() {
         rig_.whenUp("Monitor", [this](FormView& view) {
             for (const qrv::NewLabel& label : kChosen) qrv::addLabel(rig_, view, label);
-            QTimer::singleShot(kSomeBoards, &view, [this, &view] {
-                view.refresh();
-                keep(view, "monitor.png");
-                ViewRig::click<QAbstractButton>(view, "Command3");
-            });
-            ViewRig::click<QAbstractButton>(view, "Command2");
+            poll(view, kSomeBoards, "monitor.png");
             ViewRig::choose(view, "munexit");
         });
         ViewRig::choose(rig_.mainView(), "mnuViewSel");
         isMainUp();
+    }
+
+    /// Polls for so long, and keeps the picture at the end of it.
+    void poll(FormView& view, std::chrono::milliseconds time, const char* name) const {
+        QTimer::singleShot(time, &view, [this, &view, name] {
+            view.refresh();
+            keep(view, name);
+            ViewRig::click<QAbstractButton>(view, "Command3");
+        });
+        ViewRig::click<QAbstractButton>(view, "Command2");
     }
 
     QDir folder_;
