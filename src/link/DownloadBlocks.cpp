@@ -340,6 +340,15 @@ void BlockDownload::sendStringRecord(std::int16_t& offset, std::int16_t block, c
 
 }  // namespace
 
+std::int32_t countedBytesOfBlocks(Workbench& bench) {
+    constexpr std::int16_t kConstantsFrames = kFilledSlots / kSlotsPerFrame;
+    constexpr std::int16_t kStringFrame = kStringHead + kUnusedStringLength + 1;
+    const auto counted = [](int data) { return frmComm::countedBytes(static_cast<std::int16_t>(data + kAroundData)); };
+    bench.db.ParmstrMoveFirst();
+    return kTableFrames * counted(kTableFrame) + kConstantsFrames * counted(kConstantsFrame) +
+           (bench.db.ParmstrEOF() ? 0 : kMostStrings * counted(kStringFrame)) + counted(2);
+}
+
 void DownloadBlocks(Workbench& bench, frmComm& comm) { BlockDownload(bench, comm).run(); }
 
 }  // namespace qrv

@@ -2,6 +2,8 @@
 // data lie in the controller's three memory areas, by adding up what the catalogue says of the functions.
 #pragma once
 
+#include <cstdint>
+
 namespace qrv {
 
 class frmComm;
@@ -10,5 +12,8 @@ struct Workbench;
 /// Sends the open configuration's blocks through the open port. The result is the state of `xfer_ok` and `xfer_abort`;
 /// what failed was shown. Moves the cursors of blocks, constants, strings, functions and parameters.
 void DownloadBlocks(Workbench& bench, frmComm& comm);
+
+/// What that will add to `bytes_sent`: less where there is no string. Moves the strings' cursor.
+[[nodiscard]] std::int32_t countedBytesOfBlocks(Workbench& bench);
 
 }  // namespace qrv

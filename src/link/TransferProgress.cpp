@@ -9,11 +9,11 @@ std::int32_t TransferProgress::bytesPerSecond() const {
     return seconds > 0 ? static_cast<std::int32_t>(bytes_ / seconds) : 0;
 }
 
-std::optional<std::chrono::seconds> TransferProgress::timeLeft() const {
+std::optional<std::chrono::milliseconds> TransferProgress::timeLeft() const {
     if (bytes_ <= 0 || total_ <= 0) return std::nullopt;
     const double passed = std::chrono::duration<double>(now_ - started_).count();
     const double left = passed * std::max(0, total_ - bytes_) / bytes_;
-    return std::chrono::round<std::chrono::seconds>(std::chrono::duration<double>(left));
+    return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(left));
 }
 
 int TransferProgress::percent() const {
@@ -24,7 +24,9 @@ int TransferProgress::percent() const {
 std::string TransferProgress::sentence() const {
     std::string text = "Section " + std::to_string(section_) + " of " + std::to_string(sectionCount_) + ", " +
                        std::to_string(bytesPerSecond()) + " bytes a second";
-    if (const auto left = timeLeft()) text += ", " + std::to_string(left->count()) + " s left";
+    if (const auto left = timeLeft()) {
+        text += ", " + std::to_string(std::chrono::round<std::chrono::seconds>(*left).count()) + " s left";
+    }
     return text + ", " + std::to_string(retries_) + (retries_ == 1 ? " retry" : " retries");
 }
 

@@ -38,7 +38,7 @@ class TransferProgress {
     [[nodiscard]] int retries() const { return retries_; }
     [[nodiscard]] std::int32_t bytesPerSecond() const;
     /// Absent before the first bytes, and where there is no total.
-    [[nodiscard]] std::optional<std::chrono::seconds> timeLeft() const;
+    [[nodiscard]] std::optional<std::chrono::milliseconds> timeLeft() const;
     /// 0..100.
     [[nodiscard]] int percent() const;
     /// All of it in one line.

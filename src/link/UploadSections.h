@@ -10,18 +10,28 @@
 namespace qrv {
 
 inline constexpr std::array kUploadSections{
-    UploadSection{.word = "blocks", .box = &frmUpload::Blocks, .shown = "Blocks", .routine = &upLoadBlocks},
-    UploadSection{.word = "modbus", .box = &frmUpload::Modbus, .shown = "Modbus", .routine = nullptr},
-    UploadSection{.word = "alarms", .box = &frmUpload::Alarms, .shown = "Alarms", .routine = nullptr},
+    UploadSection{.word = "blocks",
+                  .box = &frmUpload::Blocks,
+                  .shown = "Blocks",
+                  .routine = &upLoadBlocks,
+                  .mostBytes = &mostUploadBytesOfBlocks},
+    UploadSection{
+        .word = "modbus", .box = &frmUpload::Modbus, .shown = "Modbus", .routine = nullptr, .mostBytes = nullptr},
+    UploadSection{
+        .word = "alarms", .box = &frmUpload::Alarms, .shown = "Alarms", .routine = nullptr, .mostBytes = nullptr},
     UploadSection{.word = "pager",
                   .box = &frmUpload::Pager,
                   .shown = "Pager",
                   .routine = nullptr,
+                  .mostBytes = nullptr,
                   .leastFirmware = kPagerFirmware},
-    UploadSection{.word = "egus", .box = &frmUpload::Egus, .shown = "EGUs", .routine = nullptr},
-    UploadSection{.word = "charts", .box = &frmUpload::Charts, .shown = "Charts", .routine = nullptr},
-    UploadSection{.word = "menus", .box = &frmUpload::Menus, .shown = "Menus", .routine = nullptr},
-    UploadSection{.word = "screens", .box = &frmUpload::Menus, .shown = "Screens", .routine = nullptr},
+    UploadSection{.word = "egus", .box = &frmUpload::Egus, .shown = "EGUs", .routine = nullptr, .mostBytes = nullptr},
+    UploadSection{
+        .word = "charts", .box = &frmUpload::Charts, .shown = "Charts", .routine = nullptr, .mostBytes = nullptr},
+    UploadSection{
+        .word = "menus", .box = &frmUpload::Menus, .shown = "Menus", .routine = nullptr, .mostBytes = nullptr},
+    UploadSection{
+        .word = "screens", .box = &frmUpload::Menus, .shown = "Screens", .routine = nullptr, .mostBytes = nullptr},
 };
 
 }  // namespace qrv

@@ -63,6 +63,8 @@ class frmComm final : public Form {
     TickTimer tmrBlockBankDelay;
     [[nodiscard]] bool transactionRuns() const { return transaction_.isRunning(); }
     void observe(LinkObserver* observer) { transaction_.observe(observer); }
+    /// What a frame of that length adds to `bytes_sent`.
+    [[nodiscard]] static std::int32_t countedBytes(std::int16_t tx_count);
     /// Called for every step of `bytes_sent` in a download and of `bytes_received` in an upload.
     std::function<void()> showBytesSent = [] {};
     std::function<void()> showBytesReceived = [] {};

@@ -74,10 +74,16 @@ void frmDownload::announce() {
 }
 
 void frmDownload::runSections() {
-    const auto count = std::ranges::count_if(kDownloadSections, [this](const DownloadSection& section) {
-        return section.isAvailable() && bench_.*section.flag;
-    });
-    progress_.start(static_cast<int>(count), bench_.platform.clock.now());
+    int count = 0;
+    expectedBytes_ = 0;
+    for (const DownloadSection& section : kDownloadSections) {
+        if (!section.isAvailable() || !(bench_.*section.flag)) continue;
+        ++count;
+        expectedBytes_ += section.closely == nullptr ? section.estimate(bench_) : section.closely(bench_);
+    }
+    // The bytes sent never count beyond the told total.
+    expectedBytes_ = std::min(expectedBytes_, bench_.bytes_total);
+    progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();
     for (const DownloadSection& section : kDownloadSections) {
         if (bench_.xfer_ok && bench_.*section.flag && !bench_.xfer_abort) runSection(section);
@@ -147,7 +153,7 @@ void frmDownload::showBytes() {
 }
 
 void frmDownload::noteProgress() {
-    progress_.count(bench_.bytes_sent, bench_.bytes_total, bench_.platform.clock.now());
+    progress_.count(bench_.bytes_sent, expectedBytes_, bench_.platform.clock.now());
     progress_.setRetries(comm_.retriesSoFar() - retriesBefore_);
     const auto now = bench_.platform.clock.now();
     if (now >= shownAt_ + kShownEach) {

@@ -98,6 +98,7 @@ class frmDownload final : public Form {
     const TransferWindow& window_;
     DownloadOutcome outcome_;
     TransferProgress progress_;
+    std::int32_t expectedBytes_ = 0;
     std::int32_t retriesBefore_ = 0;
     Clock::TimePoint shownAt_{};
 };

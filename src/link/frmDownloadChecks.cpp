@@ -20,36 +20,7 @@ namespace {
 constexpr std::size_t kVersionDigits = 4;
 constexpr const char* kTriacPartNumber = "610033";
 
-// What the sections will count, bytes.
-constexpr std::int32_t kTotalUntilKnown = 100000;
-constexpr std::int32_t kPagerBytes = 355;
-constexpr std::int32_t kAlarmBytes = 3040;
-constexpr std::int32_t kBlockBytes = 8475 + 24750 + 3015;
-constexpr std::int32_t kModbusBytes = 845;
-constexpr std::int32_t kChartBytes = 180;
-constexpr std::int32_t kChartsBytes = 290;
-constexpr std::int32_t kMenuBytes = 380;
-constexpr std::int32_t kScreenBytes = 2200;
-constexpr std::int32_t kUnitsBytes = 2750 + 35;
-constexpr std::int32_t kBlockUnitBytes = 30;
-
-std::int32_t titledMenus(db1& db) {
-    std::int32_t count = 0;
-    for (db.MenuMoveFirst(); !db.MenuEOF(); db.MenuMoveNext()) count += db.MenuTitle().empty() ? 0 : 1;
-    return count;
-}
-
-std::int32_t titledScreens(db1& db) {
-    std::int32_t count = 0;
-    for (db.ScreenMoveFirst(); !db.ScreenEOF(); db.ScreenMoveNext()) count += db.ScreenTitle().empty() ? 0 : 1;
-    return count;
-}
-
-std::int32_t titledCharts(db1& db) {
-    std::int32_t count = 0;
-    for (db.ChartMoveFirst(); !db.ChartEOF(); db.ChartMoveNext()) count += db.ChartDescription().empty() ? 0 : 1;
-    return count;
-}
+constexpr std::int32_t kTotalUntilKnown = 100000;  // bytes
 
 }  // namespace
 
@@ -197,18 +168,13 @@ void frmDownload::gateModbusAndCharts() {
 }
 
 void frmDownload::estimate() {
-    db1& db = bench_.db;
-    bench_.bytes_sent = 0;
-    std::int32_t total = bench_.dl_pager ? kPagerBytes : 0;
     if (bench_.rom_version < kAnnounceFirmware && bench_.dl_blocks) bench_.dl_alarms = true;
-    if (bench_.dl_alarms) total += kAlarmBytes;
-    if (bench_.dl_blocks) total += kBlockBytes;
-    if (bench_.dl_modbus) total += kModbusBytes;
-    if (bench_.dl_charts) total += titledCharts(db) * kChartBytes + kChartsBytes;
-    if (bench_.dl_menus) total += titledMenus(db) * kMenuBytes + titledScreens(db) * kScreenBytes;
     if (bench_.dl_charts || bench_.dl_menus) bench_.dl_egus = true;
-    if (bench_.dl_egus) total += kUnitsBytes + db.BEGUHowMany() * kBlockUnitBytes;
-    bench_.bytes_total = total;
+    bench_.bytes_sent = 0;
+    bench_.bytes_total = 0;
+    for (const DownloadSection& section : kDownloadSections) {
+        if (bench_.*section.flag) bench_.bytes_total += section.estimate(bench_);
+    }
 }
 
 }  // namespace qrv

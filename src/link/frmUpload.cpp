@@ -128,17 +128,21 @@ void frmUpload::begin() {
     bench_.bytes_received = 0;
     window_.enableCommand1(false);
     LoadFnOfBlock(bench_);
-    const auto count = std::ranges::count_if(kUploadSections, [this](const UploadSection& section) {
-        return section.isAvailable() && (this->*section.box).value;
-    });
-    progress_.start(static_cast<int>(count), bench_.platform.clock.now());
+    bench_.bytes_total = 0;
+    int count = 0;
+    for (const UploadSection& section : kUploadSections) {
+        if (!section.isAvailable() || !(this->*section.box).value) continue;
+        ++count;
+        bench_.bytes_total += section.mostBytes();
+    }
+    progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();
     comm_.showBytesReceived = [this] { noteProgress(); };
 }
 
 void frmUpload::noteProgress() {
     BytesReceived.caption = joined(bench_.bytes_received);
-    progress_.count(bench_.bytes_received, 0, bench_.platform.clock.now());
+    progress_.count(bench_.bytes_received, bench_.bytes_total, bench_.platform.clock.now());
     progress_.setRetries(comm_.retriesSoFar() - retriesBefore_);
     bench_.platform.formHost.refresh(*this);
     onProgress();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -97,7 +98,8 @@ struct UploadSection {
     std::string_view word;  ///< how a command line names it
     Choice frmUpload::*box;
     std::string_view shown;
-    Routine routine;  ///< null: this program can't read the section yet
+    Routine routine;              ///< null: this program can't read the section yet
+    std::int32_t (*mostBytes)();  ///< of the controller's answers; null where `routine` is
     float leastFirmware = 0;
 
     [[nodiscard]] constexpr bool isAvailable() const { return routine != nullptr; }

@@ -27,9 +27,14 @@ static_assert(kTableReads * kRecordsPerRead == kBlockCount);
 
 constexpr std::int16_t kStringRead = 20;
 constexpr std::int16_t kLastStringOffset = 24576;
+constexpr std::int16_t kStringReads = (kLastStringOffset - kStringsStart) / kStringRead + 1;
 constexpr std::int16_t kTextStart = kDataStart + kStringHead;
 constexpr std::int16_t kTextEnd = kDataStart + kStringRead;
 constexpr std::uint8_t kNoRecord = 255;
+
+/// Reads of constants: the first, and one as soon as the 32nd slot of each has been used.
+constexpr std::int32_t constantReads(std::int32_t slots) { return slots / kSlotsPerFrame + 1; }
+constexpr std::int32_t kMostSlots = kStringsStart / kSlotLength;
 
 // In the catalogue: parameters that are the first two bytes of their slot.
 constexpr std::int16_t kShortNumber = 2;
@@ -51,6 +56,7 @@ class BlockUpload {
             return;
         }
         if (!poll() || !readTable()) return;
+        countConstants();
         heading(uploadlog::kConstants);
         readConstants();
         heading(uploadlog::kStringParams);
@@ -80,6 +86,7 @@ class BlockUpload {
     bool poll();
     bool read(Section section, std::int16_t count, std::int16_t offset);
     bool readTable();
+    void countConstants();
     void readConstants();
     void readConstantsOf(std::int16_t block);
     void readParameter(std::int16_t block, std::int16_t slot, std::int32_t number);
@@ -126,6 +133,16 @@ bool BlockUpload::readTable() {
         }
     }
     return true;
+}
+
+void BlockUpload::countConstants() {
+    std::int32_t slots = 0;
+    db_.FuncSetIndex("FN");
+    for (const std::int16_t function : bench_.FnOfBlock) {
+        db_.FuncSeekI(function);
+        slots += db_.FuncInputs() + db_.FuncParams() + db_.FuncHidden();
+    }
+    bench_.bytes_total += (constantReads(slots) - constantReads(kMostSlots)) * (kConstantsFrame + kAroundData);
 }
 
 /// Neither this first read nor the later ones are asked whether they went well: only the log can tell.
@@ -245,6 +262,11 @@ void BlockUpload::storeSlots() {
 }
 
 }  // namespace
+
+std::int32_t mostUploadBytesOfBlocks() {
+    return kShortReply + kTableReads * (kTableRead + kAroundData) +
+           constantReads(kMostSlots) * (kConstantsFrame + kAroundData) + kStringReads * (kStringRead + kAroundData);
+}
 
 void upLoadBlocks(Workbench& bench, frmComm& comm) {
     // A reply that is too short, or a program that doesn't fit the catalogue, ends the upload and not the program.
