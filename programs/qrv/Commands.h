@@ -23,4 +23,11 @@ void addLinkCommands(CLI::App& app, Terminal& terminal);
 /// watch
 void addWatchCommand(CLI::App& app, Terminal& terminal);
 
+/// download
+void addDownloadCommand(CLI::App& app, Terminal& terminal);
+/// upload
+void addUploadCommand(CLI::App& app, Terminal& terminal);
+/// verify
+void addVerifyCommand(CLI::App& app, Terminal& terminal);
+
 }  // namespace qrv

@@ -120,7 +120,7 @@ std::string infoJson(const InfoSubject& subject) {
 void showInfo(Terminal& terminal, const std::string& path, bool asJson) {
     Session session(terminal);
     InfoSubject subject{.path = path, .isReadOnly = false, .catalogueVersion = {}, .summary = {}};
-    const ConfigurationContent content = session.contentOf(path);
+    const ConfigurationContent content = session.file().contentOf(path);
     subject.isReadOnly = session.bench().IsReadOnlyFile;
     subject.catalogueVersion = session.bench().db.Version();
     subject.summary = summaryOf(content, session.bench().db);
@@ -140,7 +140,7 @@ void listBackups(Terminal& terminal) {
 
 void dump(Terminal& terminal, const std::string& path) {
     Session session(terminal);
-    const ConfigurationContent content = session.contentOf(path);
+    const ConfigurationContent content = session.file().contentOf(path);
     ContentNotes notes(content, session.bench().db);
     terminal.write(textFormOf(content, notes));
 }

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <iomanip>
 #include <sstream>
+#include <utility>
 
 #include "link/CommSettings.h"
 #include "platform/RunTimeError.h"
@@ -47,16 +48,22 @@ void addLineOptions(CLI::App& command, LineOptions& options) {
     command.add_option("--trace", options.trace, "Append every frame, both ways, to this file; - for standard error");
 }
 
-LinkSession::LinkSession(Terminal& terminal, const LineOptions& options)
-    : platform_(terminal), bench_(withBox(platform_.services(), box_), {}), comm_(bench_) {
+LinkSession::LinkSession(Terminal& terminal, const LineOptions& options, MessageBox* box)
+    : platform_(terminal),
+      bench_(withBox(platform_.services(), box == nullptr ? box_ : *box), findProgramPlaces()),
+      comm_(bench_) {
     readCommSettings(bench_);
     takeOptions(options);
     beginTrace(terminal, options.trace);
     comm_.observe(this);
-    platform_.pump().catchSignals({SIGINT, SIGTERM}, [this](int) {
-        bench_.xfer_abort = true;
-        bench_.xfer_abort_reason = "signal";
-    });
+    platform_.pump().catchSignals({SIGINT, SIGTERM}, [this](int) { cancel(); });
+}
+
+void LinkSession::cancel() {
+    isCancelled_ = true;
+    bench_.xfer_abort = true;
+    bench_.xfer_abort_reason = "signal";
+    whenCancelled();
 }
 
 void LinkSession::takeOptions(const LineOptions& options) {
@@ -94,14 +101,8 @@ std::string LinkSession::lineName() const {
 
 void LinkSession::connect() {
     comm_.Open_Comm_Port();
-    if (!comm_.port_is_open) failOpening();
-    exchange([this](frmComm& comm) {
-        comm.poll_qrm3();
-        // A good reply with another status: something is there, and it isn't what is wanted.
-        if (!bench_.xfer_ok && lastVerdict_ == Verdict::Good) {
-            fail("what answers is no QRV controller that is ready: check what the cable leads to.");
-        }
-    });
+    if (!comm_.port_is_open) throw CommandFailure(ExitCode::Link, cause());
+    exchange([](frmComm& comm) { comm.poll_qrm3(); });
 }
 
 void LinkSession::exchange(const std::function<void(frmComm&)>& exchange) {
@@ -112,24 +113,26 @@ void LinkSession::exchange(const std::function<void(frmComm&)>& exchange) {
     if (!isWhole) failOfLength();
 }
 
-void LinkSession::failOpening() {
-    const std::string cause = bench_.platform.serialPort.faultText();
-    throw CommandFailure(ExitCode::Link, cause.empty() ? lineName() + " can't be opened." : cause);
-}
-
 void LinkSession::requireGood() {
     if (bench_.xfer_ok) return;
-    if (bench_.xfer_abort) throw CommandFailure(ExitCode::Refused, "Cancelled.");
-    const SerialPort& port = bench_.platform.serialPort;
-    if (port.fault() == SerialFault::Unplugged) throw CommandFailure(ExitCode::Link, port.faultText());
-    if (anyByteCame_) fail("what comes back is garbled: check baud rate and parity, and the cable for noise.");
-    fail("no answer: check that the controller is on, and the cable.");
+    if (bench_.xfer_abort) throw CommandFailure(ExitCode::Cancelled, "Cancelled.");
+    throw CommandFailure(ExitCode::Link, cause());
 }
 
-void LinkSession::failOfLength() const { fail("the answer is of another length than what was asked for."); }
+std::string LinkSession::cause() const {
+    const std::string fault = bench_.platform.serialPort.faultText();
+    if (!fault.empty()) return fault;
+    const std::string line = lineName() + ": ";
+    // A good reply with another status than a controller's: something is there, and it isn't what is wanted.
+    if (lastVerdict_ == Verdict::Good) {
+        return line + "what answers is no QRV controller that is ready: check what the cable leads to.";
+    }
+    if (anyByteCame_) return line + "what comes back is garbled: check baud rate and parity, and the cable for noise.";
+    return line + "no answer: check that the controller is on, and the cable.";
+}
 
-void LinkSession::fail(const std::string& words) const {
-    throw CommandFailure(ExitCode::Link, lineName() + ": " + words);
+void LinkSession::failOfLength() const {
+    throw CommandFailure(ExitCode::Link, lineName() + ": the answer is of another length than what was asked for.");
 }
 
 std::vector<std::uint8_t> LinkSession::read(std::uint8_t section, std::int16_t count, std::int32_t offset) {
@@ -143,13 +146,17 @@ std::vector<std::uint8_t> LinkSession::read(std::uint8_t section, std::int16_t c
 }
 
 void LinkSession::sent(std::span<const std::uint8_t> frame, int attempt) {
-    if (attempt == 1) anyByteCame_ = false;
+    if (attempt == 1) {
+        anyByteCame_ = false;
+        if (std::exchange(lastFailed_, true)) ++failedBefore_;
+    }
     if (trace_) trace_->sent(frame, attempt);
 }
 
 void LinkSession::received(std::span<const std::uint8_t> reply, Verdict verdict) {
     if (!reply.empty()) anyByteCame_ = true;
     lastVerdict_ = verdict;
+    lastFailed_ = verdict != Verdict::Good;
     if (trace_) trace_->received(reply, verdict);
 }
 

@@ -42,7 +42,8 @@ class UnshownBox final : public MessageBox {
 
 class LinkSession final : public LinkObserver {
  public:
-    LinkSession(Terminal& terminal, const LineOptions& options);
+    /// @param box  takes the words of boxes; null where the causes that are told here are enough
+    LinkSession(Terminal& terminal, const LineOptions& options, MessageBox* box = nullptr);
     ~LinkSession() override { comm_.Close_Comm_Port(); }
     LinkSession(const LinkSession&) = delete;
     LinkSession& operator=(const LinkSession&) = delete;
@@ -59,6 +60,14 @@ class LinkSession final : public LinkObserver {
     /// Runs an exchange. Ends the command, with cause and cure, unless it went well.
     void exchange(const std::function<void(frmComm&)>& exchange);
 
+    /// Why the last transaction or the opening of the port failed, and what to do about it.
+    [[nodiscard]] std::string cause() const;
+    /// Transactions that came to nothing, after all their repeats.
+    [[nodiscard]] int failedTransactions() const { return failedBefore_ + (lastFailed_ ? 1 : 0); }
+    [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+    /// Called at Ctrl+C, when the transfer's flag has been set already.
+    std::function<void()> whenCancelled = [] {};
+
     void sent(std::span<const std::uint8_t> frame, int attempt) override;
     void received(std::span<const std::uint8_t> reply, Verdict verdict) override;
     void discarded(std::span<const std::uint8_t> bytes) override;
@@ -68,9 +77,8 @@ class LinkSession final : public LinkObserver {
     void takeOptions(const LineOptions& options);
     void beginTrace(Terminal& terminal, const std::string& file);
     void requireGood();
-    [[noreturn]] void failOpening();
     [[noreturn]] void failOfLength() const;
-    [[noreturn]] void fail(const std::string& words) const;
+    void cancel();
 
     TerminalPlatform platform_;
     UnshownBox box_;
@@ -81,6 +89,9 @@ class LinkSession final : public LinkObserver {
     // Of the last transaction:
     bool anyByteCame_ = false;
     Verdict lastVerdict_ = Verdict::Silent;
+    bool lastFailed_ = false;
+    int failedBefore_ = 0;
+    bool isCancelled_ = false;
 };
 
 }  // namespace qrv

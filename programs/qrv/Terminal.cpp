@@ -5,16 +5,28 @@
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
+#include <utility>
+
+#include "platform/RunTimeError.h"
 
 namespace qrv {
 
 namespace {
+
+/// Goes to the line's beginning and clears it.
+constexpr std::string_view kStartOfLine = "\r\x1b[K";
 
 bool putAll(std::string_view text, std::FILE* stream) {
     return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
 }
 
 }  // namespace
+
+ExitCode exitCodeOf(const RunTimeError& error) {
+    // Sums and lengths overrun where a controller's answer is garbled or cut short; all else is about files.
+    const bool isOfLine = error.number() == ErrorNumber::Overflow || error.number() == ErrorNumber::SubscriptOutOfRange;
+    return isOfLine ? ExitCode::Link : ExitCode::File;
+}
 
 bool Terminal::canAsk() const { return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
 
@@ -23,8 +35,14 @@ bool Terminal::drawsProgress() const { return isatty(STDERR_FILENO) != 0; }
 void Terminal::say(std::string_view line) { draw(std::string(line) + "\n"); }
 
 void Terminal::draw(std::string_view text) {
+    if (std::exchange(isDrawnOver_, false)) static_cast<void>(putAll(kStartOfLine, stderr));
     // Where even the words can't be written there is nobody left to tell.
     static_cast<void>(putAll(text, stderr));
+}
+
+void Terminal::drawOver(std::string_view text) {
+    draw(text);
+    isDrawnOver_ = true;
 }
 
 void Terminal::write(std::string_view data) {

@@ -16,8 +16,14 @@ enum class ExitCode : int {
     Usage = 2,
     File = 3,
     Link = 4,
-    Refused = 5,  ///< by the user, by a missing --force or --yes, or by the controller's version
+    Refused = 5,    ///< by the user, by a missing --force or --yes, or because the controller can't take it
+    Cancelled = 6,  ///< by Ctrl+C
 };
+
+class RunTimeError;
+
+/// What an error counts as that no command caught.
+[[nodiscard]] ExitCode exitCodeOf(const RunTimeError& error);
 
 /// Ends a command with one sentence for the user.
 class CommandFailure : public std::runtime_error {
@@ -40,8 +46,8 @@ class Terminal {
 
     /// One line of words, UTF-8.
     void say(std::string_view line);
-    /// Words as they are, with no line break added: a bar that is drawn over itself.
-    void draw(std::string_view text);
+    /// A line that the next one is drawn over, and that other words take the place of: a bar.
+    void drawOver(std::string_view text);
     /// Data, UTF-8, as it is.
     void write(std::string_view data);
     /// Hands over what was written so far: for data that is read as it comes.
@@ -57,8 +63,12 @@ class Terminal {
     [[nodiscard]] ExitCode end();
 
  private:
+    /// Words as they are, in the place of a line that was to be drawn over.
+    void draw(std::string_view text);
+
     ExitCode exitCode_ = ExitCode::Done;
     bool outputFailed_ = false;
+    bool isDrawnOver_ = false;
 };
 
 /// Ends the command unless `path` is free or may be overwritten.

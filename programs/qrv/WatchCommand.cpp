@@ -46,7 +46,7 @@ std::string withoutBlanksBehind(std::string text) {
 /// What the file says of the blocks. Ends the command for a block that has no output.
 std::vector<Watched> watchedOf(Terminal& terminal, const WatchOptions& options) {
     Session session(terminal);
-    session.open(options.file);
+    session.file().open(options.file);
     std::vector<Watched> found;
     for (const std::int16_t block : options.blocks) {
         const bool isUsed = session.bench().FnOfBlock.at(static_cast<std::size_t>(block)) != kNop;
@@ -56,7 +56,7 @@ std::vector<Watched> watchedOf(Terminal& terminal, const WatchOptions& options) 
         }
         found.push_back({.block = block, .kind = *kind, .name = withoutBlanksBehind(session.bench().db.FuncName())});
     }
-    session.close(Answer::No);
+    session.file().close();
     return found;
 }
 

@@ -26,7 +26,8 @@ constexpr const char* kFooter =
     "  2  the command line can't be understood\n"
     "  3  a file can't be read, written or understood\n"
     "  4  the controller can't be reached or gave a bad answer\n"
-    "  5  refused: by the user, or for want of --force or --yes\n";
+    "  5  refused: by the user, for want of --force or --yes, or because the controller can't take it\n"
+    "  6  cancelled by Ctrl+C\n";
 
 std::string catalogueVersion(qrv::Terminal& terminal) {
     try {
@@ -50,10 +51,7 @@ ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
         return failure.code();
     } catch (const qrv::RunTimeError& error) {
         terminal.say("qrv: " + error.description());
-        // Sums and lengths overrun where a controller's answer is garbled or cut short; all else is about files.
-        const bool isOfLine =
-            error.number() == qrv::ErrorNumber::Overflow || error.number() == qrv::ErrorNumber::SubscriptOutOfRange;
-        return isOfLine ? ExitCode::Link : ExitCode::File;
+        return qrv::exitCodeOf(error);
     }
 }
 
@@ -74,5 +72,8 @@ int main(int argc, char** argv) {
     qrv::addFunctionCommand(app, terminal);
     qrv::addLinkCommands(app, terminal);
     qrv::addWatchCommand(app, terminal);
+    qrv::addDownloadCommand(app, terminal);
+    qrv::addUploadCommand(app, terminal);
+    qrv::addVerifyCommand(app, terminal);
     return static_cast<int>(run(app, terminal, argc, argv));
 }

@@ -47,7 +47,7 @@ void frmDownload::Download_Click() {
     if (bench_.in_download) return;
     Download.enabled = false;
     bench_.in_download = true;
-    outcome_ = {};
+    outcome_ = {.stage = DownloadStage::Sections, .committed = false, .reason = {}};
     resetBar();
     comm_.showBytesSent = [this] { showBytes(); };
     comm_.Open_Comm_Port();
@@ -89,6 +89,7 @@ void frmDownload::runSections() {
         if (bench_.xfer_ok && bench_.*section.flag && !bench_.xfer_abort) runSection(section);
     }
     if (!anyFlag() || !bench_.xfer_ok || bench_.xfer_abort) return;
+    outcome_.stage = DownloadStage::Commit;
     comm_.SendEE();
     outcome_.committed = bench_.xfer_ok;
 }

@@ -26,8 +26,13 @@ struct ProgressPicture {
     std::int32_t colour = 0;  ///< blue, green and red, a byte each, red the lowest
 };
 
+/// How far a download came: does the configuration fit, is a controller there, can its firmware take what is chosen,
+/// the sections, the commit.
+enum class DownloadStage { Fitting, Reaching, Gates, Sections, Commit };
+
 /// How a download ended.
 struct DownloadOutcome {
+    DownloadStage stage = DownloadStage::Fitting;
     bool committed = false;
     std::string reason;  ///< which place raised `xfer_abort`; "" where none did
 };

@@ -39,7 +39,10 @@ void frmDownload::load() {
     progress_ = {};
     outcome_ = {};
     takeBoxes();
-    if (!fitsController() || !reachController() || !readVersion()) return;
+    if (!fitsController()) return;
+    outcome_.stage = DownloadStage::Reaching;
+    if (!reachController() || !readVersion()) return;
+    outcome_.stage = DownloadStage::Gates;
     gateTriacs();
     gatePagers();
     gateModbusAndCharts();

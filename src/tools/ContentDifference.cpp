@@ -71,13 +71,13 @@ std::size_t differenceCount(const std::vector<RowDifference>& differences) {
     return count;
 }
 
-std::vector<std::string> linesOf(const RowDifference& difference) {
+std::vector<std::string> linesOf(const RowDifference& difference, const SideNames& names) {
     const Table& table = *difference.table;
     std::string name(table.name);
     const std::string key = keyText(table, difference.eitherRow());
     if (!key.empty()) name += " " + key;
-    if (difference.inA == nullptr) return {name + ": only in B: " + contentText(table, *difference.inB)};
-    if (difference.inB == nullptr) return {name + ": only in A: " + contentText(table, *difference.inA)};
+    if (difference.inA == nullptr) return {name + ": only in " + names.b + ": " + contentText(table, *difference.inB)};
+    if (difference.inB == nullptr) return {name + ": only in " + names.a + ": " + contentText(table, *difference.inA)};
     std::vector<std::string> lines;
     for (const std::size_t i : difference.columns) {
         const Column& column = table.columns[i];

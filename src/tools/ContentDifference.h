@@ -25,8 +25,14 @@ struct RowDifference {
 /// How many fields differ; a row that is in one alone counts as one.
 [[nodiscard]] std::size_t differenceCount(const std::vector<RowDifference>& differences);
 
+/// What the two contents are called where a row is in one of them alone.
+struct SideNames {
+    std::string a = "A";
+    std::string b = "B";
+};
+
 /// One line for each field that differs, or for each row that is in one alone, without line breaks, UTF-8:
 /// "Constants BlockNumber=4 Offset=2 ConstantValue: 720 -> 725".
-[[nodiscard]] std::vector<std::string> linesOf(const RowDifference& difference);
+[[nodiscard]] std::vector<std::string> linesOf(const RowDifference& difference, const SideNames& names = {});
 
 }  // namespace qrv

@@ -1,0 +1,123 @@
+#include "TransferReport.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "link/TransferProgress.h"
+#include "platform/RunTimeError.h"
+
+namespace qrv {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kTenth = 10;        // per cent
+constexpr int kBarLength = 10;    // characters: with the sentence behind it a line has 80
+constexpr int kPercentWidth = 3;  // characters
+
+std::string inFront(int percent) {
+    const std::string digits = std::to_string(percent);
+    return std::string(kPercentWidth - digits.size(), ' ') + digits + " %";
+}
+
+std::string barOf(int percent) {
+    const auto filled = static_cast<std::size_t>(percent * kBarLength / 100);
+    return "[" + std::string(filled, '#') + std::string(kBarLength - filled, '.') + "] ";
+}
+
+Json jsonOf(const TransferProgress& progress) {
+    Json json{{"event", "progress"},
+              {"section", progress.name()},
+              {"sectionNumber", progress.section()},
+              {"sections", progress.sectionCount()},
+              {"percent", progress.percent()},
+              {"bytes", progress.bytes()},
+              {"bytesPerSecond", progress.bytesPerSecond()},
+              {"secondsLeft", nullptr},
+              {"retries", progress.retries()}};
+    if (const auto left = progress.timeLeft()) json["secondsLeft"] = std::chrono::duration<double>(*left).count();
+    return json;
+}
+
+}  // namespace
+
+void TransferReport::sayJson(const Json& json) {
+    terminal_.say(json.dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+void TransferReport::say(const std::string& sentence) {
+    if (style_ == Style::Words) return terminal_.say(sentence);
+    sayJson({{"event", "note"}, {"text", sentence}});
+}
+
+Answer TransferReport::ask(const Notice& notice) {
+    const Answer answer = tellAndAnswer(notice);
+    if (notice.buttons != Buttons::Ok) lastAnswer_ = answer;
+    return answer;
+}
+
+Answer TransferReport::tellAndAnswer(const Notice& notice) {
+    if (isPassedOver_(notice)) return notice.buttons == Buttons::YesNo ? Answer::Yes : Answer::Ok;
+    if (style_ == Style::Json) {
+        sayJson({{"event", "message"}, {"title", notice.title}, {"text", notice.text}});
+    } else {
+        terminal_.say(notice.title == kUsualTitle ? notice.text : notice.title + ": " + notice.text);
+    }
+    return answerTo(notice);
+}
+
+Answer TransferReport::answerTo(const Notice& notice) {
+    if (notice.buttons == Buttons::Ok) return Answer::Ok;
+    if (notice.buttons != Buttons::YesNo) return Answer::None;
+    if (consent_ == Consent::Given) return Answer::Yes;
+    // A program that reads lines of JSON answers no question.
+    if (style_ == Style::Json) return Answer::None;
+    const std::optional<bool> isYes = terminal_.askYesNo("Continue?");
+    if (!isYes) return Answer::None;
+    return *isYes ? Answer::Yes : Answer::No;
+}
+
+void TransferReport::show(const TransferProgress& progress) {
+    const int percent = progress.percent();
+    if (style_ == Style::Words && terminal_.drawsProgress()) {
+        draw(progress);
+    } else if (percent == shownPercent_ && progress.name() == shownSection_) {
+        return;
+    } else if (style_ == Style::Json) {
+        sayJson(jsonOf(progress));
+    } else if (percent / kTenth != shownPercent_ / kTenth || progress.name() != shownSection_) {
+        terminal_.say(inFront(percent) + "  " + progress.name() + ". " + progress.sentence());
+    }
+    shownPercent_ = percent;
+    shownSection_ = progress.name();
+}
+
+void TransferReport::draw(const TransferProgress& progress) {
+    const std::string line = barOf(progress.percent()) + inFront(progress.percent()) + "  " + progress.sentence();
+    if (line == shownLine_) return;
+    terminal_.drawOver(line);
+    shownLine_ = line;
+}
+
+void TransferReport::end(std::string_view command, const Ending& ending) {
+    terminal_.endWith(ending.code);
+    if (style_ == Style::Words) return terminal_.say(ending.sentence);
+    Json json{{"command", command}, {"exitCode", static_cast<int>(ending.code)}, {"text", ending.sentence}};
+    ending.addFacts(json);
+    terminal_.write(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+void TransferReport::run(std::string_view command, const std::function<Ending()>& body) {
+    if (style_ == Style::Words) return end(command, body());
+    try {
+        end(command, body());
+    } catch (const CommandFailure& failure) {
+        end(command, {.code = failure.code(), .sentence = failure.what()});
+    } catch (const RunTimeError& error) {
+        end(command, {.code = exitCodeOf(error), .sentence = error.description()});
+    }
+}
+
+}  // namespace qrv

@@ -1,0 +1,65 @@
+// What a transfer in the terminal tells: boxes as lines, questions, progress, and how it ended. The progress is a bar
+// on a terminal, a line for each tenth where the words go to a file or pipe, and lines of JSON where a program reads
+// them.
+#pragma once
+
+#include <functional>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "Terminal.h"
+#include "platform/MessageBox.h"
+
+namespace qrv {
+
+class TransferProgress;
+
+/// Who answers a question: the option --yes, or the user where one sits at a terminal.
+enum class Consent { Given, Asked };
+
+class TransferReport final : public MessageBox {
+ public:
+    enum class Style { Words, Json };
+
+    TransferReport(Terminal& terminal, Style style, Consent consent)
+        : terminal_(terminal), style_(style), consent_(consent) {}
+
+    /// A box of the transfer's: its words become lines; None where nobody can answer a question.
+    Answer ask(const Notice& notice) override;
+    /// From now on boxes for which this holds are neither told nor asked, and their answer is Yes or Ok.
+    void passOver(std::function<bool(const Notice&)> which) { isPassedOver_ = std::move(which); }
+    /// What the last question got.
+    [[nodiscard]] Answer lastAnswer() const { return lastAnswer_; }
+    /// One line of our own.
+    void say(const std::string& sentence);
+    void show(const TransferProgress& progress);
+
+    /// Runs a command and ends it with what it gives: one JSON object on the standard output, in words a sentence. A
+    /// failure is told in the same manner.
+    struct Ending {
+        ExitCode code = ExitCode::Done;
+        std::string sentence;
+        std::function<void(nlohmann::ordered_json& json)> addFacts = [](nlohmann::ordered_json&) {};
+    };
+    void run(std::string_view command, const std::function<Ending()>& body);
+
+ private:
+    [[nodiscard]] Answer tellAndAnswer(const Notice& notice);
+    [[nodiscard]] Answer answerTo(const Notice& notice);
+    void end(std::string_view command, const Ending& ending);
+    void sayJson(const nlohmann::ordered_json& json);
+    void draw(const TransferProgress& progress);
+
+    Terminal& terminal_;
+    Style style_;
+    Consent consent_;
+    std::function<bool(const Notice&)> isPassedOver_ = [](const Notice&) { return false; };
+    Answer lastAnswer_ = Answer::None;
+    int shownPercent_ = -1;
+    std::string shownSection_;
+    std::string shownLine_;
+};
+
+}  // namespace qrv

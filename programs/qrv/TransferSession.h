@@ -1,0 +1,75 @@
+// What the commands begin with that move configurations in and out of controllers: a line, a configuration, and the
+// hardware form, whose rules belong to opening a file and to an upload.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "LinkSession.h"
+#include "OpenFile.h"
+#include "TransferReport.h"
+#include "blocks/frmGeneral.h"
+#include "link/TransferWindow.h"
+
+namespace CLI {
+class App;
+}
+
+namespace qrv {
+
+/// The options that these commands share.
+struct TransferOptions {
+    LineOptions line;
+    std::string file;
+    std::string sections;  ///< words with commas between; all where empty
+    bool yes = false;
+    bool json = false;
+    bool force = false;
+    bool dryRun = false;
+
+    [[nodiscard]] TransferReport reportOn(Terminal& terminal) const {
+        return {terminal, json ? TransferReport::Style::Json : TransferReport::Style::Words,
+                yes ? Consent::Given : Consent::Asked};
+    }
+};
+
+/// Adds FILE, --sections, --json and those of the line.
+/// @param known  the words of the sections
+void addTransferOptions(CLI::App& command, TransferOptions& options, const char* file,
+                        const std::vector<std::string>& known);
+
+/// The sections that an option names; all that are known where it names none. Ends the command at an unknown word.
+[[nodiscard]] std::vector<std::string> sectionsNamed(const std::string& option, const std::vector<std::string>& known);
+
+/// The words of a table's sections that this program can transfer.
+template <typename Sections>
+[[nodiscard]] std::vector<std::string> availableWords(const Sections& sections) {
+    std::vector<std::string> words;
+    for (const auto& section : sections) {
+        if (section.isAvailable()) words.emplace_back(section.word);
+    }
+    return words;
+}
+
+/// "12.3 s"
+[[nodiscard]] std::string secondsText(Clock::TimePoint from, Clock::TimePoint to);
+
+class TransferSession {
+ public:
+    TransferSession(Terminal& terminal, const LineOptions& options, TransferReport& report);
+
+    [[nodiscard]] LinkSession& link() { return link_; }
+    [[nodiscard]] OpenFile& file() { return file_; }
+    [[nodiscard]] Workbench& bench() { return link_.bench(); }
+    [[nodiscard]] const TransferWindow& window() const { return window_; }
+    /// Ends the command if Ctrl+C was pressed. @param consequence  "Nothing was sent."
+    void failIfCancelled(const std::string& consequence);
+
+ private:
+    LinkSession link_;
+    frmGeneral general_;
+    OpenFile file_;
+    TransferWindow window_;
+};
+
+}  // namespace qrv

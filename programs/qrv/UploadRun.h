@@ -1,0 +1,39 @@
+// An upload into the open configuration: the form of the desktop, driven by a command.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "TransferSession.h"
+#include "link/frmUpload.h"
+
+namespace qrv {
+
+/// The words of the sections that can be uploaded.
+[[nodiscard]] std::vector<std::string> uploadSections();
+
+/// That values may be wrong: a read of constants is not asked whether it went well.
+[[nodiscard]] std::string failedReads(int count, const std::string& logFile);
+
+class UploadRun {
+ public:
+    UploadRun(TransferSession& session, TransferReport& report);
+
+    /// Reads the sections. Ends the command where the upload fails, is refused or cancelled.
+    /// @param unharmed  what is told then of the file
+    void run(const std::vector<std::string>& sections, const std::string& unharmed);
+
+    [[nodiscard]] const TransferProgress& progress() const { return form_.progress(); }
+    /// Where the log of every exchange is.
+    [[nodiscard]] std::string logFile() const;
+
+ private:
+    void prepare(const std::string& unharmed);
+
+    TransferSession& session_;
+    TransferReport& report_;
+    std::string logFolder_;
+    frmUpload form_;
+};
+
+}  // namespace qrv
