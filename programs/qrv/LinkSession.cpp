@@ -4,7 +4,6 @@
 #include <csignal>
 #include <iomanip>
 #include <sstream>
-#include <utility>
 
 #include "link/CommSettings.h"
 #include "platform/RunTimeError.h"
@@ -146,17 +145,13 @@ std::vector<std::uint8_t> LinkSession::read(std::uint8_t section, std::int16_t c
 }
 
 void LinkSession::sent(std::span<const std::uint8_t> frame, int attempt) {
-    if (attempt == 1) {
-        anyByteCame_ = false;
-        if (std::exchange(lastFailed_, true)) ++failedBefore_;
-    }
+    if (attempt == 1) anyByteCame_ = false;
     if (trace_) trace_->sent(frame, attempt);
 }
 
 void LinkSession::received(std::span<const std::uint8_t> reply, Verdict verdict) {
     if (!reply.empty()) anyByteCame_ = true;
     lastVerdict_ = verdict;
-    lastFailed_ = verdict != Verdict::Good;
     if (trace_) trace_->received(reply, verdict);
 }
 

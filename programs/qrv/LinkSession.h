@@ -62,8 +62,6 @@ class LinkSession final : public LinkObserver {
 
     /// Why the last transaction or the opening of the port failed, and what to do about it.
     [[nodiscard]] std::string cause() const;
-    /// Transactions that came to nothing, after all their repeats.
-    [[nodiscard]] int failedTransactions() const { return failedBefore_ + (lastFailed_ ? 1 : 0); }
     [[nodiscard]] bool isCancelled() const { return isCancelled_; }
     /// Called at Ctrl+C, when the transfer's flag has been set already.
     std::function<void()> whenCancelled = [] {};
@@ -89,8 +87,6 @@ class LinkSession final : public LinkObserver {
     // Of the last transaction:
     bool anyByteCame_ = false;
     Verdict lastVerdict_ = Verdict::Silent;
-    bool lastFailed_ = false;
-    int failedBefore_ = 0;
     bool isCancelled_ = false;
 };
 

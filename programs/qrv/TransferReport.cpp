@@ -80,25 +80,17 @@ Answer TransferReport::answerTo(const Notice& notice) {
 }
 
 void TransferReport::show(const TransferProgress& progress) {
-    const int percent = progress.percent();
-    if (style_ == Style::Words && terminal_.drawsProgress()) {
-        draw(progress);
-    } else if (percent == shownPercent_ && progress.name() == shownSection_) {
-        return;
-    } else if (style_ == Style::Json) {
-        sayJson(jsonOf(progress));
-    } else if (percent / kTenth != shownPercent_ / kTenth || progress.name() != shownSection_) {
-        terminal_.say(inFront(percent) + "  " + progress.name() + ". " + progress.sentence());
+    // Before the first section there is nothing to tell.
+    const Shown now{.section = progress.section(), .percent = progress.percent(), .retries = progress.retries()};
+    if (now.section == 0 || now == shown_) return;
+    const bool isNewTenth = now.section != shown_.section || now.percent / kTenth != shown_.percent / kTenth;
+    shown_ = now;
+    if (style_ == Style::Json) return sayJson(jsonOf(progress));
+    if (terminal_.drawsProgress()) {
+        terminal_.drawOver(barOf(now.percent) + inFront(now.percent) + "  " + progress.sentence());
+    } else if (isNewTenth) {
+        terminal_.say(inFront(now.percent) + "  " + progress.name() + ". " + progress.sentence());
     }
-    shownPercent_ = percent;
-    shownSection_ = progress.name();
-}
-
-void TransferReport::draw(const TransferProgress& progress) {
-    const std::string line = barOf(progress.percent()) + inFront(progress.percent()) + "  " + progress.sentence();
-    if (line == shownLine_) return;
-    terminal_.drawOver(line);
-    shownLine_ = line;
 }
 
 void TransferReport::end(std::string_view command, const Ending& ending) {

@@ -46,20 +46,25 @@ class TransferReport final : public MessageBox {
     void run(std::string_view command, const std::function<Ending()>& body);
 
  private:
+    /// What the last news of the progress told.
+    struct Shown {
+        int section = 0;
+        int percent = -1;
+        int retries = 0;
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+
     [[nodiscard]] Answer tellAndAnswer(const Notice& notice);
     [[nodiscard]] Answer answerTo(const Notice& notice);
     void end(std::string_view command, const Ending& ending);
     void sayJson(const nlohmann::ordered_json& json);
-    void draw(const TransferProgress& progress);
 
     Terminal& terminal_;
     Style style_;
     Consent consent_;
     std::function<bool(const Notice&)> isPassedOver_ = [](const Notice&) { return false; };
     Answer lastAnswer_ = Answer::None;
-    int shownPercent_ = -1;
-    std::string shownSection_;
-    std::string shownLine_;
+    Shown shown_;
 };
 
 }  // namespace qrv

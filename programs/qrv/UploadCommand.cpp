@@ -47,12 +47,12 @@ TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options
     run.run(sections, wasThere ? options.file + " is as it was." : "No file was made.");
     session.file().saveAs(options.file);
     const TransferProgress& progress = run.progress();
-    const int failed = session.link().failedTransactions();
+    const int failed = run.failedReads();
     std::string sentence = options.file + (wasThere ? " has" : " made with") +
                            " what the controller holds: " + std::to_string(progress.bytes()) + " bytes in " +
                            secondsText(start, clock.now()) + ", " + std::to_string(progress.retries()) +
                            (progress.retries() == 1 ? " retry." : " retries.");
-    if (failed > 0) sentence += " " + failedReads(failed, run.logFile());
+    if (failed > 0) sentence += " " + run.failedReadsText();
     return {.code = failed > 0 ? ExitCode::Findings : ExitCode::Done,
             .sentence = sentence,
             .addFacts = [&options, line = session.link().lineName(), log = run.logFile(), bytes = progress.bytes(),

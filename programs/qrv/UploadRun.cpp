@@ -10,11 +10,6 @@ namespace qrv {
 
 std::vector<std::string> uploadSections() { return availableWords(kUploadSections); }
 
-std::string failedReads(int count, const std::string& logFile) {
-    return (count == 1 ? "1 read" : std::to_string(count) + " reads") +
-           " of constants came to nothing, and what stands in their place is wrong; " + logFile + " tells which.";
-}
-
 UploadRun::UploadRun(TransferSession& session, TransferReport& report)
     : session_(session),
       report_(report),
@@ -22,6 +17,12 @@ UploadRun::UploadRun(TransferSession& session, TransferReport& report)
       form_(session.bench(), session.link().comm(), session.window(), logFolder_) {}
 
 std::string UploadRun::logFile() const { return logFolder_ + "/" + std::string(uploadlog::kFileName); }
+
+std::string UploadRun::failedReadsText() const {
+    const int count = failedReads();
+    return (count == 1 ? "1 read" : std::to_string(count) + " reads") +
+           " of constants came to nothing, and what stands in their place is wrong; " + logFile() + " tells which.";
+}
 
 void UploadRun::prepare(const std::string& unharmed) {
     session_.bench().platform.formHost.load(form_);

@@ -12,9 +12,6 @@ namespace qrv {
 /// The words of the sections that can be uploaded.
 [[nodiscard]] std::vector<std::string> uploadSections();
 
-/// That values may be wrong: a read of constants is not asked whether it went well.
-[[nodiscard]] std::string failedReads(int count, const std::string& logFile);
-
 class UploadRun {
  public:
     UploadRun(TransferSession& session, TransferReport& report);
@@ -24,6 +21,9 @@ class UploadRun {
     void run(const std::vector<std::string>& sections, const std::string& unharmed);
 
     [[nodiscard]] const TransferProgress& progress() const { return form_.progress(); }
+    [[nodiscard]] int failedReads() const { return form_.outcome().failedReads; }
+    /// What they mean for the values, as a sentence.
+    [[nodiscard]] std::string failedReadsText() const;
     /// Where the log of every exchange is.
     [[nodiscard]] std::string logFile() const;
 

@@ -31,8 +31,8 @@ TransferReport::Ending verify(Terminal& terminal, const TransferOptions& options
     session.file().openNew();
     UploadRun run(session, report);
     run.run(sections, "Nothing was compared.");
-    if (const int failed = session.link().failedTransactions(); failed > 0) {
-        throw CommandFailure(ExitCode::Link, "Nothing was compared. " + failedReads(failed, run.logFile()));
+    if (run.failedReads() > 0) {
+        throw CommandFailure(ExitCode::Link, "Nothing was compared. " + run.failedReadsText());
     }
     const ConfigurationContent found = session.file().content();
     session.file().close();

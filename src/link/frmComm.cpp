@@ -78,6 +78,7 @@ void frmComm::send_and_get(std::int16_t tx_count, std::int16_t rx_count) {
     workbench_.xfer_ok = ending == Ending::Good;
     workbench_.xmit_bfr = frame;
     if (workbench_.xfer_ok) beginFrame();
+    failuresSoFar_ += workbench_.xfer_ok ? 0 : 1;
     if (ending == Ending::Failed) return;
     if (workbench_.in_download) countSent(tx_count);
     if (workbench_.in_upload) countReceived(rx_count);

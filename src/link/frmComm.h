@@ -52,6 +52,8 @@ class frmComm final : public Form {
     [[nodiscard]] std::int16_t retry_count() const { return transaction_.retryCount(); }
     /// The same of all transactions so far.
     [[nodiscard]] std::int32_t retriesSoFar() const { return retriesSoFar_; }
+    /// Transactions so far that came to nothing, after all their attempts.
+    [[nodiscard]] std::int32_t failuresSoFar() const { return failuresSoFar_; }
     [[nodiscard]] std::int16_t timer_ticks() const { return transaction_.timer().ticks(); }
     [[nodiscard]] bool timed_out() const { return transaction_.timer().timedOut(); }
     /// Waits on the same timer: until `timed_out` is set, which can be at once.
@@ -157,6 +159,7 @@ class frmComm final : public Form {
     Transaction transaction_;
     UploadLog* log_ = nullptr;
     std::int32_t retriesSoFar_ = 0;
+    std::int32_t failuresSoFar_ = 0;
 };
 
 }  // namespace qrv

@@ -137,6 +137,7 @@ void frmUpload::begin() {
     }
     progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();
+    failuresBefore_ = comm_.failuresSoFar();
     comm_.showBytesReceived = [this] { noteProgress(); };
 }
 
@@ -173,6 +174,7 @@ void frmUpload::revert() {
 }
 
 void frmUpload::end() {
+    outcome_.failedReads = comm_.failuresSoFar() - failuresBefore_;
     outcome_.complete = bench_.xfer_ok && !bench_.xfer_abort;
     outcome_.reason = bench_.xfer_abort ? bench_.xfer_abort_reason : "";
     window_.refreshAll();

@@ -22,6 +22,9 @@ struct Workbench;
 /// How an upload ended.
 struct UploadOutcome {
     bool complete = false;
+    /// Reads that came to nothing. A complete upload may have some: nobody asks how a read of constants went, and what
+    /// stands in the place of its values is wrong.
+    std::int32_t failedReads = 0;
     std::string reason;  ///< which place raised `xfer_abort`; "" where none did
 };
 
@@ -89,6 +92,7 @@ class frmUpload final : public Form {
     UploadOutcome outcome_;
     TransferProgress progress_;
     std::int32_t retriesBefore_ = 0;
+    std::int32_t failuresBefore_ = 0;
 };
 
 /// One row of an upload's order.

@@ -76,15 +76,14 @@ class Holding {
         return printable(difference.inA) != printable(difference.inB);
     }
 
-    [[nodiscard]] bool holdsNothing(const RowDifference&, std::size_t) { return false; }
-
  private:
     db1& catalogue_;
     std::map<std::int32_t, std::int32_t> inFile_;
     std::map<std::int32_t, std::int32_t> inFound_;
 };
 
-/// A table that a section brings back, as a whole or in part.
+/// A table that a section brings back, as a whole or in part. Boards aren't among them: their texts follow from the
+/// functions of their blocks.
 struct HeldTable {
     std::string_view section;
     std::string_view table;
@@ -95,8 +94,6 @@ constexpr std::array kHeldTables{
     HeldTable{.section = "blocks", .table = "Block List", .holds = &Holding::holdsBlockField},
     HeldTable{.section = "blocks", .table = "Constants", .holds = &Holding::holdsConstant},
     HeldTable{.section = "blocks", .table = "ParmString", .holds = &Holding::holdsString},
-    // The boards' texts follow from the functions of their blocks.
-    HeldTable{.section = "blocks", .table = "Slots", .holds = &Holding::holdsNothing},
 };
 
 /// Null for a table of none of the sections.

@@ -43,6 +43,9 @@ class LiveController {
         const std::uint64_t one = 1;
         static_cast<void>(::write(stop_, &one, sizeof one));
         thread_.join();
+        // So that it can be started again.
+        std::uint64_t count = 0;
+        static_cast<void>(::read(stop_, &count, sizeof count));
     }
 
  private:

@@ -1,0 +1,194 @@
+// A controller's configuration into a file from the command line: a whole file or none.
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "programs/TransferRun.h"
+#include "programs/UserTerminal.h"
+
+namespace qrv {
+namespace {
+
+constexpr const char* kQuestion =
+    "WARNING  This Action Will Overwrite The Selected Configuration\n"
+    "                       Do You Wish To Continue?\n";
+constexpr const char* kReverted =
+    "The transfer was not completed successfully.  The open config file will be reverted to its last saved state.\n";
+
+/// The plant is in the controller.
+struct UploadRun : TransferRun {
+    UploadRun() {
+        live.start();
+        EXPECT_EQ(onLine("download plant.qrv --yes").exitCode, 0);
+    }
+    /// From here on the controller plays this.
+    void play(const SimFaultPlan& plan) {
+        live.stop();
+        live.controller.play(plan);
+        live.start();
+    }
+    [[nodiscard]] std::uint64_t frames() {
+        live.stop();
+        const std::uint64_t count = live.controller.counters().frames;
+        live.start();
+        return count;
+    }
+};
+
+TEST(qrvUpload, MakesAFileOfWhatTheControllerHolds) {
+    UploadRun upload;
+    const ProgramRun run = upload.onLine("upload found.qrv");
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    EXPECT_TRUE(std::regex_search(
+        run.err,
+        std::regex(R"(\nfound\.qrv made with what the controller holds: \d+ bytes in \d+\.\d s, 0 retries\.\n$)")))
+        << run.err;
+    EXPECT_EQ(run.err.find("WARNING"), std::string::npos) << run.err;
+    const ProgramRun held = upload.run("compare --held plant.qrv found.qrv");
+    EXPECT_EQ(held.exitCode, 0) << held.out;
+    // Comments never leave the tool, nor do hidden constants.
+    const ProgramRun all = upload.run("compare plant.qrv found.qrv");
+    EXPECT_NE(all.out.find("Block List BlockNumber=10 Comment: \"Reset\" -> \"\""), std::string::npos) << all.out;
+    EXPECT_NE(all.out.find("Constants BlockNumber=20 Offset=8 ConstantValue: 17 -> 0"), std::string::npos) << all.out;
+}
+
+TEST(qrvUpload, KeepsALogOfEveryExchange) {
+    UploadRun upload;
+    EXPECT_EQ(upload.onLine("upload found.qrv").exitCode, 0);
+    EXPECT_TRUE(upload.bytesOfFile("QRVUploadLog.txt").starts_with(std::string(89, '-') + "\r\n"));
+}
+
+TEST(qrvUpload, AFileThatIsThereAsksForForce) {
+    UploadRun upload;
+    const std::string before = upload.bytesOfFile("plant.qrv");
+    const std::uint64_t frames = upload.frames();
+    const ProgramRun run = upload.onLine("upload plant.qrv --yes");
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.err, "qrv: plant.qrv exists already; --force uploads into it and keeps what isn't uploaded.\n");
+    EXPECT_EQ(upload.bytesOfFile("plant.qrv"), before);
+    EXPECT_EQ(upload.frames(), frames);
+}
+
+TEST(qrvUpload, WithForceTheRestOfTheFileStays) {
+    UploadRun upload;
+    std::string other = plantText("12", "OTHER");
+    other.replace(other.find("The plant"), 9, "Old title");
+    upload.make("other.qrv", other);
+    const ProgramRun run = upload.onLine("upload other.qrv --force --yes");
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(run.err.starts_with(kQuestion)) << run.err;
+    EXPECT_EQ(upload.run("compare --held plant.qrv other.qrv").exitCode, 0);
+    const std::string dump = upload.run("dump other.qrv").out;
+    EXPECT_NE(dump.find("Title=\"Old title\""), std::string::npos);
+    EXPECT_NE(dump.find("Comment=\"Valve\""), std::string::npos);
+}
+
+TEST(qrvUpload, WithForceAndNobodyToAskTheFileStaysAsItIs) {
+    UploadRun upload;
+    const std::string before = upload.bytesOfFile("plant.qrv");
+    const ProgramRun run = upload.onLine("upload plant.qrv --force");
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.err,
+              std::string(kQuestion) +
+                  "qrv: An upload into a file that is there asks first: give --yes where nobody can answer.\n");
+    EXPECT_EQ(upload.bytesOfFile("plant.qrv"), before);
+}
+
+TEST(qrvUpload, AUserMayRefuse) {
+    UploadRun upload;
+    const std::string before = upload.bytesOfFile("plant.qrv");
+    test::UserTerminal user("n\n");
+    const ProgramRun run = upload.onLine("upload plant.qrv --force" + user.redirections());
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(user.shown(), std::string(kQuestion) + "Continue? [y/N] qrv: Not wanted. plant.qrv is as it was.\n");
+    EXPECT_EQ(upload.bytesOfFile("plant.qrv"), before);
+}
+
+TEST(qrvUpload, AFaultInTheMiddleLeavesNoFile) {
+    UploadRun upload;
+    upload.garbleBlockTable();
+    const ProgramRun run = upload.onLine("upload found.qrv");
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_NE(run.err.find("\nError Occurred While Uploading - Please forward \n" +
+                           upload.qrv.path("QRVUploadLog.txt") + "\nto Tessaly Instruments\n" + kReverted),
+              std::string::npos)
+        << run.err;
+    EXPECT_NE(run.err.find("garbled: check baud rate and parity, and the cable for noise. No file was made. "),
+              std::string::npos)
+        << run.err;
+    EXPECT_FALSE(upload.isThere("found.qrv"));
+}
+
+TEST(qrvUpload, AFaultInTheMiddleLeavesTheFileAsItWasByteForByte) {
+    UploadRun upload;
+    const std::string before = upload.bytesOfFile("plant.qrv");
+    upload.garbleBlockTable();
+    const ProgramRun run = upload.onLine("upload plant.qrv --force --yes");
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_NE(run.err.find("plant.qrv is as it was. "), std::string::npos) << run.err;
+    EXPECT_EQ(upload.bytesOfFile("plant.qrv"), before);
+}
+
+TEST(qrvUpload, CtrlCLeavesNoFile) {
+    UploadRun upload;
+    // Falls silent in the midst of the table, and stays so for longer than it takes to press Ctrl+C.
+    upload.play(SimFaultPlan::from("silence", 30));
+    const ProgramRun run = upload.interrupted("upload found.qrv", 30);
+    EXPECT_EQ(run.exitCode, 6) << run.err;
+    EXPECT_NE(run.err.find("\nCancelled; the section is read to its end.\n"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find(kReverted), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.ends_with("qrv: Cancelled. No file was made.\n")) << run.err;
+    EXPECT_FALSE(upload.isThere("found.qrv"));
+}
+
+TEST(qrvUpload, AReadOnlyFileIsToldBeforeTheLineIsTouched) {
+    UploadRun upload;
+    const std::uint64_t frames = upload.frames();
+    std::filesystem::permissions(upload.qrv.path("plant.qrv"), std::filesystem::perms::owner_read);
+    const ProgramRun run = upload.onLine("upload plant.qrv --force --yes");
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.err, "qrv: plant.qrv is read-only.\n");
+    EXPECT_EQ(upload.frames(), frames);
+}
+
+TEST(qrvUpload, AFileThatCantBeWrittenLosesNoWork) {
+    UploadRun upload;
+    const ProgramRun run = upload.onLine("upload missing/found.qrv");
+    EXPECT_EQ(run.exitCode, 3);
+    std::smatch kept;
+    ASSERT_TRUE(std::regex_search(
+        run.err, kept,
+        std::regex(R"(qrv: missing/found\.qrv could not be written: .*\. The work is kept as (.*)\.\n$)")))
+        << run.err;
+    const ProgramRun held = upload.run("compare --held plant.qrv '" + kept[1].str() + "'");
+    EXPECT_EQ(held.exitCode, 0) << held.err << held.out;
+}
+
+TEST(qrvUpload, JsonLinesAreWellFormed) {
+    UploadRun upload;
+    const ProgramRun run = upload.onLine("upload plant.qrv --force --yes --json");
+    const auto lines = jsonLines(run.err);
+    ASSERT_GT(lines.size(), 30U);
+    EXPECT_EQ(lines.front()["event"], "message");
+    EXPECT_EQ(lines.back()["event"], "progress");
+    EXPECT_EQ(lines.back()["section"], "Blocks");
+    EXPECT_EQ(lines.back()["percent"], 100);
+    const auto result = nlohmann::json::parse(run.out);
+    EXPECT_EQ(result["command"], "upload");
+    EXPECT_EQ(result["exitCode"], 0);
+    EXPECT_EQ(result["failedReads"], 0);
+    EXPECT_EQ(result["log"], upload.qrv.path("QRVUploadLog.txt"));
+}
+
+TEST(qrvUpload, HelpNamesItsOptions) {
+    const QrvProgram qrv;
+    const ProgramRun help = qrv.run("upload --help");
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* word : {"FILE", "--port", "--trace", "--sections", "--yes", "--force", "--json"}) {
+        EXPECT_NE(help.out.find(word), std::string::npos) << word;
+    }
+}
+
+}  // namespace
+}  // namespace qrv
