@@ -70,6 +70,32 @@ TEST(qrvWatch, EmptyBlockHasNothingToShow) {
     EXPECT_EQ(shown.out, "");
 }
 
+TEST(qrvWatch, AReadingWithoutAnswerIsAnEmptyFieldAndIsTold) {
+    WatchRun watch;
+    SimFaultPlan plan = SimFaultPlan::from("silence", 2);  // all ten sends of the first reading
+    plan.last = 11;
+    watch.live.controller.play(plan);
+    watch.live.start();
+    const ProgramRun shown = watch.run("watch plant.qrv 1 --interval 1 --count 2" + watch.onLine());
+    EXPECT_EQ(shown.exitCode, 0);
+    EXPECT_TRUE(
+        std::regex_match(shown.out, std::regex("time,block 1 FULL analog\n[0-9T:.-]+Z,\n[0-9T:.-]+Z,-0\\.05\n")))
+        << shown.out;
+    EXPECT_EQ(shown.err, "Block 1: no answer.\n");
+}
+
+TEST(qrvWatch, AnAdapterThatGoesAwayEndsItWithTheRowsSoFar) {
+    WatchRun watch;
+    watch.live.controller.play(SimFaultPlan::from("hang-up", 3));
+    watch.live.start();
+    const ProgramRun shown = watch.run("watch plant.qrv 1 --interval 1" + watch.onLine());
+    EXPECT_EQ(shown.exitCode, 4);
+    EXPECT_TRUE(std::regex_match(shown.out, std::regex("time,block 1 FULL analog\n[0-9T:.-]+Z,-0\\.05\n")))
+        << shown.out;
+    EXPECT_EQ(shown.err,
+              "qrv: " + watch.live.path() + " went away while it was open: plug it in again and repeat the action.\n");
+}
+
 TEST(qrvWatch, FileThatIsNotThereIsTold) {
     WatchRun watch;
     EXPECT_EQ(watch.run("watch other.qrv 1" + watch.onLine()).exitCode, 3);
