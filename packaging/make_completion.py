@@ -34,7 +34,8 @@ _qrv() {{
     mapfile -t COMPREPLY < <(compgen -W "$(_qrv_words "$command")" -- "$word")
   elif [ "$command" = function ]; then
     values=$("$program" function 2>/dev/null | cut -d ' ' -f 2)
-    mapfile -t COMPREPLY < <(compgen -W "$values" -- "${{word^^}}")
+    # The catalogue's letters, whatever the user's language makes of a small i.
+    mapfile -t COMPREPLY < <(LC_ALL=C; compgen -W "$values" -- "${{word^^}}")
   else
     compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen -f -- "$word")

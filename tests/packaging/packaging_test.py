@@ -136,13 +136,15 @@ class Installation(Place):
             again = folder / "again.qrv"
             self.qrv("load", text, again)
             info = self.qrv("info", again).replace(locale, "")
-            told[locale] = (text.read_text(), info, self.qrv("function", "limit"), self.qrv("function"))
+            told[locale] = (text.read_text(), info, self.qrv("function", "limit"), self.qrv("function"),
+                            self.completed("function", "li"))
         # The German locale is in force: the shell's own numbers follow it.
         number = done("bash", "-c", "printf %.1f 0,5", env={**self.environment, "LC_ALL": "de_DE.UTF-8"}).stdout
         self.assertEqual(number, "0,5")
         self.assertEqual(told["de_DE.UTF-8"], told["C.UTF-8"])
         self.assertEqual(told["tr_TR.UTF-8"], told["C.UTF-8"])
         self.assertGreater(len(told["C.UTF-8"][0]), 100000)
+        self.assertIn("LIMIT", told["C.UTF-8"][-1])
 
     def locales(self):
         """A folder with the two locales, made once; C.UTF-8 is the library's own."""
