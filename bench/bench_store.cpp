@@ -10,6 +10,7 @@
 #include <map>
 #include <utility>
 
+#include "LargeFile.h"
 #include "Measure.h"
 #include "platform/Clock.h"
 #include "platform/EventPump.h"
@@ -60,51 +61,7 @@ struct Rig {
     std::string large = folder.file("large.qrv");
 };
 
-constexpr int kConstants = 5632;
-constexpr int kSlotsOfBlock = 8;
-
-/// A full configuration: all constants, strings, alarms, block units, every screen item and comment in use.
-void fill(db1& db) {
-    for (int n = 0; n < kConstants; ++n) {
-        db.ConstantAddNew();
-        db.ConstantBlockNumber(n / kSlotsOfBlock);
-        db.ConstantOffset(n % kSlotsOfBlock);
-        db.ConstantValue(n * 37 - 90000);
-        db.ConstantUpdate();
-    }
-    for (int n = 0; n < 500; ++n) {
-        db.AlarmAddNew();
-        db.AlarmBlockNumber(n);
-        db.AlarmDescription("HIGH TEMPERATURE " + std::to_string(n));
-        db.AlarmEvent0("NORMAL");
-        db.AlarmEvent1("ALARM");
-        db.AlarmIsAlarm(n % 2 == 0);
-        db.AlarmUpdate();
-        db.BEGUAdd();
-        db.BEGUBlock(n);
-        db.BEGUParam(1);
-        db.BEGUGEGU(0);
-        db.BEGUZero(0);
-        db.BEGUSpan(10000);
-        db.BEGUDecimal(2);
-        db.BEGUUnits("DEG F");
-        db.BEGUUpdate();
-    }
-    for (db.BlockMoveFirst(); !db.BlockEOF(); db.BlockMoveNext()) {
-        db.BlockEdit();
-        db.BlockComment("Holds the supply water at the set point of the schedule");
-        db.BlockUpdate();
-    }
-    for (db.ScreenItemMoveFirst(); !db.ScreenItemEOF(); db.ScreenItemMoveNext()) {
-        db.ScreenItemEdit();
-        db.ScreenItemX(5);
-        db.ScreenItemY(7);
-        db.ScreenItemType(1);
-        db.ScreenItemBlock(12);
-        db.ScreenItemText0("SUPPLY TEMPERATURE");
-        db.ScreenItemUpdate();
-    }
-}
+constexpr std::int16_t kAnyFunction = 10;  // the store knows no functions
 
 std::string newFileSql() {
     std::string sql = "PRAGMA application_id = 1; BEGIN;\n";
@@ -222,8 +179,8 @@ void seeks(Rig& rig) {
         plain[{db.ConstantBlockNumber(), db.ConstantOffset()}] = db.ConstantValue();
     }
     const auto keyOf = [](int n) {
-        const int slot = static_cast<int>(static_cast<unsigned>(n) * 2654435761U % kConstants);
-        return std::pair<std::int16_t, std::int16_t>(slot / kSlotsOfBlock, slot % kSlotsOfBlock);
+        const int slot = static_cast<int>(static_cast<unsigned>(n) * 2654435761U % kLargeConstants);
+        return std::pair<std::int16_t, std::int16_t>(slot / kSlotsOfLargeBlock, slot % kSlotsOfLargeBlock);
     };
     volatile long long sum = 0;
     const auto ours = [&] {
@@ -298,8 +255,8 @@ void rewrite(Rig& rig) {
         "5,632 constants rewritten",
         [&] {
             ++round;
-            for (int n = 0; n < kConstants; ++n) {
-                db.ConstantSeek(n / kSlotsOfBlock, n % kSlotsOfBlock);
+            for (int n = 0; n < kLargeConstants; ++n) {
+                db.ConstantSeek(n / kSlotsOfLargeBlock, n % kSlotsOfLargeBlock);
                 db.ConstantEdit();
                 db.ConstantValue(n + round);
                 db.ConstantUpdate();
@@ -311,10 +268,10 @@ void rewrite(Rig& rig) {
             Statement change =
                 file.prepare("UPDATE Constants SET ConstantValue = ? WHERE BlockNumber = ? AND Offset = ?");
             Transaction transaction(file);
-            for (int n = 0; n < kConstants; ++n) {
+            for (int n = 0; n < kLargeConstants; ++n) {
                 change.bind(1, n + round);
-                change.bind(2, n / kSlotsOfBlock);
-                change.bind(3, n % kSlotsOfBlock);
+                change.bind(2, n / kSlotsOfLargeBlock);
+                change.bind(3, n % kSlotsOfLargeBlock);
                 change.run();
             }
             transaction.commit();
@@ -327,7 +284,7 @@ void run() {
     newFile(rig);
     rig.bench.db.create_new_database(rig.large);
     rig.bench.db.open_existing_database(rig.large);
-    fill(rig.bench.db);
+    fillLarge(rig.bench.db, kAnyFunction);
     rig.bench.db.close_work_dbs();
     openLarge(rig);
     saveLarge(rig);
