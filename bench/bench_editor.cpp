@@ -51,8 +51,6 @@ void startUp(ViewRig& rig) {
     rig.host.load(rig.program.splash);
     rig.program.splash.Timer1_Timer();
     if (!QTest::qWaitFor([&rig] { return rig.host.isVisible(rig.program.mainWindow); })) std::abort();
-    // The screen of an offscreen display is smaller than the window.
-    rig.mainView().resize(kWindow);
     rig.mainView().repaint();
     QApplication::processEvents();
 }
@@ -241,8 +239,22 @@ std::string largeFile(const TemporaryFolder& folder) {
 }  // namespace
 }  // namespace qrv
 
+namespace {
+
+/// An offscreen display with room for the window, for this program and those that it starts.
+void provideScreen(const qrv::TemporaryFolder& folder) {
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) return;
+    const std::string path = folder.file("screen.json");
+    std::ofstream(path) << R"({"screens": [{"name": "bench", "x": 0, "y": 0, "width": 1920, "height": 1080,
+                              "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+    qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString("offscreen:configfile=" + path));
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const qrv::TemporaryFolder folder;
+    provideScreen(folder);
     testing::InitGoogleTest(&argc, argv);
     const qrv::Application application(argc, argv);
     const std::string word = argc > 1 ? argv[1] : "";
@@ -253,7 +265,6 @@ int main(int argc, char** argv) {
         std::puts("usage: bench_editor [FILE]");
         return 2;
     }
-    const qrv::TemporaryFolder folder;
     const std::string file = word.empty() ? qrv::largeFile(folder) : word;
     qrv::measureStart(QString::fromStdString(file));
     qrv::measureAgainstBrowser(QString::fromStdString(file));

@@ -15,7 +15,6 @@ namespace {
 
 constexpr int kTextMargin = 4;      // pixels
 constexpr int kHeadingMargin = 2;   // pixels
-constexpr int kLeastStretch = 62;   // per cent
 constexpr double kWrapsFrom = 1.7;  // row height in lines from which a text is wrapped
 
 QColor colourOf(Colour colour) { return QColor::fromRgb(static_cast<QRgb>(colour.rgb)); }
@@ -26,23 +25,42 @@ QColor readableOn(const QColor& back, const QColor& usual) {
     return light < 0.56 ? QColor(Qt::white) : usual;
 }
 
-/// A text that is too long for its cell is set narrower, down to five eighths, before any of it is lost.
-void fitFont(QPainter* painter, QFont font, const QString& text, int room) {
-    painter->setFont(font);
-    const int needed = painter->fontMetrics().horizontalAdvance(text);
-    if (needed <= room) return;
-    font.setStretch(std::max(kLeastStretch, 100 * room / needed));
-    painter->setFont(font);
-}
-
 QString paintedText(const std::string& text) { return text == " " || text.empty() ? QString{} : shownText(text); }
 
 }  // namespace
 
 bool isTicked(const std::string& text) { return !text.empty() && text != "0" && text != " " && text != "False"; }
 
+CellFonts::CellFonts(const QFont& font) {
+    fonts_.fill(font);
+    for (std::size_t i = 0; i < fonts_.size(); ++i) fonts_.at(i).setStretch(kStretches.at(i));
+}
+
+void CellFonts::draw(QPainter* painter, const QString& text, const QRect& room, Qt::Alignment across) const {
+    painter->setFont(usual());
+    int width = painter->fontMetrics().horizontalAdvance(text);
+    if (width > room.width()) {
+        std::size_t chosen = 1;
+        while (chosen + 1 < fonts_.size() && kStretches.at(chosen) * width > 100 * room.width()) ++chosen;
+        painter->setFont(fonts_.at(chosen));
+        width = painter->fontMetrics().horizontalAdvance(text);
+    }
+    const QFontMetrics metrics = painter->fontMetrics();
+    const int left = across == Qt::AlignHCenter ? std::max((room.width() - width) / 2, 0) : 0;
+    const QPoint start(room.left() + left, room.top() + (room.height() - metrics.height()) / 2 + metrics.ascent());
+    const bool isCut = width > room.width();
+    if (isCut) painter->save();
+    if (isCut) painter->setClipRect(room, Qt::IntersectClip);
+    painter->drawText(start, text);
+    if (isCut) painter->restore();
+}
+
 GridPainter::GridPainter(const Grid& grid, const GridModel& model, QObject* parent)
-    : QAbstractItemDelegate(parent), grid_(grid), model_(model) {}
+    : QAbstractItemDelegate(parent),
+      grid_(grid),
+      model_(model),
+      regular_(theme::gridFont()),
+      bold_(theme::headingFont()) {}
 
 void GridPainter::paintCheckBox(QPainter* painter, const QStyleOptionViewItem& option, const GridCell& cell) const {
     QStyleOptionButton box;
@@ -90,16 +108,15 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     const QString text = paintedText(cell.text);
     if (text.isEmpty()) return;
     const QColor usual = text == QLatin1String(".") ? theme::faintText() : option.palette.color(QPalette::Text);
-    QFont font = option.font;
-    if (cell.bold) font.setBold(true);
+    const CellFonts& fonts = cell.bold ? bold_ : regular_;
     const bool wraps = option.rect.height() >= kWrapsFrom * option.fontMetrics.height();
-    if (wraps) {
-        painter->setFont(font);
-    } else {
-        fitFont(painter, font, text, room.width());
-    }
     painter->setPen(cell.fore ? colourOf(*cell.fore) : readableOn(back, usual));
-    painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft | (wraps ? Qt::TextWordWrap : Qt::TextSingleLine), text);
+    if (!wraps) {
+        fonts.draw(painter, text, room, Qt::AlignLeft);
+        return;
+    }
+    painter->setFont(fonts.usual());
+    painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextWordWrap, text);
 }
 
 QSize GridPainter::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -107,7 +124,8 @@ QSize GridPainter::sizeHint(const QStyleOptionViewItem& option, const QModelInde
     return {option.fontMetrics.horizontalAdvance(text) + 2 * kTextMargin, option.fontMetrics.height() + 2};
 }
 
-GridHeading::GridHeading(Qt::Orientation orientation, QWidget* parent) : QHeaderView(orientation, parent) {
+GridHeading::GridHeading(Qt::Orientation orientation, QWidget* parent)
+    : QHeaderView(orientation, parent), regular_(theme::gridFont()), bold_(theme::headingFont()) {
     setSectionResizeMode(QHeaderView::Fixed);
     setSectionsClickable(false);
     setHighlightSections(false);
@@ -127,13 +145,10 @@ void GridHeading::paintSection(QPainter* painter, const QRect& rect, int section
     painter->setPen(theme::line());
     painter->drawLine(rect.bottomLeft(), rect.bottomRight());
     painter->drawLine(rect.topRight(), rect.bottomRight());
-    QFont headingFont = font();
-    headingFont.setBold(marked || orientation() == Qt::Horizontal);
+    const CellFonts& fonts = marked || orientation() == Qt::Horizontal ? bold_ : regular_;
     painter->setPen(palette().color(QPalette::WindowText));
     const QString text = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
-    fitFont(painter, headingFont, text, rect.width() - 2 * kHeadingMargin);
-    painter->drawText(rect.adjusted(kHeadingMargin, 0, -kHeadingMargin, 0),
-                      Qt::AlignVCenter | Qt::AlignHCenter | Qt::TextSingleLine, text);
+    fonts.draw(painter, text, rect.adjusted(kHeadingMargin, 0, -kHeadingMargin, 0), Qt::AlignHCenter);
 }
 
 }  // namespace qrv

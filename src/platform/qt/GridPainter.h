@@ -2,13 +2,30 @@
 #pragma once
 
 #include <QAbstractItemDelegate>
+#include <QFont>
 #include <QHeaderView>
+#include <array>
 
 #include "platform/Grid.h"
 
 namespace qrv {
 
 class GridModel;
+
+/// A font and its narrower sisters, each made once: the toolkit looks a font up anew for each copy that is changed.
+class CellFonts {
+ public:
+    explicit CellFonts(const QFont& font);
+    [[nodiscard]] const QFont& usual() const { return fonts_.front(); }
+    /// Draws one line in the middle of `room`'s height. A text that is too long is set narrower, down to five eighths,
+    /// before any of it is lost.
+    void draw(QPainter* painter, const QString& text, const QRect& room, Qt::Alignment across) const;
+
+ private:
+    static constexpr std::array kStretches{100, 87, 75, 62};  // per cent
+
+    std::array<QFont, kStretches.size()> fonts_;
+};
 
 class GridPainter final : public QAbstractItemDelegate {
  public:
@@ -25,6 +42,8 @@ class GridPainter final : public QAbstractItemDelegate {
 
     const Grid& grid_;
     const GridModel& model_;
+    const CellFonts regular_;
+    const CellFonts bold_;
     bool isMuted_ = false;
 };
 
@@ -41,6 +60,8 @@ class GridHeading final : public QHeaderView {
     void paintSection(QPainter* painter, const QRect& rect, int section) const override;
 
  private:
+    const CellFonts regular_;
+    const CellFonts bold_;
     int marked_ = -1;
 };
 

@@ -93,7 +93,8 @@ QSize sizeOfText(int columns, int lines) {
 }
 
 int pixelsOf(int units) {
-    const double scale = std::max(1.0, QFontMetrics(gridFont()).height() / kLineOfUnits);
+    // Grids ask for each of their rows, and the font stays.
+    static const double scale = std::max(1.0, QFontMetrics(gridFont()).height() / kLineOfUnits);
     return static_cast<int>(std::lround(units / kUnitsPerPixel * scale));
 }
 
