@@ -110,7 +110,7 @@ TEST_P(EveryWindow, ReachesItsInputsByTab) {
     ASSERT_NE(view, nullptr);
     for (const QWidget* widget : view->findChildren<QWidget*>()) {
         const bool isInput = qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget) ||
-                             qobject_cast<const QAbstractItemView*>(widget) ||
+                             qobject_cast<const QAbstractItemView*>(widget) || qobject_cast<const QComboBox*>(widget) ||
                              qobject_cast<const QAbstractButton*>(widget);
         const bool isPart = widget->objectName().isEmpty() || widget->objectName().startsWith(QLatin1String("qt_"));
         if (isInput && !isPart) {

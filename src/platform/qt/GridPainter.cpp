@@ -47,7 +47,7 @@ void CellFonts::draw(QPainter* painter, const QString& text, const QRect& room, 
     }
     const QFontMetrics metrics = painter->fontMetrics();
     const int left = across == Qt::AlignHCenter ? std::max((room.width() - width) / 2, 0) : 0;
-    const QPoint start(room.left() + left, room.top() + (room.height() - metrics.height()) / 2 + metrics.ascent());
+    const QPoint start(room.left() + left, room.top() + (room.height() - metrics.height() + 1) / 2 + metrics.ascent());
     const bool isCut = width > room.width();
     if (isCut) painter->save();
     if (isCut) painter->setClipRect(room, Qt::IntersectClip);
