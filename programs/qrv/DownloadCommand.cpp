@@ -127,11 +127,9 @@ class DownloadRun {
         };
         form_.Download_Click();
         requireCommitted();
-        const TransferProgress& progress = form_.progress();
+        const auto taken = bench.platform.clock.now() - start;
         return {.code = ExitCode::Done,
-                .sentence = options_.file + " is in the controller: " + std::to_string(progress.bytes()) +
-                            " bytes in " + secondsText(start, bench.platform.clock.now()) + ", " +
-                            std::to_string(progress.retries()) + (progress.retries() == 1 ? " retry." : " retries."),
+                .sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken),
                 .addFacts = [this](Json& json) {
                     addFacts(json);
                     json["committed"] = true;

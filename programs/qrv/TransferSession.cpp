@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "link/TransferProgress.h"
 #include "platform/EventPump.h"
 #include "platform/Numerals.h"
 
@@ -42,9 +43,11 @@ std::vector<std::string> sectionsNamed(const std::string& option, const std::vec
     return named;
 }
 
-std::string secondsText(Clock::TimePoint from, Clock::TimePoint to) {
-    const auto tenths = std::chrono::round<std::chrono::duration<std::int32_t, std::deci>>(to - from).count();
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " s";
+std::string countsText(const TransferProgress& progress, std::chrono::nanoseconds taken) {
+    const auto tenths = std::chrono::round<std::chrono::duration<std::int32_t, std::deci>>(taken).count();
+    const int retries = progress.retries();
+    return joined(progress.bytes()) + " bytes in " + joined(tenths / 10) + "." + joined(tenths % 10) + " s, " +
+           joined(retries) + (retries == 1 ? " retry." : " retries.");
 }
 
 TransferSession::TransferSession(Terminal& terminal, const LineOptions& options, TransferReport& report)

@@ -51,8 +51,8 @@ template <typename Sections>
     return words;
 }
 
-/// "12.3 s"
-[[nodiscard]] std::string secondsText(Clock::TimePoint from, Clock::TimePoint to);
+/// "36240 bytes in 10.8 s, 1 retry."
+[[nodiscard]] std::string countsText(const TransferProgress& progress, std::chrono::nanoseconds taken);
 
 class TransferSession {
  public:

@@ -49,9 +49,7 @@ TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options
     const TransferProgress& progress = run.progress();
     const int failed = run.failedReads();
     std::string sentence = options.file + (wasThere ? " has" : " made with") +
-                           " what the controller holds: " + std::to_string(progress.bytes()) + " bytes in " +
-                           secondsText(start, clock.now()) + ", " + std::to_string(progress.retries()) +
-                           (progress.retries() == 1 ? " retry." : " retries.");
+                           " what the controller holds: " + countsText(progress, clock.now() - start);
     if (failed > 0) sentence += " " + run.failedReadsText();
     return {.code = failed > 0 ? ExitCode::Findings : ExitCode::Done,
             .sentence = sentence,
