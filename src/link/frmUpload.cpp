@@ -126,6 +126,7 @@ void frmUpload::begin() {
     BytesReceived.caption = "0";
     bench_.in_upload = true;
     bench_.bytes_received = 0;
+    everySectionCame_ = true;
     window_.enableCommand1(false);
     LoadFnOfBlock(bench_);
     bench_.bytes_total = 0;
@@ -162,7 +163,10 @@ void frmUpload::runSection(const UploadSection& section) {
     Section.caption = section.shown;
     progress_.beginSection(std::string(section.shown));
     noteProgress();
+    const std::int32_t before = bench_.bytes_received;
     section.routine(bench_, comm_);
+    // A section whose port doesn't open ends without a failure, and without a byte.
+    everySectionCame_ = everySectionCame_ && bench_.bytes_received > before;
     window_.refreshSlots();
 }
 
@@ -175,7 +179,7 @@ void frmUpload::revert() {
 
 void frmUpload::end() {
     outcome_.failedReads = comm_.failuresSoFar() - failuresBefore_;
-    outcome_.complete = bench_.xfer_ok && !bench_.xfer_abort;
+    outcome_.complete = bench_.xfer_ok && !bench_.xfer_abort && everySectionCame_;
     outcome_.reason = bench_.xfer_abort ? bench_.xfer_abort_reason : "";
     window_.refreshAll();
     bench_.in_upload = false;

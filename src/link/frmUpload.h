@@ -21,7 +21,7 @@ struct Workbench;
 
 /// How an upload ended.
 struct UploadOutcome {
-    bool complete = false;
+    bool complete = false;  ///< every section came, and whole
     /// Reads that came to nothing. A complete upload may have some: nobody asks how a read of constants went, and what
     /// stands in the place of its values is wrong.
     std::int32_t failedReads = 0;
@@ -93,6 +93,7 @@ class frmUpload final : public Form {
     TransferProgress progress_;
     std::int32_t retriesBefore_ = 0;
     std::int32_t failuresBefore_ = 0;
+    bool everySectionCame_ = true;
 };
 
 /// One row of an upload's order.

@@ -50,12 +50,7 @@ class BlockUpload {
     void run() {
         heading(uploadlog::kBlocks);
         comm_.Open_Comm_Port();
-        if (!comm_.port_is_open) {
-            // The last transaction went well, but this section didn't.
-            bench_.xfer_ok = false;
-            return;
-        }
-        if (!poll() || !readTable()) return;
+        if (!comm_.port_is_open || !poll() || !readTable()) return;
         countConstants();
         heading(uploadlog::kConstants);
         readConstants();

@@ -162,6 +162,14 @@ TEST_F(DownloadBlocksTest, OneStringIsPaddedToAHundredRecords) {
     EXPECT_EQ(stringFrame(100), sealed({2, 3, 2, 0x5F, 0xD0, 0xFF, 0xFF}));  // 22528 + 100 x 20
 }
 
+TEST_F(DownloadBlocksTest, TheHundredAndFirstStringIsLeftOut) {
+    for (std::int16_t block = 4; block < 4 + 101; ++block) rig.place(block, "SCHEDULE");
+    send();
+    ASSERT_EQ(rig.record.sends.size(), 141U + 176U + 101U);
+    EXPECT_EQ(bytesAt(stringFrame(99), 0, 8), (Bytes{2, 3, 20, 0x5F, 0xBC, 0, 103, 1}));  // 22528 + 99 x 20
+    EXPECT_EQ(stringFrame(100), sealed({2, 3, 2, 0x5F, 0xD0, 0xFF, 0xFF}));
+}
+
 TEST_F(DownloadBlocksTest, AStaleStringEndsTheRecordsAndNotTheDownload) {
     db1& db = rig.bench.db;
     db.ParmstrAddNew();

@@ -185,6 +185,46 @@ INSTANTIATE_TEST_SUITE_P(Edges, frmDownloadTriacGate,
                                          Gate{"above", "6.21", true}),
                          [](const auto& row) { return row.param.name; });
 
+// The load goes on through the other gates; the form leaves at its activation, and lets the port go.
+TEST(frmDownload, ATriacBoardOnOldFirmwareLetsTheOtherGatesSpeakAndLeaves) {
+    TransferRig rig(firmware("4.00"));
+    rig.bench.db.SlotMoveFirst();
+    rig.bench.db.SlotMoveNext();
+    rig.bench.db.SlotEdit();
+    rig.bench.db.SlotDescription("TRIAC OUTPUT      610033");
+    rig.bench.db.SlotUpdate();
+    rig.boxes.expect("TOUT Modules Require Firmware V6.20 or Higher. Download Aborted");
+    rig.boxes.expect("ROM Version 4.00 Does Not Support Modbus\nRegisters and Coils Will Not Be Downloaded");
+    rig.select.Blocks.value = true;
+    rig.select.Modbus.value = true;
+    rig.command1 = false;
+    rig.host.showModal(rig.download);
+    EXPECT_FALSE(rig.host.isLoaded(rig.download));
+    EXPECT_EQ(rig.download.outcome().reason, "Form Download Form Load TOUT firmware");
+    EXPECT_FALSE(rig.port.isOpen());
+    EXPECT_TRUE(rig.command1);
+    EXPECT_FALSE(rig.bench.xfer_abort) << "it would end the exchanges of the next that talks to a controller";
+    EXPECT_EQ(rig.record.sends.size(), 2U);
+}
+
+TEST(frmDownload, APortThatWontOpenAtTheStart) {
+    TransferRig rig;
+    rig.host.load(rig.select);
+    rig.select.Blocks.value = true;
+    rig.boxes.expect("COM1: not available. Change the setting to another port.");
+    rig.host.onModal("frmDownload", [&](Form&) {
+        rig.port.refuseToOpen();
+        rig.download.Download_Click();
+    });
+    rig.host.showModal(rig.download);
+    EXPECT_EQ(rig.record.sends.size(), 2U);
+    EXPECT_EQ(rig.download.outcome().reason, "Form Download Form Load comm open fail");
+    EXPECT_EQ(rig.download.Label7.caption, "100%");
+    EXPECT_FALSE(rig.bench.in_download);
+    EXPECT_FALSE(rig.bench.xfer_abort);
+    EXPECT_TRUE(rig.command1);
+}
+
 class frmDownloadPagerGate : public testing::TestWithParam<Gate> {};
 
 TEST_P(frmDownloadPagerGate, PagersAskForFirmware438) {
