@@ -43,12 +43,23 @@ void addConstant(db1& db, std::int16_t block, std::int32_t slot, std::int32_t va
     db.ConstantUpdate();
 }
 
-void addInputs(db1& db, std::int16_t block, Refusals refusals) {
+/// The same where the row may stand already.
+void putConstant(db1& db, std::int16_t block, std::int32_t slot, std::int32_t value) {
+    db.ConstantSeek(block, slot);
+    if (db.ConstantNoMatch()) return addConstant(db, block, slot, value);
+    db.ConstantEdit();
+    db.ConstantValue(value);
+    db.ConstantUpdate();
+}
+
+using WriteConstant = decltype(&addConstant);
+
+void addInputs(db1& db, std::int16_t block, Refusals refusals, WriteConstant write) {
     const std::int16_t inputs = db.FuncInputs();
     for (std::int32_t i = 1; i <= inputs; ++i) {
         db.InputSeek(db.FuncFN(), i);
         const std::int32_t source = db.InputType() == kAnalogInput ? kAnalogSource : kDiscreteSource;
-        under(refusals, [&] { addConstant(db, block, i - 1, source); });
+        under(refusals, [&] { write(db, block, i - 1, source); });
     }
 }
 
@@ -60,7 +71,7 @@ void addString(db1& db, std::int16_t block, std::int32_t slot) {
     db.ParmstrUpdate();
 }
 
-void addParameters(db1& db, std::int16_t block, StringRows strings, Refusals refusals) {
+void addParameters(db1& db, std::int16_t block, StringRows strings, Refusals refusals, WriteConstant write) {
     const std::int32_t count = db.FuncParams() + db.FuncHidden();
     const std::int32_t inputs = db.FuncInputs();
     for (std::int32_t p = 1; p <= count; ++p) {
@@ -69,7 +80,7 @@ void addParameters(db1& db, std::int16_t block, StringRows strings, Refusals ref
         if (strings == StringRows::Make && db.ParamType() == kStringParameter) {
             under(refusals, [&] { addString(db, block, slot); });
         }
-        under(refusals, [&] { addConstant(db, block, slot, db.ParamDefault()); });
+        under(refusals, [&] { write(db, block, slot, db.ParamDefault()); });
     }
 }
 
@@ -107,6 +118,28 @@ void deleteLeadingStrings(db1& db, std::int16_t block, Refusals refusals) {
     }
 }
 
+/// The catalogue's current function becomes the block's.
+void takeFunction(Workbench& bench, std::int16_t block, Refusals refusals) {
+    db1& db = bench.db;
+    functionOf(bench, block) = db.FuncFN();
+    db.BlockSeek(block);
+    under(refusals, [&] {
+        db.BlockEdit();
+        db.BlockFn(db.FuncFN());
+        db.BlockConstant(db.FuncInputs() + db.FuncParams() + db.FuncHidden());
+        db.BlockUpdate();
+    });
+}
+
+/// Deletes the block's constants from a slot on, up to the first gap. Gives the slot of the gap.
+int deleteConstantsFrom(db1& db, std::int16_t block, int slot) {
+    for (;; ++slot) {
+        db.ConstantSeek(block, slot);
+        if (db.ConstantNoMatch()) return slot;
+        db.ConstantDelete();
+    }
+}
+
 bool isReplacementWanted(Workbench& bench, const std::string& oldName, const std::string& newName) {
     const Notice question{.text = toUtf8("Replace " + trimmed(oldName) + " With " + trimmed(newName)),
                           .buttons = Buttons::YesNo};
@@ -121,27 +154,12 @@ bool BlockIsUsed(Workbench& bench, std::int16_t block) {
 }
 
 void buildBlock(Workbench& bench, std::int16_t block, StringRows strings, Refusals refusals) {
-    db1& db = bench.db;
-    addInputs(db, block, refusals);
-    addParameters(db, block, strings, refusals);
-    functionOf(bench, block) = db.FuncFN();
-    db.BlockSeek(block);
-    under(refusals, [&] {
-        db.BlockEdit();
-        db.BlockFn(db.FuncFN());
-        db.BlockConstant(db.FuncInputs() + db.FuncParams() + db.FuncHidden());
-        db.BlockUpdate();
-    });
+    addInputs(bench.db, block, refusals, addConstant);
+    addParameters(bench.db, block, strings, refusals, addConstant);
+    takeFunction(bench, block, refusals);
 }
 
-int deleteConstants(Workbench& bench, std::int16_t block) {
-    db1& db = bench.db;
-    for (int slot = 0;; ++slot) {
-        db.ConstantSeek(block, slot);
-        if (db.ConstantNoMatch()) return slot;
-        db.ConstantDelete();
-    }
-}
+int deleteConstants(Workbench& bench, std::int16_t block) { return deleteConstantsFrom(bench.db, block, 0); }
 
 void clearBlock(Workbench& bench, std::int16_t block) {
     db1& db = bench.db;
@@ -169,10 +187,15 @@ void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t fu
         bench.platform.messageBox.say(kNotFound);
         return;
     }
-    const int oldSlots = db.BlockConstant();
-    const int deleted = deleteConstants(bench, block);
-    for (int slot = 0; slot < std::max(oldSlots, deleted); ++slot) deleteStringAt(db, block, slot);
-    buildBlock(bench, block, StringRows::Leave);
+    // A program mostly comes over one like it. To take thousands of rows away and put the same ones back costs more
+    // time than the line does: a row that stands is written over.
+    const int slots = db.FuncInputs() + db.FuncParams() + db.FuncHidden();
+    const int gap = deleteConstantsFrom(db, block, slots);
+    const int oldSlots = std::max<int>(db.BlockConstant(), gap);
+    for (int slot = 0; slot < oldSlots; ++slot) deleteStringAt(db, block, slot);
+    addInputs(db, block, Refusals::Raise, putConstant);
+    addParameters(db, block, StringRows::Leave, Refusals::Raise, putConstant);
+    takeFunction(bench, block, Refusals::Raise);
 }
 
 std::optional<std::string> placeFunction(Workbench& bench, std::int16_t block, const std::string& cellText,

@@ -4,6 +4,19 @@
 
 namespace qrv {
 
+namespace {
+
+/// Painting is dearer than a frame.
+constexpr std::chrono::milliseconds kShownEach{100};
+
+}  // namespace
+
+bool TransferProgress::isToBeShown() {
+    if (now_ < shownAt_ + kShownEach) return false;
+    shownAt_ = now_;
+    return true;
+}
+
 std::int32_t TransferProgress::bytesPerSecond() const {
     const double seconds = std::chrono::duration<double>(now_ - started_).count();
     return seconds > 0 ? static_cast<std::int32_t>(bytes_ / seconds) : 0;

@@ -22,6 +22,7 @@ class TransferProgress {
     void beginSection(std::string name) {
         ++section_;
         name_ = std::move(name);
+        shownAt_ = Clock::TimePoint::min();
     }
     /// @param total  an estimate; 0 where none can be made
     void count(std::int32_t bytes, std::int32_t total, Clock::TimePoint now) {
@@ -30,6 +31,8 @@ class TransferProgress {
         now_ = now;
     }
     void setRetries(int retries) { retries_ = retries; }
+    /// Whether a window is to show all this again: at a section's beginning, then every so often.
+    [[nodiscard]] bool isToBeShown();
 
     [[nodiscard]] int section() const { return section_; }  ///< from 1
     [[nodiscard]] int sectionCount() const { return sectionCount_; }
@@ -53,6 +56,7 @@ class TransferProgress {
     std::int32_t total_ = 0;
     Clock::TimePoint started_{};
     Clock::TimePoint now_{};
+    Clock::TimePoint shownAt_ = Clock::TimePoint::min();
 };
 
 }  // namespace qrv

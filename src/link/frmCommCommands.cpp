@@ -16,6 +16,12 @@ constexpr std::int16_t kConstantsPerReply = 32;
 constexpr std::int16_t kBytesPerConstant = 4;
 constexpr std::int16_t kConstantsReply = kConstantsPerReply * kBytesPerConstant;
 
+/// An upload prints tens of thousands of them, so not by way of a number's general form.
+void appendByte(std::string& line, std::uint8_t byte) {
+    line += std::to_string(byte);
+    line += ' ';
+}
+
 }  // namespace
 
 std::uint8_t frmComm::received(int index) const {
@@ -119,7 +125,7 @@ void frmComm::printLine(std::string_view line) {
 void frmComm::PrintXmitBuffer(std::int16_t count) {
     if (log_ == nullptr) return;
     std::string line = "Sent:";
-    for (int index = 0; index < count; ++index) line += joined(transmitted(index)) + " ";
+    for (int index = 0; index < count; ++index) appendByte(line, transmitted(index));
     printLine(line);
 }
 
@@ -128,7 +134,7 @@ void frmComm::PrintRcvBuffer(std::int16_t count) {
     const auto& reply = workbench_.rcv_bfr;
     printLine("Expecting:" + printed(count) + "Bytes. Received" + printed(reply.size()));
     std::string line = "Received:";
-    for (const std::uint8_t byte : reply) line += joined(byte) + " ";
+    for (const std::uint8_t byte : reply) appendByte(line, byte);
     printLine(line);
 }
 

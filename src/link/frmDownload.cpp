@@ -14,8 +14,6 @@ namespace qrv {
 namespace {
 
 constexpr std::chrono::milliseconds kPauseBeforeSections{50};
-/// The window shows the counts no more often: painting is dearer than a frame.
-constexpr std::chrono::milliseconds kShownEach{40};
 constexpr const char* kCancelReason = "Form Download Cancel Button Click";
 
 }  // namespace
@@ -156,11 +154,7 @@ void frmDownload::showBytes() {
 void frmDownload::noteProgress() {
     progress_.count(bench_.bytes_sent, expectedBytes_, bench_.platform.clock.now());
     progress_.setRetries(comm_.retriesSoFar() - retriesBefore_);
-    const auto now = bench_.platform.clock.now();
-    if (now >= shownAt_ + kShownEach) {
-        shownAt_ = now;
-        bench_.platform.formHost.refresh(*this);
-    }
+    if (progress_.isToBeShown()) bench_.platform.formHost.refreshSoon(*this);
     onProgress();
 }
 

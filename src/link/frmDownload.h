@@ -8,7 +8,6 @@
 
 #include "link/TransferProgress.h"
 #include "link/TransferWindow.h"
-#include "platform/Clock.h"
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
 
@@ -105,7 +104,6 @@ class frmDownload final : public Form {
     TransferProgress progress_;
     std::int32_t expectedBytes_ = 0;
     std::int32_t retriesBefore_ = 0;
-    Clock::TimePoint shownAt_{};
 };
 
 }  // namespace qrv

@@ -146,7 +146,7 @@ void frmUpload::noteProgress() {
     BytesReceived.caption = joined(bench_.bytes_received);
     progress_.count(bench_.bytes_received, bench_.bytes_total, bench_.platform.clock.now());
     progress_.setRetries(comm_.retriesSoFar() - retriesBefore_);
-    bench_.platform.formHost.refresh(*this);
+    if (progress_.isToBeShown()) bench_.platform.formHost.refreshSoon(*this);
     onProgress();
 }
 

@@ -53,6 +53,9 @@ class FormHost {
     [[nodiscard]] virtual bool isVisible(const Form& form) const = 0;
     /// Shows the form's data again at once, for a form that changes during a long action.
     virtual void refresh(Form& form) = 0;
+    /// The same, painted when events are next handled: a transfer's frame goes out first, and the line is busy while
+    /// the window paints.
+    virtual void refreshSoon(Form& form) { refresh(form); }
     /// Unloads every form and ends the program with `exitCode`.
     virtual void endProgram(int exitCode) = 0;
 };

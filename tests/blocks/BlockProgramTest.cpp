@@ -205,6 +205,23 @@ TEST(UploadedFunction, ReplacesConstantsAndTakesStringsAwayWithoutNewOnes) {
     for (int slot = 0; slot < 5; ++slot) EXPECT_EQ(rig.string(20, slot), std::nullopt) << slot;
 }
 
+TEST(UploadedFunction, TheFunctionThatStandsThereComesWithItsDefaultsAgain) {
+    PlacingRig rig;
+    rig.put(20, "SUM");
+    const auto defaults = rig.constants(20);
+    ASSERT_EQ(defaults.size(), 6U);
+    db1& db = rig.bench.db;
+    for (std::int16_t slot = 0; slot < 6; ++slot) {
+        db.ConstantSeek(20, slot);
+        db.ConstantEdit();
+        db.ConstantValue(-7 - slot);
+        db.ConstantUpdate();
+    }
+    assign_block_function(rig.bench, 20, 10);
+    EXPECT_EQ(rig.constants(20), defaults);
+    EXPECT_EQ(rig.slotCountInFile(20), 6);
+}
+
 TEST(UploadedFunction, ANopTakesAllRowsAway) {
     PlacingRig rig;
     rig.put(20, "TEXTS");

@@ -100,19 +100,19 @@ class ProgramDrawer {
     [[nodiscard]] int largestWithin(int room) {
         int best = 0;
         for (const int function : all_) {
-            const int slots = slotsOf(function);
-            if (db_.FuncVolRam() == 0 && slots <= room && slots > slotsOf(best)) best = function;
+            const int size = slotsOf(function);
+            if (db_.FuncVolRam() == 0 && size <= room && size > slotsOf(best)) best = function;
         }
         return best;
     }
     void placeNext(int function) {
-        const int slots = slotsOf(function);
+        const int size = slotsOf(function);
         ASSERT_FALSE(free_.empty());
         if (db_.FuncVolRam() > retentiveLeft_) return;
         retentiveLeft_ -= db_.FuncVolRam();
         static_cast<void>(placeFunction(bench_, free_.back(), " ", db_.FuncName()));
         free_.pop_back();
-        slots_ += slots;
+        slots_ += size;
         wasPlaced_.resize(256);
         wasPlaced_[static_cast<std::size_t>(function)] = true;
     }

@@ -21,8 +21,11 @@ namespace qrv::test {
 
 struct TransferRig : LinkServices {
     /// @param box  takes the boxes in the script's place; may be null
-    explicit TransferRig(SimSetup setup = {}, MessageBox* box = nullptr)
-        : controller(std::move(setup)), shownBox(box == nullptr ? static_cast<MessageBox&>(boxes) : *box) {
+    /// @param line  stands before the controller's port; may be null
+    explicit TransferRig(SimSetup setup = {}, MessageBox* box = nullptr, SerialPort* line = nullptr)
+        : controller(std::move(setup)),
+          shownBox(box == nullptr ? static_cast<MessageBox&>(boxes) : *box),
+          usedPort(line == nullptr ? static_cast<SerialPort&>(port) : *line) {
         pump.nextArrival = [this] { return port.isOpen() ? port.nextArrival() : std::nullopt; };
         comm.observe(&record);
         select.continueWith(download);
@@ -90,8 +93,9 @@ struct TransferRig : LinkServices {
     SimulatedController controller;
     SimulatedPort port{controller, clock};
     MessageBox& shownBox;
+    SerialPort& usedPort;
     Workbench bench{
-        Platform{shownBox, dialogs, host, settings, clock, pump, port},
+        Platform{shownBox, dialogs, host, settings, clock, pump, usedPort},
         ProgramPlaces{.work = made("work"), .catalogue = QRV_CATALOGUE_FOLDER, .backups = folder.file("kept")}};
     TransferWindow window;
     frmComm comm{bench};

@@ -333,6 +333,23 @@ TEST(frmDownload, TheBarStaysInItsBox) {
     EXPECT_EQ(rig.download.Label7.caption, "99%");
 }
 
+TEST(TransferProgress, IsShownAtASectionsBeginningAndThenTenTimesASecond) {
+    TransferProgress progress;
+    const Clock::TimePoint start{};
+    const auto isShownAfter = [&](int passed) {
+        progress.count(0, 0, start + std::chrono::milliseconds(passed));
+        return progress.isToBeShown();
+    };
+    progress.start(2, start);
+    progress.beginSection("one");
+    EXPECT_TRUE(isShownAfter(0));
+    EXPECT_FALSE(isShownAfter(99));
+    EXPECT_TRUE(isShownAfter(100));
+    EXPECT_FALSE(isShownAfter(150));
+    progress.beginSection("two");
+    EXPECT_TRUE(isShownAfter(151));
+}
+
 TEST(frmDownload, CancelStopsBeforeTheCommitAndSaysNothing) {
     TransferRig rig;
     rig.download.onProgress = [&] {

@@ -133,10 +133,12 @@ bool DesktopHost::isVisible(const Form& form) const {
 }
 
 void DesktopHost::refresh(Form& form) {
-    FormView* view = viewOf(form);
-    if (!view || !isVisible(form)) return;
-    view->refresh();
-    view->repaint();
+    refreshSoon(form);
+    if (FormView* view = viewOf(form); view && isVisible(form)) view->repaint();
+}
+
+void DesktopHost::refreshSoon(Form& form) {
+    if (FormView* view = viewOf(form); view && isVisible(form)) view->refresh();
 }
 
 void DesktopHost::refreshAll() {

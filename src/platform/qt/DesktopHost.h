@@ -38,6 +38,7 @@ class DesktopHost final : public FormHost {
     void unload(Form& form) override;
     [[nodiscard]] bool isVisible(const Form& form) const override;
     void refresh(Form& form) override;
+    void refreshSoon(Form& form) override;
     void endProgram(int exitCode) override;
 
     /// Runs after each event of the user's, before the windows show their forms again.
