@@ -228,7 +228,7 @@ class Installation(Place):
 
     def test_the_shell_completes(self):
         self.assertEqual(set(self.completed("")), {*self.commands(), "--help", "--version"})
-        self.assertEqual(self.completed("ver"), ["version"])
+        self.assertEqual(self.completed("vers"), ["version"])
         self.assertEqual(self.completed("load", "--f"), ["--force"])
         self.assertEqual(self.completed("poll", "--parity", ""), ["O", "E", "N"])
         self.assertEqual(self.completed("function", "hoa"), ["HOASW"])
