@@ -185,8 +185,8 @@ class TransferBench {
     Recorder recorder_;
     QtPump pump_;
     PosixSerialPort port_{[this](std::int16_t) { return device_; }};
-    RealTime real_{clock_, pump_, port_};
-    ViewRig rig_{"", Extras::Shown, &real_};
+    LineServices line_{clock_, pump_, port_};
+    ViewRig rig_{"", Extras::Shown, &line_};
 };
 
 bool row(const std::string& what, double value, const char* unit, double atMost, const std::string& against) {
