@@ -69,7 +69,11 @@ void DesktopHost::bringUp(Window& window, bool modal) {
     window.isShown = true;
     view.refresh();
     if (isFirst && !view.isMaximized()) {
-        if (!view.testAttribute(Qt::WA_Resized)) view.adjustSize();
+        if (!view.testAttribute(Qt::WA_Resized)) {
+            view.adjustSize();
+            // The toolkit takes two thirds of the screen for enough.
+            view.resize(view.size().expandedTo(view.sizeHint()));
+        }
         FormView* over = active_ && active_ != window.form && isVisible(*active_) ? viewOf(*active_) : nullptr;
         centre(view, over);
     }
