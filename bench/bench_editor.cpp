@@ -132,7 +132,8 @@ struct Rest {
 /// Starts a program, waits until it has nothing to do any more, and ends it.
 Rest restOf(const QString& program, const QStringList& arguments) {
     using Clock = std::chrono::steady_clock;
-    constexpr auto kQuiet = std::chrono::milliseconds(400);
+    // Less than the pause after which the status bar counts its meters: the window is up and painted by then.
+    constexpr auto kQuiet = std::chrono::milliseconds(200);
     constexpr long long kTrifle = 500'000;  // nanoseconds: a blinking caret is no work
     const auto began = Clock::now();
     QProcess run;
