@@ -5,9 +5,9 @@
 #include <cstdlib>
 
 #include "platform/RunTimeError.h"
+#include "platform/RunTimeErrorNotice.h"
 #include "platform/qt/QtMessageBox.h"
 #include "platform/qt/Theme.h"
-#include "shell/RunTimeErrorNotice.h"
 
 namespace qrv {
 

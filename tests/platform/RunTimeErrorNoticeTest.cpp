@@ -1,4 +1,4 @@
-#include "shell/RunTimeErrorNotice.h"
+#include "platform/RunTimeErrorNotice.h"
 
 #include <gtest/gtest.h>
 
