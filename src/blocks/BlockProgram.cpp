@@ -89,6 +89,13 @@ void deleteStringAt(db1& db, std::int16_t block, std::int32_t slot) {
     if (!db.ParmstrNoMatch()) db.ParmstrDelete();
 }
 
+/// Left-overs of former functions among them, wherever they stand.
+void deleteStringsOf(db1& db, std::int16_t block) {
+    for (db.ParmstrMoveFirst(); !db.ParmstrEOF(); db.ParmstrMoveNext()) {
+        if (db.ParmstrBlockNumber() == block) db.ParmstrDelete();
+    }
+}
+
 /// The block's constants go, and with each parameter that was a string its text. Gives how refusals are taken from here
 /// on: once a row is gone the change goes on whatever the engine says.
 Refusals deleteOldRows(Workbench& bench, std::int16_t block, const std::string& oldName, const std::string& newName) {
@@ -189,10 +196,8 @@ void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t fu
     }
     // A program mostly comes over one like it. To take thousands of rows away and put the same ones back costs more
     // time than the line does: a row that stands is written over.
-    const int slots = db.FuncInputs() + db.FuncParams() + db.FuncHidden();
-    const int gap = deleteConstantsFrom(db, block, slots);
-    const int oldSlots = std::max<int>(db.BlockConstant(), gap);
-    for (int slot = 0; slot < oldSlots; ++slot) deleteStringAt(db, block, slot);
+    deleteConstantsFrom(db, block, db.FuncInputs() + db.FuncParams() + db.FuncHidden());
+    deleteStringsOf(db, block);
     addInputs(db, block, Refusals::Raise, putConstant);
     addParameters(db, block, StringRows::Leave, Refusals::Raise, putConstant);
     takeFunction(bench, block, Refusals::Raise);

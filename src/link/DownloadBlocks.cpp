@@ -63,9 +63,11 @@ class BlockDownload {
         bench_.xfer_abort = true;
         bench_.xfer_abort_reason = reason;
     }
-    /// Shown only for what failed by itself: after a Cancel nothing is said.
-    void sayUnlessCancelled(const std::string& text) {
-        if (!bench_.xfer_abort) bench_.platform.messageBox.say(text);
+    /// Tells what failed by itself and ends the download for it. After a Cancel nothing is said, and its reason stands.
+    void fail(const Notice& notice, const char* reason) {
+        if (bench_.xfer_abort) return;
+        bench_.platform.messageBox.ask(notice);
+        abort(reason);
     }
 
     // --- the block table ---
@@ -117,10 +119,7 @@ bool BlockDownload::knowsAllFunctions() {
     return true;
 }
 
-void BlockDownload::failTable() {
-    sayUnlessCancelled("ERROR DOWNLOADING BLOCKS");
-    abort("Form Comm Download blocks fail");
-}
+void BlockDownload::failTable() { fail({.text = "ERROR DOWNLOADING BLOCKS"}, "Form Comm Download blocks fail"); }
 
 void BlockDownload::sendTable() {
     if (!knowsAllFunctions()) return failTable();
@@ -132,6 +131,7 @@ void BlockDownload::sendTable() {
             putRecord(index, places);
             db_.BlockMoveNext();
         }
+        if (bench_.xfer_abort) return;
         comm_.sum_xmit_bfr(static_cast<std::int16_t>(index - 1));
         comm_.send_and_get(kTableFrame + kAroundData, kShortReply);
         if (!bench_.xfer_ok) return failTable();
@@ -214,10 +214,9 @@ bool BlockDownload::isInStep(std::int16_t block) {
     const bool hasRow = !db_.ConstantEOF();
     const std::string found = hasRow ? joined(db_.ConstantBlockNumber()) : std::string{};
     if (hasRow && db_.ConstantBlockNumber() == block) return true;
-    bench_.platform.messageBox.ask(
-        {.text = "Block = " + joined(block) + "\n Constant = " + found + "\nDatabase Sync Error\nDOWNLOAD ABORTED",
-         .icon = Icon::Warning});
-    abort(kSyncReason);
+    fail({.text = "Block = " + joined(block) + "\n Constant = " + found + "\nDatabase Sync Error\nDOWNLOAD ABORTED",
+          .icon = Icon::Warning},
+         kSyncReason);
     return false;
 }
 
@@ -240,7 +239,8 @@ void BlockDownload::fillUp() {
     }
 }
 
-/// Appends a slot, and sends the frame that it fills. Leaves just the value's lower 16 bits in `value`.
+/// Appends a slot, and sends the frame that it fills. Leaves just the value's lower 16 bits in `value`. A frame that a
+/// Cancel kept back counts as well sent: it has not failed.
 void BlockDownload::put_constant(std::int32_t& value, bool& ok) {
     const std::int32_t lower = value & 0xFFFF;
     int index = kDataStart + kSlotLength * slot_in_frame;
@@ -254,6 +254,8 @@ void BlockDownload::put_constant(std::int32_t& value, bool& ok) {
 
 bool BlockDownload::sendConstantsFrame() {
     slot_in_frame = 0;
+    // The block goes on to its end, but no frame leaves any more.
+    if (bench_.xfer_abort) return true;
     int index = 0;
     // Not a new frame: the slots stand in it already.
     comm_.put_byte(index, static_cast<int>(Command::Write));
@@ -266,12 +268,11 @@ bool BlockDownload::sendConstantsFrame() {
     if (!bench_.xfer_ok) {
         // Nil where the last attempt was silent: the time is up already.
         comm_.pumpUntilTimedOut(kSecondTryTick);
-        comm_.send_and_get(kConstantsFrame + kAroundData, kShortReply);
+        if (!bench_.xfer_abort) comm_.send_and_get(kConstantsFrame + kAroundData, kShortReply);
     }
-    const bool went = bench_.xfer_ok;
+    const bool went = bench_.xfer_ok || bench_.xfer_abort;
     if (!went) {
-        sayUnlessCancelled("Error Downloading Constant # " + joined(image_offset));
-        abort("Form Comm Download constant fail");
+        fail({.text = "Error Downloading Constant # " + joined(image_offset)}, "Form Comm Download constant fail");
     }
     image_offset = toInt16(image_offset + kConstantsFrame);
     return went;
@@ -317,6 +318,7 @@ bool BlockDownload::sendString(std::int16_t& offset) {
     const std::int16_t block = db_.ParmstrBlockNumber();
     const std::string text = db_.ParmstrStr();
     const auto place = placeOfString();
+    if (bench_.xfer_abort) return false;
     if (!place) {
         bench_.platform.messageBox.say("Block " + joined(block) + " has no string parameters");
         return false;

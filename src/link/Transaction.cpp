@@ -38,7 +38,15 @@ Ending Transaction::run(const Exchange& exchange) {
     if (running_) return Ending::TurnedAway;
     const RunningMark mark(*this);
     retryCount_ = 0;
-    if (lateReplyMayCome_) letTheLineFallQuiet();
+    if (lateReplyMayCome_) {
+        const bool wasAborted = exchange.aborted;
+        letTheLineFallQuiet();
+        // A Cancel that falls into this wait comes before the frame, which must not go out any more.
+        if (exchange.aborted && !wasAborted) {
+            exchange.reply.clear();
+            return Ending::Aborted;
+        }
+    }
     return attemptAll(exchange);
 }
 

@@ -106,7 +106,7 @@ void frmComm::get_no_constant(std::int16_t& value) {
 
 void frmComm::read_constants() {
     constant_index = toInt16(constant_index + 1);
-    if (constant_index != kConstantsPerReply) return;
+    if (constant_index != kConstantsPerReply || workbench_.xfer_abort) return;
     put_read(Section::Constants, kConstantsReply, constant_offset);
     printLine("C_offset: " + printed(constant_offset));
     PrintXmitBuffer(kReadRequest);

@@ -7,6 +7,7 @@
 #include "link/frmComm.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
+#include "platform/RunTimeErrorNotice.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -15,6 +16,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kPauseBeforeSections{50};
 constexpr const char* kCancelReason = "Form Download Cancel Button Click";
+constexpr const char* kRunTimeReason = "Runtime Error";
 
 }  // namespace
 
@@ -98,12 +100,25 @@ void frmDownload::runSection(const DownloadSection& section) {
     Label2.caption = section.operation;
     progress_.beginSection(std::string(section.operation));
     noteProgress();
-    if (mayGo) section.routine(bench_, comm_);
+    if (mayGo) runRoutine(section);
     if (section.bringsUnits) bench_.dl_egus = true;
 }
 
+/// What the section can't put into a frame - a text that is longer than its field, a sum that overflows - ends the
+/// download, not the program.
+void frmDownload::runRoutine(const DownloadSection& section) {
+    try {
+        section.routine(bench_, comm_);
+    } catch (const RunTimeError& error) {
+        if (!bench_.xfer_abort) bench_.platform.messageBox.ask(noticeOf(error));
+        bench_.xfer_abort = true;
+        bench_.xfer_abort_reason = kRunTimeReason;
+    }
+}
+
 void frmDownload::finish() {
-    outcome_.reason = bench_.xfer_abort ? bench_.xfer_abort_reason : "";
+    // A Cancel that came when the commit was on its way came too late.
+    outcome_.reason = bench_.xfer_abort && !outcome_.committed ? bench_.xfer_abort_reason : "";
     bench_.bytes_sent = bench_.bytes_total;
     Label7.caption = "100%";
     if (!bench_.xfer_abort) update_progress_picture();
@@ -138,6 +153,8 @@ bool frmDownload::queryUnload(UnloadMode mode) {
 
 void frmDownload::unload() {
     comm_.showBytesSent = [] {};
+    // A check that failed before the start leaves by here alone; what comes next begins anew.
+    bench_.xfer_abort = false;
     comm_.Close_Comm_Port();
     // A form that left before its start has raised it, and would end the next user's exchanges at their first attempt.
     bench_.xfer_abort = false;

@@ -84,6 +84,7 @@ class frmDownload final : public Form {
     void gateModbusAndCharts();
     [[nodiscard]] bool hasBlockOf(std::int16_t function);
     void estimate();
+    [[nodiscard]] bool forcedAlarmsCanGo();
     [[nodiscard]] bool anyFlag() const;
     void fail(const char* reason);
 
@@ -91,6 +92,7 @@ class frmDownload final : public Form {
     void announce();
     void runSections();
     void runSection(const DownloadSection& section);
+    void runRoutine(const DownloadSection& section);
     void finish();
     void showBytes();
     void noteProgress();

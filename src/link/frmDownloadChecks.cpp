@@ -1,5 +1,6 @@
 // What a download looks at before it begins: whether the configuration fits a controller, whether one is there, and
 // what its firmware can take.
+#include <algorithm>
 #include <string>
 
 #include "blocks/MemoryUse.h"
@@ -47,6 +48,7 @@ void frmDownload::load() {
     gatePagers();
     gateModbusAndCharts();
     estimate();
+    if (!forcedAlarmsCanGo()) return;
     Label7.caption = "0%";
     Label2.caption = "Click Start to Begin Download";
 }
@@ -168,6 +170,20 @@ void frmDownload::gateModbusAndCharts() {
         bench_.dl_charts = false;
         bench_.platform.messageBox.say(version + " Does Not Support Charts\nCharts will not be downloaded");
     }
+}
+
+/// Old firmware takes its alarms with the blocks: new blocks beside the alarms of the former program would be a hazard,
+/// so as long as this program can't send alarms the download doesn't begin.
+bool frmDownload::forcedAlarmsCanGo() {
+    const bool isForced = bench_.rom_version < kAnnounceFirmware && bench_.dl_blocks;
+    const auto* alarms = std::ranges::find(kDownloadSections, &Workbench::dl_alarms, &DownloadSection::flag);
+    if (!isForced || alarms->isAvailable()) return true;
+    bench_.platform.messageBox.say("ROM Version " + VerNum.caption +
+                                   " Needs Alarms With The Blocks\nThis Program Cannot Send Alarms Yet. Download "
+                                   "Aborted");
+    comm_.Close_Comm_Port();
+    fail("Form Download Form Load no alarms");
+    return false;
 }
 
 void frmDownload::estimate() {

@@ -21,19 +21,25 @@ void frmSelect::setAll(bool value) {
     for (Choice* box : boxes()) box->value = value && box->enabled;
 }
 
+/// Events run while the download looks for the controller: what they do here waits until it has ended.
 void frmSelect::Command1_Click() {
+    if (!Command1.enabled) return;
     Command1.enabled = false;
+    bench_.platform.formHost.refresh(*this);
     if (download_ != nullptr) bench_.platform.formHost.showModal(*download_);
     bench_.platform.formHost.unload(*this);
 }
 
 void frmSelect::Command2_Click() {
+    if (!Command1.enabled) return;
     window_.enableCommand1(true);
     bench_.platform.formHost.unload(*this);
 }
 
 bool frmSelect::queryUnload(UnloadMode mode) {
-    if (mode == UnloadMode::ByUser) window_.enableCommand1(true);
+    if (mode == UnloadMode::ByCode) return true;
+    if (!Command1.enabled) return false;
+    window_.enableCommand1(true);
     return true;
 }
 

@@ -50,13 +50,9 @@ class BlockUpload {
     void run() {
         heading(uploadlog::kBlocks);
         comm_.Open_Comm_Port();
-        if (!comm_.port_is_open || !poll() || !readTable()) return;
-        countConstants();
-        heading(uploadlog::kConstants);
-        readConstants();
-        heading(uploadlog::kStringParams);
-        if (!readStrings()) return;
-        storeSlots();
+        if (!comm_.port_is_open) return;
+        const bool isComplete = poll() && readTable() && readConstants() && readStrings();
+        if (isComplete) storeSlots();
         comm_.Close_Comm_Port();
     }
 
@@ -66,9 +62,10 @@ class BlockUpload {
         comm_.printLine(text);
         comm_.printLine(uploadlog::kRule);
     }
+    /// Tells what failed by itself. After a Cancel nothing is said, and its reason stands.
     bool fail() {
         comm_.Close_Comm_Port();
-        comm_.AbortUpload("Bad Response");
+        if (!bench_.xfer_abort) comm_.AbortUpload("Bad Response");
         return false;
     }
     [[nodiscard]] std::uint8_t byteAt(int index) const {
@@ -82,7 +79,7 @@ class BlockUpload {
     bool read(Section section, std::int16_t count, std::int16_t offset);
     bool readTable();
     void countConstants();
-    void readConstants();
+    bool readConstants();
     void readConstantsOf(std::int16_t block);
     void readParameter(std::int16_t block, std::int16_t slot, std::int32_t number);
     void storeConstant(std::int32_t value);
@@ -100,12 +97,14 @@ class BlockUpload {
 bool BlockUpload::poll() {
     comm_.poll_qrm3();
     if (bench_.xfer_ok) return true;
-    bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
+    if (!bench_.xfer_abort)
+        bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
     return fail();
 }
 
-/// One logged exchange, its offset's line aside. False: it failed, and that was told.
+/// One logged exchange, its offset's line aside. False: it failed, and that was told, or the user cancelled.
 bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset) {
+    if (bench_.xfer_abort) return false;
     const auto expected = static_cast<std::int16_t>(count + kAroundData);
     comm_.put_read(section, count, offset);
     comm_.PrintXmitBuffer(kReadRequest);
@@ -140,8 +139,12 @@ void BlockUpload::countConstants() {
     bench_.bytes_total += (constantReads(slots) - constantReads(kMostSlots)) * (kConstantsFrame + kAroundData);
 }
 
-/// Neither this first read nor the later ones are asked whether they went well: only the log can tell.
-void BlockUpload::readConstants() {
+/// Neither this first read nor the later ones are asked whether they went well: only the log can tell. False: the user
+/// cancelled.
+bool BlockUpload::readConstants() {
+    if (bench_.xfer_abort) return false;
+    countConstants();
+    heading(uploadlog::kConstants);
     comm_.put_read(Section::Constants, kConstantsFrame, 0);
     comm_.PrintXmitBuffer(kReadRequest);
     comm_.send_and_get(kReadRequest, kConstantsFrame + kAroundData);
@@ -150,7 +153,8 @@ void BlockUpload::readConstants() {
     comm_.constant_offset = kConstantsFrame;
     comm_.constant_index = 0;
     db_.FuncSetIndex("FN");
-    for (std::int16_t block = 0; block < kBlockCount; ++block) readConstantsOf(block);
+    for (std::int16_t block = 0; block < kBlockCount && !bench_.xfer_abort; ++block) readConstantsOf(block);
+    return !bench_.xfer_abort;
 }
 
 void BlockUpload::readConstantsOf(std::int16_t block) {
@@ -193,6 +197,7 @@ void BlockUpload::storeConstant(std::int32_t value) {
 }
 
 bool BlockUpload::readStrings() {
+    heading(uploadlog::kStringParams);
     for (std::int16_t offset = kStringsStart; offset <= kLastStringOffset; offset += kStringRead) {
         comm_.printLine("Offset: " + printed(offset));
         if (!read(Section::Constants, kStringRead, offset)) return false;
@@ -268,7 +273,7 @@ void upLoadBlocks(Workbench& bench, frmComm& comm) {
     const bool ran = ignoringErrors([&] { BlockUpload(bench, comm).run(); });
     if (ran) return;
     comm.Close_Comm_Port();
-    comm.AbortUpload("Runtime Error");
+    if (!bench.xfer_abort) comm.AbortUpload("Runtime Error");
 }
 
 }  // namespace qrv

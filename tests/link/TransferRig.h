@@ -62,10 +62,14 @@ struct TransferRig : LinkServices {
 
     /// The whole way of a user: the box, "Continue", "Start".
     void runDownload() {
+        host.onModal("frmDownload", [this](Form&) { download.Download_Click(); });
+        refusedDownload();
+    }
+    /// The same with something in the way, so that the window leaves before there is a "Start".
+    void refusedDownload() {
         host.load(select);
         select.Blocks.value = true;
         command1 = false;
-        host.onModal("frmDownload", [this](Form&) { download.Download_Click(); });
         select.Command1_Click();
     }
     void expectOverwriteQuestion(Answer answer = Answer::Yes) {
@@ -77,6 +81,10 @@ struct TransferRig : LinkServices {
     }
     void runUpload() {
         expectOverwriteQuestion();
+        uploadBlocks();
+    }
+    /// The same with the boxes told by the test.
+    void uploadBlocks() {
         host.onModal("frmUpload", [this](Form&) {
             upload.Blocks.value = true;
             upload.Continue_Click();

@@ -116,11 +116,7 @@ TEST(frmUpload, ADeadControllerGivesTwoBoxesAndTheSavedFile) {
     rig.expectOverwriteQuestion();
     rig.boxes.expect(abortText(rig));
     rig.boxes.expect(kReverted);
-    rig.host.onModal("frmUpload", [&](Form&) {
-        rig.upload.Blocks.value = true;
-        rig.upload.Continue_Click();
-    });
-    rig.host.showModal(rig.upload);
+    rig.uploadBlocks();
     EXPECT_EQ(programOf(rig.bench), saved);
     EXPECT_EQ(rig.upload.outcome().reason, "Bad Response");
     const std::string log = logOf(rig);
@@ -142,11 +138,7 @@ TEST(frmUpload, CancelGivesTheSavedFileBack) {
     rig.upload.onProgress = [&] {
         if (rig.bench.bytes_received > 5000) rig.upload.Cancel_Click();
     };
-    rig.host.onModal("frmUpload", [&](Form&) {
-        rig.upload.Blocks.value = true;
-        rig.upload.Continue_Click();
-    });
-    rig.host.showModal(rig.upload);
+    rig.uploadBlocks();
     EXPECT_EQ(programOf(rig.bench), saved);
     EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
 }
@@ -200,6 +192,49 @@ TEST(frmUpload, StringsKeepWhatCanBePrinted) {
     EXPECT_EQ(db.ParmstrStr(), "NIGHT ");
     db.ParmstrMoveNext();
     EXPECT_TRUE(db.ParmstrEOF());
+}
+
+namespace {
+
+/// The number of the frame, from 1, in which the user cancels: into the block table, the constants, the strings.
+class frmUploadCancelAt : public testing::TestWithParam<std::size_t> {};
+
+}  // namespace
+
+TEST_P(frmUploadCancelAt, NoFurtherFrameLeavesAndOnlyTheRevertIsTold) {
+    TransferRig rig;
+    for (std::int16_t block = 4; block < 30; ++block) rig.place(block, "LIMIT10");
+    rig.runDownload();
+    rig.save();
+    const std::string saved = programOf(rig.bench);
+    rig.record.sends.clear();
+    rig.upload.onProgress = [&] {
+        if (rig.record.sends.size() == GetParam()) rig.upload.Cancel_Click();
+    };
+    rig.expectOverwriteQuestion();
+    rig.boxes.expect(kReverted);
+    rig.uploadBlocks();
+    EXPECT_EQ(rig.record.sends.size(), GetParam());
+    EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
+    EXPECT_EQ(programOf(rig.bench), saved);
+    EXPECT_FALSE(rig.port.isOpen());
+    EXPECT_FALSE(rig.bench.xfer_abort);
+    EXPECT_NE(logOf(rig).find("----------CANCEL--------------\r\nForm Upload query unload\r\n"), std::string::npos);
+}
+
+// Two polls and the version are the first three; the table takes 47 reads, the constants of 26 blocks of 51 slots
+// 1326 div 32 + 1 = 42, the strings 103.
+INSTANTIATE_TEST_SUITE_P(Phases, frmUploadCancelAt, testing::Values(4, 5, 50, 51, 52, 60, 92, 93, 194, 195));
+
+TEST(frmUpload, ABadReplyToACancelledReadIsNoErrorOfItsOwn) {
+    TransferRig rig;
+    rig.save();
+    rig.controller.play(SimFaultPlan::from("bad-checksum", 10));
+    rig.pump.at(rig.clock.now() + std::chrono::milliseconds(500), [&] { rig.upload.Cancel_Click(); });
+    rig.expectOverwriteQuestion();
+    rig.boxes.expect(kReverted);
+    rig.uploadBlocks();
+    EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
 }
 
 TEST(frmUpload, BoxesOfMissingSectionsAreDisabledAndStayClear) {

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -189,6 +191,57 @@ TEST_F(DesktopHostTest, AWindowIsNoLargerThanTheScreen) {
     const QSize screen = host.viewOf(form)->screen()->availableSize();
     EXPECT_EQ(host.viewOf(form)->width(), screen.width());
     EXPECT_LT(host.viewOf(form)->height(), screen.height());
+}
+
+/// A form whose loading takes the user's events, as one does that looks for a controller.
+class SlowForm final : public ToyForm {
+ public:
+    using ToyForm::ToyForm;
+    void load() override {
+        ToyForm::load();
+        meanwhile();
+    }
+    std::function<void()> meanwhile = [] {};
+};
+
+TEST_F(DesktopHostTest, NobodyBeginsAgainWhatIsStillLoading) {
+    SlowForm slow("dialog", events);
+    host.show(main);
+    int clicks = 0;
+    main.onGo = [&] {
+        ++clicks;
+        host.showModal(slow);
+    };
+    slow.meanwhile = [&] {
+        QTest::mouseClick(buttonOf(main), Qt::LeftButton);
+        QTest::keyClick(host.viewOf(main), Qt::Key_G, Qt::AltModifier);
+        QApplication::processEvents();
+        // By no way at all.
+        host.showModal(slow);
+        soon([&] { host.unload(slow); });
+    };
+    QTest::mouseClick(buttonOf(main), Qt::LeftButton);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(std::count(events.begin(), events.end(), "dialog load"), 1);
+    EXPECT_TRUE(host.isVisible(main));
+}
+
+TEST_F(DesktopHostTest, ABoxThatALoadingFormShowsTakesInput) {
+    SlowForm slow("main", events);
+    bool isPressed = false;
+    slow.meanwhile = [&] {
+        QDialog box;
+        QPushButton button("Yes", &box);
+        QObject::connect(&button, &QPushButton::clicked, [&] {
+            isPressed = true;
+            box.accept();
+        });
+        soon([&] { QTest::mouseClick(&button, Qt::LeftButton); });
+        QTimer::singleShot(2000, &box, &QDialog::reject);
+        box.exec();
+    };
+    host.show(slow);
+    EXPECT_TRUE(isPressed);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
+#include <chrono>
 #include <vector>
 
 #include "platform/qt/FormView.h"
@@ -25,6 +27,51 @@ void centre(QWidget& window, const QWidget* over) {
     place.moveTop(std::clamp(place.top(), screen.top(), std::max(screen.top(), screen.bottom() - place.height())));
     window.move(place.topLeft());
 }
+
+bool isInput(const QEvent& event) {
+    switch (event.type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+        case QEvent::Shortcut: return true;
+        case QEvent::Close: return event.spontaneous();
+        default: return false;
+    }
+}
+
+/// Keeps the user's input from the windows of forms while a form loads: its loading may take the events of a serial
+/// line, and with them a click that would begin the same thing again. A box that the loading form shows takes input.
+class InputBarrier final : public QObject {
+ public:
+    InputBarrier() {
+        QCoreApplication::instance()->installEventFilter(this);
+        QTimer::singleShot(kBusyAfter, this, [this] {
+            QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+            isBusyShown_ = true;
+        });
+    }
+    ~InputBarrier() override {
+        if (isBusyShown_) QGuiApplication::restoreOverrideCursor();
+    }
+
+    bool eventFilter(QObject* /*receiver*/, QEvent* event) override {
+        if (!isInput(*event)) return false;
+        const QWidget* modal = QApplication::activeModalWidget();
+        const bool boxIsUp = modal && !dynamic_cast<const FormView*>(modal);
+        if (boxIsUp) return false;
+        event->ignore();
+        return true;
+    }
+
+ private:
+    static constexpr std::chrono::milliseconds kBusyAfter{200};
+    bool isBusyShown_ = false;
+};
 
 }  // namespace
 
@@ -54,9 +101,13 @@ FormView* DesktopHost::makeView(Form& form) {
 
 DesktopHost::Window* DesktopHost::loaded(Form& form) {
     if (exitCode_) return nullptr;
-    if (Window* window = find(form)) return window;
+    // A form that is still loading can't be asked for again.
+    if (Window* window = find(form)) return window->view ? window : nullptr;
     windows_[&form].form = &form;
-    form.load();
+    {
+        const InputBarrier barrier;
+        form.load();
+    }
     Window* window = find(form);
     if (window && !window->view) window->view = makeView(form);
     return window;

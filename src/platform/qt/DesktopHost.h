@@ -67,7 +67,8 @@ class DesktopHost final : public FormHost {
     };
 
     Window* find(const Form& form);
-    /// The form's window, made and loaded if need be; null if the form went away while it loaded, or the program ends.
+    /// The form's window, made and loaded if need be; null if the form went away while it loaded, is loading still, or
+    /// the program ends.
     Window* loaded(Form& form);
     void bringUp(Window& window, bool modal);
     void activate(Form& form);
