@@ -139,10 +139,10 @@ void takeFunction(Workbench& bench, std::int16_t block, Refusals refusals) {
 }
 
 /// Deletes the block's constants from a slot on, up to the first gap. Gives the slot of the gap.
-int deleteConstantsFrom(db1& db, std::int16_t block, int slot) {
+void deleteConstantsFrom(db1& db, std::int16_t block, int slot) {
     for (;; ++slot) {
         db.ConstantSeek(block, slot);
-        if (db.ConstantNoMatch()) return slot;
+        if (db.ConstantNoMatch()) return;
         db.ConstantDelete();
     }
 }
@@ -166,11 +166,9 @@ void buildBlock(Workbench& bench, std::int16_t block, StringRows strings, Refusa
     takeFunction(bench, block, refusals);
 }
 
-int deleteConstants(Workbench& bench, std::int16_t block) { return deleteConstantsFrom(bench.db, block, 0); }
-
 void clearBlock(Workbench& bench, std::int16_t block) {
     db1& db = bench.db;
-    deleteConstants(bench, block);
+    deleteConstantsFrom(db, block, 0);
     db.BlockSeek(block);
     db.BlockEdit();
     db.BlockFn(kNop);

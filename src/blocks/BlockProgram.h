@@ -22,8 +22,6 @@ enum class Refusals { Raise, Skip };
 /// parameter at its default, and makes it the block's function. Deletes nothing: constants that are there stay.
 void buildBlock(Workbench& bench, std::int16_t block, StringRows strings, Refusals refusals = Refusals::Raise);
 
-/// Deletes the block's constants from slot 0 up to the first gap. Gives how many there were.
-int deleteConstants(Workbench& bench, std::int16_t block);
 
 /// Makes the block a NOP without constants and comments.
 void clearBlock(Workbench& bench, std::int16_t block);

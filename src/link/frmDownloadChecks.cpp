@@ -177,7 +177,7 @@ void frmDownload::gateModbusAndCharts() {
 bool frmDownload::forcedAlarmsCanGo() {
     const bool isForced = bench_.rom_version < kAnnounceFirmware && bench_.dl_blocks;
     const auto* alarms = std::ranges::find(kDownloadSections, &Workbench::dl_alarms, &DownloadSection::flag);
-    if (!isForced || alarms->isAvailable()) return true;
+    if (!isForced || bench_.xfer_abort || alarms->isAvailable()) return true;
     bench_.platform.messageBox.say("ROM Version " + VerNum.caption +
                                    " Needs Alarms With The Blocks\nThis Program Cannot Send Alarms Yet. Download "
                                    "Aborted");
