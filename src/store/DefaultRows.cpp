@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "store/KnownFunctions.h"
+
 namespace qrv {
 
 namespace {
@@ -23,7 +25,6 @@ constexpr std::int32_t kPolls = 256;
 constexpr std::int32_t kSlots = 7;
 constexpr std::int32_t kPagerStrings = 5;
 constexpr std::int32_t kUnusedScreenItem = 99;
-constexpr std::int16_t kEmptyBlock = 127;
 
 const Value kNull{};
 
@@ -138,7 +139,7 @@ std::int16_t defaultFunction(std::int32_t block) {
         case 1: return 1;
         case 2: return 90;
         case 3: return 91;
-        default: return kEmptyBlock;
+        default: return kNop;
     }
 }
 

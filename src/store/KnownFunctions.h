@@ -1,5 +1,5 @@
-// The functions that the tool and the controller know by number, besides the NOP of Workbench; all others are only what
-// the catalogue says of them. On disk and on the wire: never renumber.
+// The functions that the tool and the controller know by number; all others are only what the catalogue says of them.
+// On disk and on the wire: never renumber.
 #pragma once
 
 #include <algorithm>
@@ -8,6 +8,9 @@
 #include <string_view>
 
 namespace qrv {
+
+/// The function of an empty block.
+inline constexpr std::int16_t kNop = 127;
 
 /// A new file's blocks 0 to 3: the default sources of analog inputs (0) and of discrete inputs (90), and their
 /// opposites.

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "store/KnownFunctions.h"
 #include "store/ProgramPlaces.h"
 #include "store/db1.h"
 
@@ -19,8 +20,6 @@ inline constexpr std::int16_t kLastBlock = kBlockCount - 1;
 inline constexpr std::int16_t kFirstIoBlock = 600;
 inline constexpr std::int16_t kSlotCount = 7;
 inline constexpr std::int16_t kBlocksPerSlot = 15;
-/// The function of an empty block.
-inline constexpr std::int16_t kNop = 127;
 /// Outputs of one kind that a picker lists, the main output among them.
 inline constexpr std::size_t kMostListedOutputs = 100;
 /// A frame's greatest length, bytes.

@@ -2,18 +2,17 @@
 
 #include <algorithm>
 
+#include "blocks/MemoryUse.h"
 #include "platform/CodePage.h"
 #include "platform/Numerals.h"
 #include "store/DefaultRows.h"
+#include "store/KnownFunctions.h"
 
 namespace qrv {
 
 namespace {
 
-constexpr std::int32_t kEmptyBlock = 127;
-// What a controller takes.
-constexpr std::int32_t kMostConstants = 5632;
-constexpr std::int32_t kMostRetentiveBytes = 634;
+// What a controller takes, besides constants and retentive bytes.
 constexpr std::int32_t kMostStrings = 100;
 constexpr std::int32_t kMostAlarms = 80;
 constexpr std::int32_t kRegisters = 128;
@@ -74,7 +73,7 @@ void addVersion(const ConfigurationContent& content, ConfigurationSummary& summa
 void addBlocks(const ConfigurationContent& content, db1& catalogue, ConfigurationSummary& summary) {
     const Rows blocks(content, "Block List");
     summary.blocks =
-        blocks.usageWhere([&](const TableRow& row) { return blocks.number(row, "FunctionNumber") != kEmptyBlock; });
+        blocks.usageWhere([&](const TableRow& row) { return blocks.number(row, "FunctionNumber") != kNop; });
     summary.retentiveBytes.most = kMostRetentiveBytes;
     catalogue.FuncSetIndex("FN");
     for (const TableRow& row : blocks.all()) {
