@@ -114,6 +114,7 @@ bool PosixSerialPort::claim() {
         return refuseByErrno(EBUSY);
     }
     if (::ioctl(descriptor_, TIOCEXCL) != 0) return refuseByErrno(errno);
+    isOurs_ = true;
     return true;
 }
 
@@ -140,13 +141,15 @@ bool PosixSerialPort::refuseByErrno(int error) {
 }
 
 void PosixSerialPort::close() {
-    if (descriptor_ >= 0) {
+    // The mark and the waiting bytes are the device's: where another program holds it they are that program's.
+    if (isOurs_) {
         ::ioctl(descriptor_, TIOCNXCL);
         // What still waits to go out would hold the close up for as long as the far end doesn't take it.
         ::tcflush(descriptor_, TCIOFLUSH);
-        ::close(descriptor_);
     }
+    if (descriptor_ >= 0) ::close(descriptor_);
     descriptor_ = -1;
+    isOurs_ = false;
     vanished_ = false;
     queue_.clear();
 }

@@ -48,6 +48,7 @@ class PosixSerialPort final : public SerialPort {
 
     PathOf pathOf_;
     int descriptor_ = -1;
+    bool isOurs_ = false;  ///< claimed, not just open
     bool vanished_ = false;
     SerialFault fault_ = SerialFault::None;
     std::string faultText_;

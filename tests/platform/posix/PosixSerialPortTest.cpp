@@ -2,6 +2,7 @@
 
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -132,6 +133,63 @@ TEST(PosixSerialPort, TellsAPortThatIsHeldByAnotherProcess) {
     EXPECT_EQ(rig.port.fault(), SerialFault::InUse);
 }
 
+/// Runs `action` in a child that has no privileges, and gives its exit code.
+template <typename Action>
+int asNobody(Action&& action) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr uid_t kNobody = 65534;
+        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(99);
+        ::_exit(action());
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// A program in the midst of a transfer: the device marked as its own, three bytes waiting for it.
+struct Transfer {
+    explicit Transfer(const PortRig& rig) : program(rig.path) {
+        termios raw{};
+        ::tcgetattr(program.descriptor(), &raw);
+        ::cfmakeraw(&raw);
+        ::tcsetattr(program.descriptor(), TCSANOW, &raw);
+        EXPECT_EQ(::ioctl(program.descriptor(), TIOCEXCL), 0);
+        rig.device.send({1, 2, 3});
+        pollfd wanted{.fd = program.descriptor(), .events = POLLIN, .revents = 0};
+        EXPECT_EQ(::poll(&wanted, 1, 5000), 1);
+    }
+    void expectUntouched() const {
+        int exclusive = 0;
+        EXPECT_EQ(::ioctl(program.descriptor(), TIOCGEXCL, &exclusive), 0);
+        EXPECT_NE(exclusive, 0);
+        int waiting = 0;
+        EXPECT_EQ(::ioctl(program.descriptor(), FIONREAD, &waiting), 0);
+        EXPECT_EQ(waiting, 3);
+    }
+
+    OtherProgram program;
+};
+
+TEST(PosixSerialPort, ARefusedOpenLeavesTheHoldersTransferAlone) {
+    PortRig rig;
+    const Transfer transfer(rig);
+    ASSERT_EQ(::flock(transfer.program.descriptor(), LOCK_EX), 0);
+    EXPECT_FALSE(rig.open());
+    EXPECT_EQ(rig.port.fault(), SerialFault::InUse);
+    rig.port.close();
+    transfer.expectUntouched();
+}
+
+TEST(PosixSerialPort, ARefusedOpenLeavesTheTransferOfAHolderWithoutLockAlone) {
+    PortRig rig;
+    const Transfer transfer(rig);
+    ASSERT_EQ(::chmod(rig.path.c_str(), 0666), 0);
+    // Root is let in past the mark.
+    EXPECT_EQ(asNobody([&] { return !rig.open() && rig.port.fault() == SerialFault::InUse ? 0 : 1; }), 0);
+    transfer.expectUntouched();
+}
+
 TEST(PosixSerialPort, TellsADeviceThatIsMissing) {
     PortRig rig;
     rig.path = "/dev/there-is-no-such-device";
@@ -180,20 +238,6 @@ TEST(PosixSerialPort, TellsAPlainFile) {
     EXPECT_FALSE(rig.open());
     EXPECT_EQ(rig.port.fault(), SerialFault::NotAPort);
     std::filesystem::remove(file);
-}
-
-/// Runs `action` in a child that has no privileges, and gives its exit code.
-template <typename Action>
-int asNobody(Action&& action) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        constexpr uid_t kNobody = 65534;
-        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(99);
-        ::_exit(action());
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 TEST(PosixSerialPort, NamesTheGroupOfADeviceThatIsForbidden) {
