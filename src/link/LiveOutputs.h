@@ -25,7 +25,7 @@ enum class StaleMarks { Shown, Absent };
 /// The kind of a block's output by its function; absent for a function that is neither or that the catalogue lacks.
 /// Moves the catalogue's cursor.
 [[nodiscard]] std::optional<OutputKind> outputKindOf(Workbench& bench, std::int16_t block);
-/// The tool tip of a value that was read last before `since`.
+/// The tool tip of a value that has been asked for in vain since then.
 [[nodiscard]] std::string silenceText(std::chrono::system_clock::time_point since);
 
 /// How fast outputs come: readings of the last whole second or more.
@@ -49,16 +49,19 @@ class LiveOutputs {
     /// Opens the port and polls. False: the user was told why not, and the port is closed.
     bool connect();
     void disconnect();
-    /// One reading, with all its retries. Absent after a bad exchange. A port that was closed meanwhile is
-    /// RunTimeError.
+    /// One reading, with all its retries. Absent after a bad exchange, be it silence, a bad checksum, a sum that
+    /// overflows or a reply too short for a value. A port that was closed meanwhile is RunTimeError.
     [[nodiscard]] std::optional<std::int32_t> value(std::int16_t block, OutputKind kind);
     /// The same as shown text.
     [[nodiscard]] std::optional<std::string> text(std::int16_t block, OutputKind kind);
+    /// When the last reading began: since then, if it came to nothing, there is no answer.
+    [[nodiscard]] std::chrono::system_clock::time_point askedAt() const { return askedAt_; }
     [[nodiscard]] const PollRate& rate() const { return rate_; }
 
  private:
     Workbench& bench_;
     frmComm& comm_;
+    std::chrono::system_clock::time_point askedAt_{};
     PollRate rate_;
 };
 

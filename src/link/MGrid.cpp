@@ -160,7 +160,7 @@ void MGrid::mark(std::int16_t block, bool answered) {
         Grid2.setToolTip(row, col, "");
         return;
     }
-    since = bench_.platform.clock.wallTime();
+    since = outputs_.askedAt();
     Grid2.setBack(row, col, kStale);
     Grid2.setToolTip(row, col, silenceText(*since));
 }

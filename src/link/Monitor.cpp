@@ -200,7 +200,7 @@ void Monitor::mark(BoardLabel& shown, bool answered) {
     if (answered) {
         shown.silentSince.reset();
     } else if (!shown.silentSince) {
-        shown.silentSince = bench_.platform.clock.wallTime();
+        shown.silentSince = outputs_.askedAt();
     }
 }
 

@@ -129,6 +129,16 @@ TEST(MGrid, DeadLineLeavesTheValueAndMarksIt) {
     EXPECT_FALSE(rig.port.isOpen());
 }
 
+TEST(MGrid, SilenceIsToldFromTheTimeOfTheQuestion) {
+    MGridRig rig;
+    rig.analog(4, 1234);
+    rig.dieAt(2);
+    rig.form.Command1_Click();
+    ASSERT_GE(rig.clock.elapsed(), milliseconds(18000));
+    const auto asked = rig.clock.wallTime() - rig.clock.elapsed() + rig.record.sentAt.at(1);
+    EXPECT_EQ(rig.form.Grid2.cell(1, 5).toolTip, silenceText(asked));
+}
+
 TEST(MGrid, MarkGoesWithTheNextAnswer) {
     MGridRig rig;
     rig.analog(4, 1234);

@@ -93,6 +93,16 @@ TEST(Monitor, DeadLineLeavesTheValueAndMarksIt) {
     EXPECT_EQ(rig.blocksRead().size(), 12U);
 }
 
+TEST(Monitor, SilenceIsToldFromTheTimeOfTheQuestion) {
+    MonitorRig rig;
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    rig.dieAt(2);
+    rig.poll(milliseconds(5000));
+    const auto asked = rig.clock.wallTime() - rig.clock.elapsed() + rig.record.sentAt.at(1);
+    EXPECT_EQ(rig.form.label(1).silentSince, asked);
+}
+
 TEST(Monitor, WithoutMarksADeadLineChangesNothing) {
     MonitorRig rig(StaleMarks::Absent);
     rig.analog(12, 100);
