@@ -5,8 +5,8 @@
 #include <iomanip>
 #include <sstream>
 
+#include "link/BadAnswer.h"
 #include "link/CommSettings.h"
-#include "platform/RunTimeError.h"
 #include "platform/SerialPort.h"
 #include "platform/posix/SerialPorts.h"
 
@@ -43,7 +43,7 @@ void addLineOptions(CLI::App& command, LineOptions& options) {
     command.add_option("--baud", options.baud, "Bits a second")
         ->check(CLI::IsMember({"38400", "19200", "9600", "4800", "2400", "1200", "300"}));
     command.add_option("--parity", options.parity, "O for odd, E for even, N for none")
-        ->check(CLI::IsMember({"O", "E", "N"}, CLI::ignore_case));
+        ->transform(CLI::IsMember({"O", "E", "N"}, CLI::ignore_case));
     command.add_option("--trace", options.trace, "Append every frame, both ways, to this file; - for standard error");
 }
 
@@ -105,9 +105,7 @@ void LinkSession::connect() {
 }
 
 void LinkSession::exchange(const std::function<void(frmComm&)>& exchange) {
-    // A sum that overflows, and a reply too short for what is taken from it, are bad answers and have their words
-    // below.
-    const bool isWhole = ignoringErrors([&] { exchange(comm_); });
+    const bool isWhole = bearingBadAnswers([&] { exchange(comm_); });
     requireGood();
     if (!isWhole) failOfLength();
 }

@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/RunTimeError.h"
+#include "link/BadAnswer.h"
 
 namespace qrv {
 
@@ -15,6 +15,7 @@ namespace {
 
 /// Goes to the line's beginning and clears it.
 constexpr std::string_view kStartOfLine = "\r\x1b[K";
+constexpr const char* kNotWhole = "the output could not be written whole.";
 
 bool putAll(std::string_view text, std::FILE* stream) {
     return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
@@ -23,9 +24,8 @@ bool putAll(std::string_view text, std::FILE* stream) {
 }  // namespace
 
 ExitCode exitCodeOf(const RunTimeError& error) {
-    // Sums and lengths overrun where a controller's answer is garbled or cut short; all else is about files.
-    const bool isOfLine = error.number() == ErrorNumber::Overflow || error.number() == ErrorNumber::SubscriptOutOfRange;
-    return isOfLine ? ExitCode::Link : ExitCode::File;
+    // All else is about files.
+    return isOfBadAnswer(error) ? ExitCode::Link : ExitCode::File;
 }
 
 bool Terminal::canAsk() const { return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
@@ -51,6 +51,7 @@ void Terminal::write(std::string_view data) {
 
 void Terminal::flush() {
     if (std::fflush(stdout) != 0) outputFailed_ = true;
+    if (outputFailed_) throw CommandFailure(ExitCode::File, kNotWhole);
 }
 
 std::optional<std::string> Terminal::ask(std::string_view question) {
@@ -73,7 +74,7 @@ std::optional<bool> Terminal::askYesNo(std::string_view question) {
 ExitCode Terminal::end() {
     if (std::fflush(stdout) != 0) outputFailed_ = true;
     if (!outputFailed_) return exitCode_;
-    say("qrv: the output could not be written whole.");
+    say(std::string("qrv: ") + kNotWhole);
     return ExitCode::File;
 }
 

@@ -50,7 +50,8 @@ class Terminal {
     void drawOver(std::string_view text);
     /// Data, UTF-8, as it is.
     void write(std::string_view data);
-    /// Hands over what was written so far: for data that is read as it comes.
+    /// Hands over what was written so far: for data that is read as it comes. Ends the command where the standard
+    /// output doesn't take it.
     void flush();
     /// What the user types after the question, without its line break; absent where nobody can answer.
     [[nodiscard]] std::optional<std::string> ask(std::string_view question);

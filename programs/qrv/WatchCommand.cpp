@@ -118,7 +118,7 @@ class Watch {
           isSilent_(columns_.size()) {}
 
     void run() {
-        session_.connect();
+        if (!connected()) return;
         RowSink sink(terminal_, options_);
         sink.put(headerOf(columns_));
         const Clock& clock = session_.bench().platform.clock;
@@ -135,7 +135,17 @@ class Watch {
     }
 
  private:
-    [[nodiscard]] bool isCancelled() { return session_.bench().xfer_abort; }
+    [[nodiscard]] bool isCancelled() const { return session_.isCancelled(); }
+
+    /// False after Ctrl+C, which ends a watch as it should be ended, wherever it comes.
+    bool connected() {
+        try {
+            session_.connect();
+        } catch (const CommandFailure& failure) {
+            if (failure.code() != ExitCode::Cancelled) throw;
+        }
+        return !isCancelled();
+    }
 
     void waitUntil(Clock::TimePoint due) {
         const Platform& platform = session_.bench().platform;

@@ -71,6 +71,15 @@ TEST(qrvLink, ReadsABlocksOutputAsItsKindAsks) {
     EXPECT_EQ(empty.err, "qrv: Block 6 is empty and has no output.\n");
 }
 
+TEST(qrvLink, TakesTheParityInEitherCase) {
+    LinkRun link;
+    link.live.start();
+    for (const std::string parity : {"O", "o", "e", "n"}) {
+        const ProgramRun poll = link.run("poll --parity " + parity + link.onLine());
+        EXPECT_EQ(poll.exitCode, 0) << parity << ": " << poll.err;
+    }
+}
+
 TEST(qrvLink, TracesEveryFrame) {
     LinkRun link;
     link.live.start();

@@ -62,6 +62,34 @@ TEST(qrvWatch, CtrlCEndsItWithWholeRows) {
     EXPECT_TRUE(rows.ends_with(",-0.05\n")) << rows;
 }
 
+TEST(qrvWatch, CtrlCWhileItConnectsEndsItTheSame) {
+    WatchRun watch;
+    watch.live.controller.play(SimFaultPlan::always("silence"));
+    watch.live.start();
+    const std::string trace = watch.qrv.path("trace.txt");
+    // The trace's second line is the first frame.
+    const ProgramRun shown =
+        watch.qrv.run("watch plant.qrv 1 --csv out.csv --trace trace.txt" + watch.onLine() +
+                          " & pid=$!; for i in $(seq 300); do [ \"$(cat " + trace +
+                          " 2>/dev/null | wc -l)\" -ge 2 ] && break; sleep 0.05; done; kill -INT $pid; wait $pid",
+                      "exec env XDG_CONFIG_HOME=" + watch.qrv.folder.path());
+    EXPECT_EQ(shown.exitCode, 0);
+    EXPECT_EQ(shown.err, "");
+    EXPECT_EQ(shown.out, "");
+    EXPECT_EQ(bytesOf(watch.qrv.path("out.csv")), "");
+}
+
+TEST(qrvWatch, AFullDiskEndsIt) {
+    for (const std::string output : {">/dev/full", "--csv /dev/full --force"}) {
+        WatchRun watch;
+        watch.live.start();
+        const ProgramRun shown = watch.run("watch plant.qrv 1 --interval 1" + watch.onLine() + " " + output);
+        EXPECT_EQ(shown.exitCode, 3) << output;
+        EXPECT_EQ(shown.err, output.front() == '>' ? "qrv: the output could not be written whole.\n"
+                                                   : "qrv: /dev/full can't be written.\n");
+    }
+}
+
 TEST(qrvWatch, EmptyBlockHasNothingToShow) {
     WatchRun watch;
     const ProgramRun shown = watch.run("watch plant.qrv 100" + watch.onLine());
