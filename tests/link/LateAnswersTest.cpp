@@ -93,5 +93,26 @@ TEST(LateAnswers, OutOfTurnFallIntoTheQuiet) {
     }
 }
 
+// What nothing on this line can catch: the answers to four sends in one lump, each of them sound, whose bytes add up to
+// more than a 16-bit sum holds.
+TEST(LateAnswers, InOneLumpOfLargeBytesOverflowTheSum) {
+    ControllerRig rig({.lateBy = 6000ms});
+    SimMemory memory;
+    memory.write(1, 0, Bytes(kCount, 60));
+    rig.controller.load(memory);
+    readBlockTable(rig.comm, 0);
+    ASSERT_TRUE(rig.bench.xfer_ok);
+    rig.controller.play(SimFaultPlan::at("late", 1));
+    try {
+        readBlockTable(rig.comm, 0);
+        FAIL() << "no error was raised";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.number(), ErrorNumber::Overflow);
+    }
+    EXPECT_FALSE(rig.bench.xfer_ok);
+    EXPECT_EQ(rig.record.verdicts.back(), Verdict::Overflow);
+    EXPECT_EQ(rig.record.lastAttempt, 4);
+}
+
 }  // namespace
 }  // namespace qrv::test
