@@ -42,6 +42,17 @@ void clearRows(Grid& grid) {
     grid.setTopRow(1);
 }
 
+/// Refills a grid, which stays on its row.
+template <typename Refill>
+void keepingPlace(Grid& grid, const Refill& refill) {
+    const int row = grid.row();
+    const int col = grid.col();
+    const int topRow = grid.topRow();
+    refill();
+    grid.select(row, col);
+    grid.setTopRow(topRow);
+}
+
 /// Only cells with a described row behind them take input.
 void setEditability(Grid& grid, int firstInputCol, int lastInputCol, int descriptionCol) {
     const bool isInput = grid.col() >= firstInputCol && grid.col() <= lastInputCol;
@@ -242,6 +253,32 @@ void BlockPanel::showCurrent() {
     inputs_.show();
     parameters_.show();
     isShown_ = true;
+    setInputsEditable(fg2);
+    setParametersEditable(fg3);
+}
+
+void BlockPanel::showAgain() {
+    if (!isShown_ || !isDataView() || !bench_.FileIsOpen) return;
+    db1& db = bench_.db;
+    const std::int16_t function = bench_.CurFn;
+    const bool isThere = bench_.FnOfBlock.at(static_cast<std::size_t>(bench_.CurBlock)) == function;
+    db.FuncSetIndex("FN");
+    if (isThere) db.FuncSeekI(function);
+    if (!isThere || db.FuncNoMatch()) {
+        clearData();
+        txtCmt.visible = false;
+        Label4.caption.clear();
+        Label5.caption.clear();
+        return;
+    }
+    bench_.SeekBlock = bench_.CurBlock;
+    db.BlockSeek(bench_.SeekBlock);
+    showComment(true);
+    const auto refill = [this] {
+        clearData();
+        showCurrent();
+    };
+    keepingPlace(fg2, [&] { keepingPlace(fg3, refill); });
     setInputsEditable(fg2);
     setParametersEditable(fg3);
 }

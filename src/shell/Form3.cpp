@@ -40,7 +40,11 @@ Form3::Form3(Workbench& bench, const Form3Dialogs& dialogs, std::string commandL
 void Form3::wireWindows() {
     bench_.windows.addRecentFile = [this](const std::string& path) { addRecentFile(path); };
     bench_.windows.showOpened = [this] { showOpened(); };
-    bench_.windows.showMain = [this] { bench_.platform.formHost.show(*this); };
+    bench_.windows.showMain = [this] {
+        // A board may have come or gone in the other window.
+        blocks.showAgain();
+        bench_.platform.formHost.show(*this);
+    };
     bench_.windows.hideMain = [this] { bench_.platform.formHost.hide(*this); };
 }
 
@@ -145,6 +149,7 @@ void Form3::ReloadGlobalFile() {
     blocks.fill_grid1();
     bench_.platform.formHost.refresh(*this);
     SetReadOnly();
+    blocks.showAgain();
 }
 
 void Form3::mnuFileNew() {
@@ -167,7 +172,10 @@ void Form3::mnuFileSaveAs() {
     if (!bench_.FileIsOpen) return;
     switch (saveConfigurationAs(bench_)) {
         case SaveAsResult::SameName: mnuFileSave(); break;
-        case SaveAsResult::Saved: SetReadOnly(); break;
+        case SaveAsResult::Saved:
+            SetReadOnly();
+            blocks.showAgain();
+            break;
         case SaveAsResult::Nothing: break;
     }
 }

@@ -1,0 +1,118 @@
+// The data view and the file behind it: what stands there when a board or the whole file has changed meanwhile.
+#include <gtest/gtest.h>
+
+#include "EditorRig.h"
+
+namespace qrv {
+namespace {
+
+constexpr const char* kAnalogBoard = "ANALOG INPUT      610014";
+constexpr const char* kDiscreteBoard = "DISCRETE INPUT   610012";
+constexpr int kFirstOfSlot1 = 615;
+
+class ShownDataTest : public testing::Test {
+ protected:
+    void SetUp() override {
+        run.startWithNew(a);
+        run.leaveGeneral();
+    }
+    /// Goes to the boards and back. @param old  what the user is asked to give up, or ""
+    void putBoard(const std::string& old, const std::string& board) {
+        run.form3.choose("mnuEditComments");
+        if (!old.empty()) {
+            machine.boxes.expect({.text = "Replace " + old + " with " + board, .buttons = Buttons::YesNo}, Answer::Yes);
+        }
+        EXPECT_TRUE(run.program.general.fg.edit(1, 1, board));
+        run.leaveGeneral();
+    }
+    void save() { run.form3.choose("mnuFileSave"); }
+    void throwAwayAndKeepTheFile() {
+        run.expectSaveQuestion(a, Answer::No);
+        machine.dialogs.answer("");
+        run.form3.choose("mnuFileOpen");
+    }
+    void expectNothingShown() {
+        EXPECT_EQ(panel.Label5.caption, "");
+        EXPECT_EQ(panel.Label4.caption, "");
+        EXPECT_FALSE(panel.txtCmt.visible);
+        for (Grid* grid : {&panel.fg2, &panel.fg3}) {
+            EXPECT_EQ(grid->text(1, 2), "");
+            grid->enterCell(1, 1);
+            EXPECT_FALSE(grid->editable());
+        }
+    }
+
+    Machine machine;
+    std::string a = machine.path("a.qrv");
+    EditorRun run{machine};
+    BlockPanel& panel = run.form3.blocks;
+};
+
+TEST_F(ShownDataTest, ABlockGoesWithItsBoard) {
+    putBoard("", kAnalogBoard);
+    run.clickBlock(kFirstOfSlot1);
+    ASSERT_EQ(panel.Label5.caption, "BLOCK 615 - AIN");
+    ASSERT_NE(panel.fg3.text(1, 2), "");
+    putBoard(kAnalogBoard, "NONE");
+    expectNothingShown();
+}
+
+TEST_F(ShownDataTest, ABlockGoesWhereAnotherBoardComes) {
+    putBoard("", kDiscreteBoard);
+    run.clickBlock(kFirstOfSlot1);
+    ASSERT_EQ(panel.Label5.caption, "BLOCK 615 - DIN");
+    putBoard(kDiscreteBoard, kAnalogBoard);
+    expectNothingShown();
+    run.clickBlock(kFirstOfSlot1);
+    EXPECT_EQ(panel.Label5.caption, "BLOCK 615 - AIN");
+}
+
+TEST_F(ShownDataTest, ValuesThatWereThrownAwayAreSeenNoMore) {
+    run.place(10, "ADD");
+    run.form3.choose("mnuEditBlk");
+    ASSERT_TRUE(panel.fg3.edit(1, 1, "1.5"));
+    const std::string kept = panel.fg3.text(1, 1);
+    save();
+    ASSERT_TRUE(panel.fg3.edit(1, 1, "7.5"));
+    ASSERT_NE(panel.fg3.text(1, 1), kept);
+    throwAwayAndKeepTheFile();
+    EXPECT_EQ(panel.Label5.caption, "BLOCK 10 - ADD");
+    EXPECT_EQ(panel.fg3.text(1, 1), kept);
+    // What is typed now goes to the block on show.
+    EXPECT_TRUE(panel.fg3.edit(1, 1, "2.5"));
+    EXPECT_EQ(run.bench.CurBlock, 10);
+}
+
+TEST_F(ShownDataTest, ABlockThatWasThrownAwayIsSeenNoMore) {
+    run.place(10, "ADD");
+    run.form3.choose("mnuEditBlk");
+    ASSERT_EQ(panel.Label5.caption, "BLOCK 10 - ADD");
+    throwAwayAndKeepTheFile();
+    expectNothingShown();
+}
+
+TEST_F(ShownDataTest, SavingLeavesTheSelectedRows) {
+    run.place(10, "PID");
+    run.form3.choose("mnuEditBlk");
+    panel.fg2.enterCell(2, 1);
+    panel.fg3.enterCell(3, 1);
+    save();
+    EXPECT_EQ(panel.fg2.row(), 2);
+    EXPECT_EQ(panel.fg3.row(), 3);
+    EXPECT_TRUE(panel.fg3.editable());
+    EXPECT_EQ(run.cellOf(10), "PID");
+    EXPECT_EQ(panel.Label5.caption, "BLOCK 10 - PID");
+}
+
+TEST_F(ShownDataTest, TheAssignmentViewIsLeftAsItIs) {
+    run.place(10, "ADD");
+    run.form3.choose("mnuEditBlk");
+    run.form3.choose("mnuEditCfg");
+    save();
+    EXPECT_FALSE(panel.txtCmt.visible);
+    EXPECT_FALSE(panel.Label4.visible);
+    EXPECT_FALSE(panel.isDataView());
+}
+
+}  // namespace
+}  // namespace qrv
