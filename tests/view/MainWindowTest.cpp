@@ -32,6 +32,7 @@ class MainWindow : public testing::Test {
     QLineEdit* editorOf(const char* name) {
         return grid(name).viewport()->findChild<QLineEdit*>(QStringLiteral("gridEditor"));
     }
+    Workbench& bench() { return rig.program.bench; }
     BlockPanel& blocks() { return rig.program.mainWindow.blocks; }
 
     ViewRig rig;
@@ -78,6 +79,50 @@ TEST_F(MainWindow, ARefusedTextKeepsTheFocusAndTheColour) {
     ASSERT_TRUE(grid("fg2").isEditing());
     EXPECT_TRUE(editorOf("fg2")->hasFocus());
     EXPECT_EQ(blocks().fg2.selectionColour(), kGrey);
+    QTest::keyClick(editorOf("fg2"), Qt::Key_Escape);
+}
+
+TEST_F(MainWindow, AClickElsewhereStoresTheTypedValueAndIsHeeded) {
+    place("PID");
+    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    ViewRig::clickCell(grid("fg3"), 2, 1);
+    QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
+    ASSERT_TRUE(grid("fg3").isEditing());
+    ViewRig::clickCell(grid("Ig"), 1, 1);
+    EXPECT_FALSE(grid("fg3").isEditing());
+    EXPECT_EQ(bench().CurBlock, 600);
+    EXPECT_TRUE(blocks().Label5.caption.starts_with("BLOCK 600 - ")) << blocks().Label5.caption;
+    EXPECT_TRUE(grid("Ig").hasFocus());
+    ViewRig::clickCell(grid("Grid1"), 2, 1);
+    EXPECT_EQ(blocks().Label5.caption, "BLOCK 10 - PID");
+    EXPECT_EQ(blocks().fg3.text(2, 1).substr(0, 1), "7");
+}
+
+TEST_F(MainWindow, AClickIntoTheOtherDataGridStoresTheTypedValueInItsOwnRow) {
+    place("PID");
+    ViewRig::clickCell(grid("fg3"), 2, 1);
+    const std::string first = blocks().fg3.text(1, 1);
+    QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
+    ASSERT_TRUE(grid("fg3").isEditing());
+    ViewRig::clickCell(grid("fg2"), 2, 1);
+    EXPECT_FALSE(grid("fg3").isEditing());
+    EXPECT_EQ(blocks().fg3.text(1, 1), first);
+    EXPECT_EQ(blocks().fg3.text(2, 1).substr(0, 1), "7");
+    EXPECT_TRUE(grid("fg2").hasFocus());
+    EXPECT_EQ(blocks().fg2.row(), 2);
+    EXPECT_EQ(blocks().fg2.selectionColour(), kGrey);
+    EXPECT_EQ(blocks().fg3.selectionColour(), std::nullopt);
+}
+
+TEST_F(MainWindow, AClickElsewhereIsNotHeededWhereTheTextIsRefused) {
+    place("ADD");
+    ViewRig::clickCell(grid("fg2"), 1, 1);
+    QTest::keyClicks(&grid("fg2"), QStringLiteral("x"));
+    rig.boxes.expect("Enter A Block Number\n        0 to 704");
+    ViewRig::clickCell(grid("Ig"), 1, 1);
+    ASSERT_TRUE(grid("fg2").isEditing());
+    EXPECT_TRUE(editorOf("fg2")->hasFocus());
+    EXPECT_EQ(blocks().Label5.caption, "BLOCK 10 - ADD");
     QTest::keyClick(editorOf("fg2"), Qt::Key_Escape);
 }
 

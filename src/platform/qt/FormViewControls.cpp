@@ -230,6 +230,9 @@ GridView* FormView::addGrid(Grid& source) {
         }
         perform(event);
     });
+    grid->setIsFree([this, grid] {
+        return std::ranges::none_of(grids_, [grid](const GridView* each) { return each != grid && each->isEditing(); });
+    });
     grid->setAfterKey([this] {
         for (GridView* each : grids_) each->reveal();
     });

@@ -295,9 +295,10 @@ bool GridView::isOnArrow(const QModelIndex& index, const QPoint& position) const
 
 void GridView::mousePressEvent(QMouseEvent* event) {
     pressed_ = QModelIndex{};
-    if (!grid_ || event->button() != Qt::LeftButton || !finishEdit()) return;
-    // A text that another grid refused has kept the focus there.
-    if (window()->focusWidget() != this) return;
+    if (!grid_ || event->button() != Qt::LeftButton || !finishEdit() || !isFree_()) return;
+    // Another grid whose edit the click has ended may have taken the focus back; the user asked for this place.
+    setFocus(Qt::MouseFocusReason);
+    if (!grid_) return;
     pressed_ = indexAt(event->position().toPoint());
     event->accept();
 }
@@ -332,14 +333,21 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (grid_ && !taken && grid_->colKind(col) != ColumnKind::CheckBox) startEdit(std::nullopt);
 }
 
+bool GridView::hasOrLendsFocus() const {
+    const QWidget* now = QApplication::focusWidget();
+    return now && (now == this || isAncestorOf(now));
+}
+
 /// The grid has the focus as long as it or its editor has it, and while another window is in front.
 void GridView::followFocus() {
     const QWidget* now = QApplication::focusWidget();
     if (!now || !grid_ || now->window() != window()) return;
-    const bool has = now == this || isAncestorOf(now);
+    const bool has = hasOrLendsFocus();
     // An edit that was left ends first.
     if (has == toldFocus_ || (!has && editor_)) return;
     run([this, has] {
+        // Another grid's edit, ended first, may have moved the focus once more.
+        if (hasOrLendsFocus() != has || has == toldFocus_) return;
         toldFocus_ = has;
         has ? grid_->gotFocus() : grid_->lostFocus();
     });

@@ -31,6 +31,8 @@ class GridView : public QTableView {
 
     /// Without a runner events go straight to the grid, and the view shows itself again.
     void setRunner(Runner runner) { runner_ = std::move(runner); }
+    /// Tells whether the user may go to this grid: not while another one holds on to a text that it refused.
+    void setIsFree(std::function<bool()> isFree) { isFree_ = std::move(isFree); }
     /// After each key that the grid was told of.
     void setAfterKey(Event afterKey) { afterKey_ = std::move(afterKey); }
     void setAccessibleText(std::function<QString(int row, int col)> words);
@@ -75,6 +77,7 @@ class GridView : public QTableView {
     void run(const Event& event);
     void followSelection();
     void followFocus();
+    [[nodiscard]] bool hasOrLendsFocus() const;
     void applyRowHeights();
     void applyColWidths();
     [[nodiscard]] int widthOf(int col) const;
@@ -98,6 +101,7 @@ class GridView : public QTableView {
     GridHeading* across_;
     GridHeading* down_;
     Runner runner_;
+    std::function<bool()> isFree_ = [] { return true; };
     Event afterKey_;
     QWidget* editor_ = nullptr;
     QPersistentModelIndex pressed_;
