@@ -30,7 +30,8 @@ std::string jsonTextOf(const Comparison& given, const std::vector<RowDifference>
     json["b"] = given.pathB;
     json["equal"] = differences.empty();
     json["differences"] = jsonOf(differences, notes);
-    return json.dump(2) + "\n";
+    // A file's name need not be text.
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 void compare(Terminal& terminal, const Comparison& given) {

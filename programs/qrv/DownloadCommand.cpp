@@ -128,11 +128,18 @@ class DownloadRun {
         form_.Download_Click();
         requireCommitted();
         const auto taken = bench.platform.clock.now() - start;
-        return {.code = ExitCode::Done,
-                .sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken),
-                .addFacts = [this](Json& json) {
+        const int unconfirmed = form_.outcome().unconfirmed;
+        std::string sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken);
+        if (unconfirmed > 0) {
+            sentence += (unconfirmed == 1 ? " 1 frame was" : " " + std::to_string(unconfirmed) + " frames were") +
+                        " not confirmed, and what it carried may be missing: qrv verify tells.";
+        }
+        return {.code = unconfirmed > 0 ? ExitCode::Findings : ExitCode::Done,
+                .sentence = sentence,
+                .addFacts = [this, unconfirmed](Json& json) {
                     addFacts(json);
                     json["committed"] = true;
+                    json["unconfirmed"] = unconfirmed;
                     json["bytes"] = form_.progress().bytes();
                     json["retries"] = form_.progress().retries();
                 }};

@@ -114,7 +114,8 @@ std::string infoJson(const InfoSubject& subject) {
     }
     json["blockEngineeringUnits"] = summary.blockEngineeringUnits;
     json["unknownFunctions"] = summary.unknownFunctions;
-    return json.dump(2) + "\n";
+    // A file's name need not be text.
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 void showInfo(Terminal& terminal, const std::string& path, bool asJson) {

@@ -40,6 +40,8 @@ void OpenFile::openNew() {
     open(newFile_);
 }
 
+void OpenFile::abandon() { isOpen_ = false; }
+
 void OpenFile::close() {
     isOpen_ = false;
     CloseConfiguration(bench_, Answer::No);
@@ -62,10 +64,13 @@ void OpenFile::saveAs(const std::string& path) {
     bench_.db.close_work_dbs();
     const FileResult written = copyFile(bench_.WorkFileName, path, Permissions::OfTarget);
     const std::string kept = written ? keepBackup(bench_.places.backups, bench_.WorkFileName, path) : "";
-    close();
+    // Where nothing else can be written the work file is all there is of the work: it stays.
+    const bool mayGo = !written || !kept.empty();
+    const std::string where = mayGo ? kept : bench_.WorkFileName;
+    mayGo ? close() : abandon();
     if (!written) return;
-    const std::string where = kept.empty() ? "" : " The work is kept as " + kept + ".";
-    throw CommandFailure(ExitCode::File, path + " could not be written: " + written->text + "." + where);
+    throw CommandFailure(ExitCode::File,
+                         path + " could not be written: " + written->text + ". The work is kept as " + where + ".");
 }
 
 }  // namespace qrv

@@ -25,6 +25,8 @@ class OpenFile {
     void openNew();
     /// Closes the open configuration. What was not saved is gone.
     void close();
+    /// Goes without deleting the work file.
+    void abandon();
 
     /// The rows of the open configuration, which can only be closed or saved from then on.
     [[nodiscard]] ConfigurationContent content();

@@ -62,6 +62,10 @@ class TransferSession {
     [[nodiscard]] OpenFile& file() { return file_; }
     [[nodiscard]] Workbench& bench() { return link_.bench(); }
     [[nodiscard]] const TransferWindow& window() const { return window_; }
+    /// An upload leaves the CPU's blocks as they came, for one that only looks.
+    void leaveHardwareAsRead() {
+        window_.showGeneral = [] {};
+    }
     /// Ends the command if Ctrl+C was pressed. @param consequence  "Nothing was sent."
     void failIfCancelled(const std::string& consequence);
 

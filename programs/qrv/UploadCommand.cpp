@@ -51,15 +51,18 @@ TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options
     std::string sentence = options.file + (wasThere ? " has" : " made with") +
                            " what the controller holds: " + countsText(progress, clock.now() - start);
     if (failed > 0) sentence += " " + run.failedReadsText();
-    return {.code = failed > 0 ? ExitCode::Findings : ExitCode::Done,
+    const std::vector<std::int16_t> foreign = run.foreignBlocks();
+    if (!foreign.empty()) sentence += " " + run.foreignText();
+    return {.code = failed > 0 || !foreign.empty() ? ExitCode::Findings : ExitCode::Done,
             .sentence = sentence,
             .addFacts = [&options, line = session.link().lineName(), log = run.logFile(), bytes = progress.bytes(),
-                         retries = progress.retries(), failed](Json& json) {
+                         retries = progress.retries(), failed, foreign](Json& json) {
                 json["file"] = options.file;
                 json["line"] = line;
                 json["bytes"] = bytes;
                 json["retries"] = retries;
                 json["failedReads"] = failed;
+                json["foreignBlocks"] = foreign;
                 json["log"] = log;
             }};
 }

@@ -24,6 +24,13 @@ std::string UploadRun::failedReadsText() const {
            " of constants came to nothing, and what stands in their place is wrong; " + logFile() + " tells which.";
 }
 
+std::string UploadRun::foreignText() const {
+    std::string list;
+    for (const std::int16_t block : foreignBlocks()) list += (list.empty() ? "" : ", ") + std::to_string(block);
+    return "The catalogue lacks the function of block " + list +
+           ", and constants behind it may be those of other blocks.";
+}
+
 void UploadRun::prepare(const std::string& unharmed) {
     session_.bench().platform.formHost.load(form_);
     form_.activate();
@@ -46,7 +53,7 @@ void UploadRun::run(const std::vector<std::string>& sections, const std::string&
     form_.onProgress = [this] { report_.show(form_.progress()); };
     session_.link().whenCancelled = [this] {
         if (!session_.bench().in_upload) return;
-        report_.say("Cancelled; the section is read to its end.");
+        report_.say("Cancelled.");
         form_.Cancel_Click();
     };
     form_.Continue_Click();

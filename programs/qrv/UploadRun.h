@@ -1,6 +1,7 @@
 // An upload into the open configuration: the form of the desktop, driven by a command.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,12 @@ class UploadRun {
     [[nodiscard]] int failedReads() const { return form_.outcome().failedReads; }
     /// What they mean for the values, as a sentence.
     [[nodiscard]] std::string failedReadsText() const;
+    /// Blocks whose function the catalogue lacks: they were left as they were.
+    [[nodiscard]] const std::vector<std::int16_t>& foreignBlocks() const {
+        return session_.link().comm().foreignBlocks;
+    }
+    /// Which they are and what that means, as a sentence.
+    [[nodiscard]] std::string foreignText() const;
     /// Where the log of every exchange is.
     [[nodiscard]] std::string logFile() const;
 

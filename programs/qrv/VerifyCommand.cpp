@@ -25,6 +25,7 @@ std::string sentenceOf(const HeldDifferences& result) {
 TransferReport::Ending verify(Terminal& terminal, const TransferOptions& options, TransferReport& report) {
     const std::vector<std::string> sections = sectionsNamed(options.sections, uploadSections());
     TransferSession session(terminal, options.line, report);
+    session.leaveHardwareAsRead();
     const ConfigurationContent file = session.file().contentOf(options.file);
     // The configuration that is overwritten is nobody's, and the causes of failures are told in the end.
     report.passOver([](const Notice&) { return true; });
@@ -33,6 +34,9 @@ TransferReport::Ending verify(Terminal& terminal, const TransferOptions& options
     run.run(sections, "Nothing was compared.");
     if (run.failedReads() > 0) {
         throw CommandFailure(ExitCode::Link, "Nothing was compared. " + run.failedReadsText());
+    }
+    if (!run.foreignBlocks().empty()) {
+        throw CommandFailure(ExitCode::Link, "Nothing was compared. " + run.foreignText());
     }
     const ConfigurationContent found = session.file().content();
     session.file().close();

@@ -138,7 +138,7 @@ void takeFunction(Workbench& bench, std::int16_t block, Refusals refusals) {
     });
 }
 
-/// Deletes the block's constants from a slot on, up to the first gap. Gives the slot of the gap.
+/// Deletes the block's constants from a slot on, up to the first gap.
 void deleteConstantsFrom(db1& db, std::int16_t block, int slot) {
     for (;; ++slot) {
         db.ConstantSeek(block, slot);
@@ -181,7 +181,7 @@ void clearBlock(Workbench& bench, std::int16_t block) {
     functionOf(bench, block) = kNop;
 }
 
-void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t function) {
+bool assign_block_function(Workbench& bench, std::int16_t block, std::int16_t function) {
     db1& db = bench.db;
     db.FuncSetIndex("FN");
     db.FuncSeekI(function);
@@ -190,7 +190,7 @@ void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t fu
     const bool hasRow = ignoringErrors([&] { static_cast<void>(db.blockNumber()); });
     if (db.FuncNoMatch() || !hasRow) {
         bench.platform.messageBox.say(kNotFound);
-        return;
+        return false;
     }
     // A program mostly comes over one like it. To take thousands of rows away and put the same ones back costs more
     // time than the line does: a row that stands is written over.
@@ -199,6 +199,7 @@ void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t fu
     addInputs(db, block, Refusals::Raise, putConstant);
     addParameters(db, block, StringRows::Leave, Refusals::Raise, putConstant);
     takeFunction(bench, block, Refusals::Raise);
+    return true;
 }
 
 std::optional<std::string> placeFunction(Workbench& bench, std::int16_t block, const std::string& cellText,

@@ -22,13 +22,13 @@ enum class Refusals { Raise, Skip };
 /// parameter at its default, and makes it the block's function. Deletes nothing: constants that are there stay.
 void buildBlock(Workbench& bench, std::int16_t block, StringRows strings, Refusals refusals = Refusals::Raise);
 
-
 /// Makes the block a NOP without constants and comments.
 void clearBlock(Workbench& bench, std::int16_t block);
 
 /// A function as it comes from a controller: the block's constants and strings are replaced by the function's, the
-/// strings without new ones. A function or block that isn't there is a notice, and no change.
-void assign_block_function(Workbench& bench, std::int16_t block, std::int16_t function);
+/// strings without new ones. A function or block that isn't there is a notice, no change,
+/// and false.
+bool assign_block_function(Workbench& bench, std::int16_t block, std::int16_t function);
 
 /// Places the function of that name on the block, after a question where the cell shows a function already.
 /// @param cellText  what the block's cell shows; a single blank for a NOP

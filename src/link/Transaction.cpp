@@ -59,7 +59,11 @@ Ending Transaction::attemptAll(const Exchange& exchange) {
             // The frame goes out again while the answer to this send may still be on its way.
             lateReplyMayCome_ = true;
         } else {
+            const bool wasAborted = exchange.aborted;
             resynchronise();
+            // So long a sleep has events behind it, and a Cancel among them comes before the next attempt.
+            pump_.pump();
+            if (exchange.aborted && !wasAborted) return Ending::Aborted;
         }
     }
 }

@@ -109,6 +109,8 @@ class frmComm final : public Form {
     // --- the constants image, read slot by slot ---
     std::int16_t constant_offset = 0;  ///< next offset to read
     std::int16_t constant_index = 0;   ///< 0..31, the constant's place in `rcv_bfr`
+    /// Blocks whose function, as the last upload brought it, the catalogue lacks: they were left as they were.
+    std::vector<std::int16_t> foreignBlocks;
     void get_integer_constant(std::int16_t& value);
     void get_long_constant(std::int32_t& value);
     void get_no_constant(std::int16_t& value);

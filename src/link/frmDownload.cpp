@@ -5,6 +5,7 @@
 #include "link/DownloadSections.h"
 #include "link/FirmwareVersion.h"
 #include "link/frmComm.h"
+#include "platform/EventPump.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
 #include "platform/RunTimeErrorNotice.h"
@@ -85,11 +86,15 @@ void frmDownload::runSections() {
     expectedBytes_ = std::min(expectedBytes_, bench_.bytes_total);
     progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();
+    failuresBefore_ = comm_.failuresSoFar();
     for (const DownloadSection& section : kDownloadSections) {
         if (bench_.xfer_ok && bench_.*section.flag && !bench_.xfer_abort) runSection(section);
     }
     if (!anyFlag() || !bench_.xfer_ok || bench_.xfer_abort) return;
     outcome_.stage = DownloadStage::Commit;
+    // The last moment for a Cancel.
+    bench_.platform.eventPump.pump();
+    if (bench_.xfer_abort) return;
     comm_.SendEE();
     outcome_.committed = bench_.xfer_ok;
 }
@@ -118,6 +123,7 @@ void frmDownload::runRoutine(const DownloadSection& section) {
 
 void frmDownload::finish() {
     // A Cancel that came when the commit was on its way came too late.
+    outcome_.unconfirmed = comm_.failuresSoFar() - failuresBefore_;
     outcome_.reason = bench_.xfer_abort && !outcome_.committed ? bench_.xfer_abort_reason : "";
     bench_.bytes_sent = bench_.bytes_total;
     Label7.caption = "100%";

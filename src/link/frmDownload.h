@@ -33,6 +33,8 @@ enum class DownloadStage { Fitting, Reaching, Gates, Sections, Commit };
 struct DownloadOutcome {
     DownloadStage stage = DownloadStage::Fitting;
     bool committed = false;
+    /// Frames that were never confirmed. A committed download may have some: nobody asks how a string's frame went.
+    std::int32_t unconfirmed = 0;
     std::string reason;  ///< which place raised `xfer_abort`; "" where none did
 };
 
@@ -106,6 +108,7 @@ class frmDownload final : public Form {
     TransferProgress progress_;
     std::int32_t expectedBytes_ = 0;
     std::int32_t retriesBefore_ = 0;
+    std::int32_t failuresBefore_ = 0;
 };
 
 }  // namespace qrv

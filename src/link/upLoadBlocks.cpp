@@ -117,13 +117,15 @@ bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset)
 
 bool BlockUpload::readTable() {
     std::int16_t block = 0;
+    comm_.foreignBlocks.clear();
     for (std::int16_t i = 0; i < kTableReads; ++i) {
         const auto offset = static_cast<std::int16_t>(i * kTableRead);
         comm_.printLine("Offset:" + printed(offset));
         if (!read(Section::BlockTableBack, kTableRead, offset)) return false;
         for (int record = 0; record < kRecordsPerRead; ++record) {
             const std::uint8_t function = byteAt(kDataStart + record * kBlockRecordLength + kFunctionInRecord);
-            assign_block_function(bench_, block++, function);
+            if (!assign_block_function(bench_, block, function)) comm_.foreignBlocks.push_back(block);
+            ++block;
         }
     }
     return true;

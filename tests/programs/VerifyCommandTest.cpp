@@ -56,6 +56,34 @@ TEST(qrvVerify, NamesThePlacesThatDiffer) {
     EXPECT_TRUE(run.err.ends_with("\n2 differences. Not held by a controller: 3 fields.\n")) << run.err;
 }
 
+TEST(qrvVerify, SeesTheFunctionsOfTheCpuAsTheControllerHasThem) {
+    VerifyRun verify;
+    verify.live.stop();
+    SimMemory memory = verify.live.controller.working();
+    memory.write(1, 6001, std::vector<std::uint8_t>{127});
+    verify.live.controller.load(memory);
+    verify.live.start();
+    const ProgramRun run = verify.onLine("verify plant.qrv");
+    EXPECT_EQ(run.exitCode, 1) << run.err;
+    EXPECT_NE(run.out.find("BlockNumber=600 FunctionNumber: "), std::string::npos) << run.out;
+}
+
+TEST(qrvVerify, ComparesNothingWhereTheCatalogueLacksAFunction) {
+    VerifyRun verify;
+    verify.live.stop();
+    SimMemory memory = verify.live.controller.working();
+    memory.write(1, 3001, std::vector<std::uint8_t>{200});
+    verify.live.controller.load(memory);
+    verify.live.start();
+    const ProgramRun run = verify.onLine("verify plant.qrv");
+    EXPECT_EQ(run.exitCode, 4) << run.err;
+    EXPECT_NE(run.err.find("Nothing was compared. The catalogue lacks the function of block 300, "), std::string::npos)
+        << run.err;
+    const ProgramRun read = verify.onLine("upload found.qrv");
+    EXPECT_EQ(read.exitCode, 1) << read.err;
+    EXPECT_NE(read.err.find("The catalogue lacks the function of block 300, "), std::string::npos) << read.err;
+}
+
 TEST(qrvVerify, DifferencesAsJson) {
     VerifyRun verify;
     verify.make("other.qrv", plantText("601"));
