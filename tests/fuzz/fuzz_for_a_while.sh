@@ -11,5 +11,5 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 seed=${QRV_TEST_SEED:-$RANDOM$RANDOM}
 echo "seed $seed"
-TMPDIR=$scratch "$program" -seed="$seed" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -max_len=4096 \
+TMPDIR=$scratch "$program" -seed="$seed" -max_total_time="$seconds" -timeout=120 -rss_limit_mb=2048 -max_len=4096 \
   -print_final_stats=1 -artifact_prefix="$(dirname "$program")/found-" "$scratch" "$corpus" 2>&1 | tail -n 40

@@ -72,7 +72,22 @@ TEST(Folders, TempComesFromTheFirstVariableThatIsSet) {
     EXPECT_EQ(temporaryFolder(environmentOf({})), "/tmp");
 }
 
+/// Gives a variable of this process back as it was.
+class KeptVariable {
+ public:
+    explicit KeptVariable(const char* name) : name_(name), value_(systemEnvironment(name)) {}
+    ~KeptVariable() { value_.empty() ? ::unsetenv(name_) : ::setenv(name_, value_.c_str(), 1); }
+    KeptVariable(const KeptVariable&) = delete;
+    KeptVariable& operator=(const KeptVariable&) = delete;
+
+ private:
+    const char* name_;
+    std::string value_;
+};
+
 TEST(Folders, TempIsProvidedOnlyWhereItLacks) {
+    const KeptVariable temp("TEMP");
+    const KeptVariable tmpdir("TMPDIR");
     ::setenv("TEMP", "/somewhere", 1);
     provideTemp();
     EXPECT_EQ(systemEnvironment("TEMP"), "/somewhere");
@@ -80,8 +95,6 @@ TEST(Folders, TempIsProvidedOnlyWhereItLacks) {
     ::setenv("TEMP", "", 1);
     provideTemp();
     EXPECT_EQ(systemEnvironment("TEMP"), "/elsewhere");
-    ::unsetenv("TMPDIR");
-    ::unsetenv("TEMP");
 }
 
 TEST(Folders, KnowTheProgramsOwn) { EXPECT_TRUE(std::filesystem::exists(executableFolder() + "/test_platform")); }

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -18,10 +19,7 @@ namespace {
 
 struct LinkRun {
     explicit LinkRun(SimSetup setup = {}) : live(std::move(setup)) {}
-    /// With settings of its own.
-    [[nodiscard]] ProgramRun run(const std::string& arguments) const {
-        return qrv.run(arguments, "XDG_CONFIG_HOME=" + qrv.folder.path());
-    }
+    [[nodiscard]] ProgramRun run(const std::string& arguments) const { return qrv.run(arguments); }
     [[nodiscard]] std::string onLine() const { return " --port " + live.path(); }
 
     QrvProgram qrv;
@@ -183,7 +181,10 @@ class BytesInTurn {
  public:
     explicit BytesInTurn(std::vector<std::vector<std::uint8_t>> answers)
         : answers_(std::move(answers)), thread_([this] { answer(); }) {}
-    ~BytesInTurn() { thread_.join(); }
+    ~BytesInTurn() {
+        isOver_ = true;
+        thread_.join();
+    }
     BytesInTurn(const BytesInTurn&) = delete;
     BytesInTurn& operator=(const BytesInTurn&) = delete;
 
@@ -192,8 +193,8 @@ class BytesInTurn {
  private:
     void answer() const {
         for (const auto& bytes : answers_) {
-            std::vector<std::uint8_t> first{0};
-            while (first == std::vector<std::uint8_t>{0}) first = line_.receive(1);
+            std::vector<std::uint8_t> first;
+            while ((first.empty() || first.front() == 0) && !isOver_) first = line_.receive(1);
             // The rest of the request.
             static_cast<void>(line_.receive(first == std::vector<std::uint8_t>{1} ? 2 : 6));
             line_.send(bytes);
@@ -202,6 +203,7 @@ class BytesInTurn {
 
     std::vector<std::vector<std::uint8_t>> answers_;
     test::FarEnd line_;
+    std::atomic<bool> isOver_ = false;
     std::thread thread_;
 };
 

@@ -33,12 +33,16 @@ struct ProgramRun {
 
 class QrvProgram {
  public:
+    /// Settings, logs and copies are the test's own, whatever the user of this machine has.
     /// @param arguments  as a shell takes them, redirections included; the current folder is the test's own
-    /// @param environment  assignments before the program's name
-    [[nodiscard]] ProgramRun run(const std::string& arguments, const std::string& environment = "") const {
+    /// @param before  assignments, or words, before the program's name
+    [[nodiscard]] ProgramRun run(const std::string& arguments, const std::string& before = "") const {
+        std::string command = "cd " + quotedForShell(folder.path()) + " && unset QRV_SETTINGS && export";
+        for (const char* place : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME", "TEMP"}) {
+            command += std::string(" ") + place + "=" + quotedForShell(folder.path());
+        }
         // The arguments come last, so that a redirection of theirs counts.
-        const std::string command = "cd " + quotedForShell(folder.path()) + " && " + environment + " " +
-                                    quotedForShell(QRV_PROGRAM) + " </dev/null >.out 2>.err " + arguments;
+        command += " && " + before + " " + quotedForShell(QRV_PROGRAM) + " </dev/null >.out 2>.err " + arguments;
         const int status = std::system(("sh -c " + quotedForShell(command)).c_str());
         return {.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
                 .out = bytesOf(folder.file(".out")),

@@ -49,12 +49,7 @@ struct TransferRun {
         const ProgramRun load = run("load --force plant.txt " + file);
         ASSERT_EQ(load.exitCode, 0) << load.err;
     }
-    /// With settings, logs and copies of its own.
-    [[nodiscard]] std::string environment() const {
-        const std::string& folder = qrv.folder.path();
-        return "XDG_CONFIG_HOME=" + folder + " XDG_STATE_HOME=" + folder + " TEMP=" + folder;
-    }
-    [[nodiscard]] ProgramRun run(const std::string& arguments) const { return qrv.run(arguments, environment()); }
+    [[nodiscard]] ProgramRun run(const std::string& arguments) const { return qrv.run(arguments); }
     /// On the controller's line.
     [[nodiscard]] ProgramRun onLine(const std::string& arguments) const {
         return run(arguments + " --port " + live.path());
@@ -67,7 +62,7 @@ struct TransferRun {
                            " & pid=$!; for i in $(seq 600); do [ \"$(grep -c ' > ' " + trace + " 2>/dev/null)\" -ge " +
                            std::to_string(frames) +
                            " ] 2>/dev/null && break; sleep 0.05; done; kill -INT $pid; wait $pid",
-                       "exec env " + environment());
+                       "exec");
     }
     [[nodiscard]] std::string bytesOfFile(const std::string& name) const { return bytesOf(qrv.path(name)); }
     /// The controller's block table becomes one whose answers are too great a sum to be checked.

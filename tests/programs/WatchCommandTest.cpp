@@ -16,9 +16,7 @@ struct WatchRun {
         live.controller.fixAnalog(1, -5);
         live.controller.fixDiscrete(3, true);
     }
-    [[nodiscard]] ProgramRun run(const std::string& arguments) const {
-        return qrv.run(arguments, "XDG_CONFIG_HOME=" + qrv.folder.path());
-    }
+    [[nodiscard]] ProgramRun run(const std::string& arguments) const { return qrv.run(arguments); }
     [[nodiscard]] std::string onLine() const { return " --port " + live.path(); }
 
     QrvProgram qrv;
@@ -55,7 +53,7 @@ TEST(qrvWatch, CtrlCEndsItWithWholeRows) {
         watch.qrv.run("watch plant.qrv 1 --interval 1 --csv out.csv" + watch.onLine() +
                           " & pid=$!; for i in $(seq 300); do [ \"$(cat " + file +
                           " 2>/dev/null | wc -l)\" -ge 3 ] && break;" + " sleep 0.05; done; kill -INT $pid; wait $pid",
-                      "exec env XDG_CONFIG_HOME=" + watch.qrv.folder.path());
+                      "exec");
     EXPECT_EQ(shown.exitCode, 0) << shown.err;
     const std::string rows = bytesOf(file);
     EXPECT_TRUE(rows.starts_with("time,block 1 FULL analog\n2")) << rows;
@@ -72,7 +70,7 @@ TEST(qrvWatch, CtrlCWhileItConnectsEndsItTheSame) {
         watch.qrv.run("watch plant.qrv 1 --csv out.csv --trace trace.txt" + watch.onLine() +
                           " & pid=$!; for i in $(seq 300); do [ \"$(cat " + trace +
                           " 2>/dev/null | wc -l)\" -ge 2 ] && break; sleep 0.05; done; kill -INT $pid; wait $pid",
-                      "exec env XDG_CONFIG_HOME=" + watch.qrv.folder.path());
+                      "exec");
     EXPECT_EQ(shown.exitCode, 0);
     EXPECT_EQ(shown.err, "");
     EXPECT_EQ(shown.out, "");

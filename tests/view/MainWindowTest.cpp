@@ -149,7 +149,8 @@ TEST_F(MainWindow, AnEditorIsAsLargeAsItsCell) {
 
 TEST_F(MainWindow, ASmallWindowScrollsAndSquashesNothing) {
     rig.mainView().resize(640, 330);
-    QTest::qWait(1);
+    QApplication::processEvents();
+    ASSERT_EQ(rig.mainView().height(), 330);
     auto* map = ViewRig::find<QLabel>(rig.mainView(), "Label6");
     EXPECT_GE(map->height(), map->sizeHint().height());
     auto* download = ViewRig::find<QAbstractButton>(rig.mainView(), "Command1");
