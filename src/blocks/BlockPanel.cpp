@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kInputRows = 75;
 constexpr int kParameterRows = 256;
+constexpr const char* kNoBoardCell = ".";  // of Ig
 constexpr Colour kFocused{0x808080};
 
 /// The functions that belong to boards, and are not placed by hand.
@@ -204,7 +205,7 @@ void BlockPanel::Grid1_Click() {
 void BlockPanel::New_IG_Click() {
     if (!bench_.FileIsOpen || !isInside(Ig) || !isDataView()) return;
     const std::string cell = Ig.text(Ig.row(), Ig.col());
-    if (cell == ".") return;
+    if (cell == kNoBoardCell) return;
     db1& db = bench_.db;
     bench_.SeekBlock = static_cast<std::int16_t>(ioBlockAt({.row = Ig.row(), .col = Ig.col()}));
     db.BlockSeek(bench_.SeekBlock);
@@ -314,6 +315,12 @@ void BlockPanel::mnuEditCfg() {
     for (Label* label : {&Label1, &Label2, &Label4, &Label5}) label->visible = false;
     for (Grid* grid : {&fg2, &fg3}) grid->setVisible(false);
     List1.visible = true;
+}
+
+bool BlockPanel::hasBoard(int block) const {
+    if (block < kFirstIoBlock) return true;
+    const BlockCell cell = ioCellOf(block);
+    return Ig.text(cell.row, cell.col) != kNoBoardCell;
 }
 
 void BlockPanel::goToBlock(int block) {

@@ -88,6 +88,8 @@ class BlockPanel {
     void showAgain();
 
     // --- additions ---
+    /// Whether a block is a logic block, or one that a board or the CPU has.
+    [[nodiscard]] bool hasBoard(int block) const;
     /// Selects a block's cell and, in the data view, shows it. @param block  0..704
     void goToBlock(int block);
     /// Tool tips with a parameter's least, greatest and default value; off in the classic look.

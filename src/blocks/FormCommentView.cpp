@@ -14,7 +14,7 @@ FormCommentView::FormCommentView(FormComment& form, DesktopHost& host) : FormVie
     QPlainTextEdit* second = addText(QStringLiteral("Text2"), form.Text2, [this] { form_.Text2_Change(); });
     first->setAccessibleName(QStringLiteral("Comment"));
     second->setAccessibleName(QStringLiteral("Second comment, shown instead of the first where it is not empty"));
-    second->setToolTip(QStringLiteral("Shown in the main window instead of the comment above, unless it is empty"));
+    addTip(second, QStringLiteral("Shown in the main window instead of the comment above, unless it is empty"));
     QBoxLayout* body = makeBody();
     for (QPlainTextEdit* text : {first, second}) {
         text->setFont(theme::fixedFont());

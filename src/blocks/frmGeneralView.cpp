@@ -17,7 +17,7 @@ frmGeneralView::frmGeneralView(frmGeneral& form, DesktopHost& host) : FormView(f
     QLineEdit* title = addLine(QStringLiteral("txtTitle"), form.txtTitle, [this] { form_.txtTitle_Change(); });
     QLineEdit* cfg = addLine(QStringLiteral("txtCfg"), form.txtCfg, [this] { form_.txtCfg_Change(); });
     QPlainTextEdit* comments = addText(QStringLiteral("Text1"), form.Text1, [] {});
-    comments->setToolTip(QStringLiteral("Double click, or Enter, to edit the description"));
+    addTip(comments, QStringLiteral("Double click, or Enter, to edit the description"));
     watchDoubleClick(comments->viewport(), [this] { form_.Text1_DblClick(); });
     watchKeys(comments, [this](Key key) {
         if (key != Key::Enter) return false;

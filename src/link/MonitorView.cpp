@@ -109,7 +109,7 @@ void MonitorView::makeLabel(QWidget* board, int index) {
     addMirror([this, label, index] {
         const BoardLabel& source = form_.label(index);
         label->setText(shownText(source.caption));
-        label->setToolTip(source.silentSince ? shownUtf8(silenceText(*source.silentSince)) : QString());
+        addTip(label, source.silentSince ? shownUtf8(silenceText(*source.silentSince)) : QString());
         fill(label, source.silentSince ? kStaleColour : kBoardColour);
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, boardColour(source.color));

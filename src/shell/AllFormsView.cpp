@@ -22,6 +22,7 @@
 namespace qrv {
 
 void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
+    host.setTips(extras == Extras::Shown);
     host.add("Form3", [&bench, extras](Form& form, DesktopHost& shower) -> FormView* {
         return new Form3View(static_cast<Form3&>(form), shower, bench, extras);
     });

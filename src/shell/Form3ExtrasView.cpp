@@ -19,6 +19,7 @@
 #include "platform/qt/Texts.h"
 #include "platform/qt/Theme.h"
 #include "shell/Form3View.h"
+#include "store/KnownFunctions.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -30,6 +31,8 @@ constexpr int kMeterDelay = 250;      // milliseconds of rest before the meters 
 constexpr int kMessageTime = 4000;    // milliseconds
 constexpr int kGoToWidth = 130;       // pixels
 constexpr double kNearlyFull = 0.95;  // from here on a meter warns
+
+constexpr const char* kNoFile = "No configuration is open: File, New or Open begins";
 
 struct Borrowed {
     const char* entry;
@@ -226,8 +229,7 @@ void Form3ExtrasView::makeKeysPanel(QMenu* help) {
 void Form3ExtrasView::explainIdleEntries() {
     const auto explain = [this](const std::string& entry) {
         if (!window_.mainForm().lacksFile(entry)) return;
-        window_.statusBar()->showMessage(QStringLiteral("No configuration is open: File, New or Open begins"),
-                                         kMessageTime);
+        window_.statusBar()->showMessage(QString::fromLatin1(kNoFile), kMessageTime);
     };
     for (const TopMenu& menu : window_.mainForm().menu.menus()) {
         for (const MenuEntry& entry : menu.entries) {
@@ -264,32 +266,46 @@ void Form3ExtrasView::showMeters() {
 }
 
 int Form3ExtrasView::nextOf(const QString& name) const {
-    BlockPanel& blocks = window_.mainForm().blocks;
-    const Grid& grid = blocks.Grid1;
-    const int here = logicBlockAt({.row = grid.row(), .col = grid.col()});
-    for (int step = 1; step <= kFirstIoBlock; ++step) {
-        const int block = (here + step) % kFirstIoBlock;
-        const BlockCell cell = logicCellOf(block);
-        if (shownText(grid.text(cell.row, cell.col)).trimmed().compare(name, Qt::CaseInsensitive) == 0) return block;
+    db1& db = bench_.db;
+    db.FuncSetIndex("FN");
+    const int start = here();
+    for (int step = 1; step <= kBlockCount; ++step) {
+        const int block = (start + step) % kBlockCount;
+        const std::int16_t function = bench_.FnOfBlock.at(static_cast<std::size_t>(block));
+        if (function == kNop) continue;
+        db.FuncSeekI(function);
+        if (!db.FuncNoMatch() && shownText(db.FuncName()).trimmed().compare(name, Qt::CaseInsensitive) == 0)
+            return block;
     }
     return -1;
 }
 
-bool Form3ExtrasView::goTo(const QString& wanted) {
+/// The block that the search for a name begins behind.
+int Form3ExtrasView::here() const {
+    const BlockPanel& blocks = window_.mainForm().blocks;
+    // Where no data is shown, the search itself selects and shows nothing.
+    if (blocks.isDataView()) return bench_.SeekBlock;
+    const bool isAtFoundIo =
+        found_ >= kFirstIoBlock && ioBlockAt({.row = blocks.Ig.row(), .col = blocks.Ig.col()}) == found_;
+    return isAtFoundIo ? found_ : logicBlockAt({.row = blocks.Grid1.row(), .col = blocks.Grid1.col()});
+}
+
+QString Form3ExtrasView::goTo(const QString& wanted) {
+    if (!bench_.FileIsOpen) return QString::fromLatin1(kNoFile);
     bool isNumber = false;
     const int number = wanted.trimmed().toInt(&isNumber);
     const int block = isNumber ? number : nextOf(wanted.trimmed());
-    if (block < 0 || block > kLastBlock || !bench_.FileIsOpen) return false;
-    window_.tell([this, block] { window_.mainForm().blocks.goToBlock(block); });
+    if (block < 0 || block > kLastBlock) return QStringLiteral("There is no block \"%1\"").arg(wanted);
+    BlockPanel& blocks = window_.mainForm().blocks;
+    if (!blocks.hasBoard(block)) return QStringLiteral("Block %1 has no board").arg(block);
+    found_ = block;
+    window_.tell([&blocks, block] { blocks.goToBlock(block); });
     (block < kFirstIoBlock ? window_.Grid1() : window_.Ig())->reveal();
-    return true;
+    return {};
 }
 
 void Form3ExtrasView::goToTyped() {
-    const QString wanted = goTo_->text();
-    const bool found = goTo(wanted);
-    window_.statusBar()->showMessage(found ? QString{} : QStringLiteral("There is no block \"%1\"").arg(wanted),
-                                     kMessageTime);
+    window_.statusBar()->showMessage(goTo(goTo_->text()), kMessageTime);
     goTo_->selectAll();
 }
 

@@ -25,8 +25,8 @@ class Form3ExtrasView final : public QObject {
     /// Lives as long as the window.
     Form3ExtrasView(Form3View& window, Workbench& bench);
 
-    /// Shows the block with a number, or the next one of a function with that name. False: there is none.
-    bool goTo(const QString& wanted);
+    /// Shows the block with a number, or the next one of a function with that name. Gives why not, or "".
+    QString goTo(const QString& wanted);
 
  private:
     struct Meter {
@@ -48,6 +48,7 @@ class Form3ExtrasView final : public QObject {
     void showMeters();
     void goToTyped();
     [[nodiscard]] int nextOf(const QString& name) const;
+    [[nodiscard]] int here() const;
 
     Form3View& window_;
     Workbench& bench_;
@@ -56,6 +57,7 @@ class Form3ExtrasView final : public QObject {
     QAction* goToAction_ = nullptr;
     QPlainTextEdit* page_ = nullptr;
     QTimer* later_;
+    int found_ = 0;  ///< the block that was gone to last
     Meter constants_{};
     Meter retentive_{};
 };

@@ -164,7 +164,7 @@ QWidget* Form3View::makeDataPane() {
     QPlainTextEdit* comment = addText(QStringLiteral("txtCmt"), blocks_.txtCmt, [] {});
     comment->setFixedHeight(kCommentLines * comment->fontMetrics().lineSpacing() + 12);
     comment->setAccessibleName(QStringLiteral("Comment of the block"));
-    comment->setToolTip(QStringLiteral("Double click, or Enter, to edit the comments"));
+    addTip(comment, QStringLiteral("Double click, or Enter, to edit the comments"));
     heading->setBuddy(comment);
     watchDoubleClick(comment->viewport(), [this] { blocks_.txtCmt_DblClick(); });
     watchKeys(comment, [this](Key key) {

@@ -55,7 +55,7 @@ frmAboutView::frmAboutView(frmAbout& form, DesktopHost& host) : FormView(form, h
     QPushButton* copy = addButton(QStringLiteral("cmdCopy"), form.cmdCopy, [this, toolkit] {
         QGuiApplication::clipboard()->setText(shownUtf8(form_.versions()) + QLatin1Char('\n') + toolkit);
     });
-    copy->setToolTip(QStringLiteral("Copies the versions, to report a fault with"));
+    addTip(copy, QStringLiteral("Copies the versions, to report a fault with"));
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(copy);
     buttons->addStretch(1);

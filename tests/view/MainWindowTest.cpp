@@ -232,6 +232,9 @@ TEST(MainWindowWithoutAFile, AnEntryThatNeedsOneSaysSo) {
     bar->clearMessage();
     ViewRig::choose(rig.mainView(), "mnuEditBlk");
     EXPECT_EQ(bar->currentMessage(), "");
+    QTest::keyClicks(ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock"), QStringLiteral("12"));
+    QTest::keyClick(ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock"), Qt::Key_Return);
+    EXPECT_EQ(bar->currentMessage(), "No configuration is open: File, New or Open begins");
 }
 
 // --- the boards ---

@@ -4,12 +4,14 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolTip>
 #include <memory>
 #include <string>
 #include <vector>
@@ -155,6 +157,43 @@ TEST(Form3View, AdditionsAreAbsentInTheClassicLook) {
     }
 }
 
+TEST(ClassicLook, OnlyTheAlarmButtonHasAToolTip) {
+    ViewRig rig("", Extras::Absent);
+    rig.startWithNewFile();
+    std::vector<std::string> tips;
+    for (const char* name : {"Form3", "FrmAsk", "FrmRecent", "frmAbout", "frmGeneral", "FormComment", "frmBlock",
+                             "frmComm", "MGrid", "Monitor", "frmTag", "frmWarn", "frmSelect", "frmDownload",
+                             "frmUpload", "frmAaboPick", "frmvga", "frmStart"}) {
+        const auto window = windowOf(rig, name);
+        ASSERT_NE(window, nullptr) << name;
+        for (const QWidget* child : window->findChildren<QWidget*>()) {
+            if (!child->toolTip().isEmpty()) tips.push_back(child->objectName().toStdString());
+        }
+    }
+    EXPECT_EQ(tips, std::vector<std::string>{"cmdViewAlarmInfo"});
+}
+
+/// What stands in a tool tip where the pointer rests on a cell whose column shows nearly nothing of it.
+QString tipOfCutCell(Extras extras) {
+    ViewRig rig("", extras);
+    rig.startWithNewFile();
+    auto* grid = ViewRig::find<GridView>(rig.mainView(), "Ig");
+    grid->setFillsWidth(false);
+    grid->setColumnWidth(0, 4);
+    const QPoint place = grid->rectOf(1, 1).center();
+    QHelpEvent rest(QEvent::ToolTip, place, grid->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(grid->viewport(), &rest);
+    const QString text = QToolTip::text();
+    QToolTip::hideText();
+    return text;
+}
+
+TEST(ClassicLook, ACutCellIsNotReadInFull) {
+    EXPECT_NE(tipOfCutCell(Extras::Shown), "");
+    QTest::qWait(500);  // the tip goes with a delay
+    EXPECT_EQ(tipOfCutCell(Extras::Absent), "");
+}
+
 TEST(frmDownloadView, ProgressSentenceIsAbsentInTheClassicLook) {
     ViewRig modern;
     ViewRig classic("", Extras::Absent);
@@ -268,6 +307,29 @@ TEST_F(Session, GoToBlockFindsNumbersAndNames) {
     QTest::keyClicks(box, QStringLiteral("602"));
     QTest::keyClick(box, Qt::Key_Return);
     EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text(), "BLOCK 602 - ROUT");
+}
+
+TEST_F(Session, GoToBlockSaysWhereThereIsNoBoard) {
+    auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
+    const QString before = ViewRig::find<QLabel>(rig.mainView(), "Label5")->text();
+    QTest::keyClicks(box, QStringLiteral("640"));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(ViewRig::find<QStatusBar>(rig.mainView(), "statusBar")->currentMessage(), "Block 640 has no board");
+    EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text(), before);
+}
+
+TEST_F(Session, GoToBlockFindsTheNextBlockOfAFunctionOfTheBoardsToo) {
+    auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
+    auto* shown = ViewRig::find<QLabel>(rig.mainView(), "Label5");
+    const auto& functions = rig.program.bench.FnOfBlock;
+    const std::int16_t rout = functions[602];
+    const auto next = std::find(functions.begin() + 603, functions.end(), rout);
+    const int expected = next == functions.end() ? 602 : static_cast<int>(next - functions.begin());
+    QTest::keyClicks(box, QStringLiteral("rout"));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(shown->text(), "BLOCK 602 - ROUT");
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(shown->text(), QStringLiteral("BLOCK %1 - ROUT").arg(expected));
 }
 
 TEST_F(Session, FilterNarrowsTheFunctionListAndTellsWhatAFunctionDoes) {

@@ -31,6 +31,10 @@ class DesktopHost final : public FormHost {
     }
     [[nodiscard]] bool hasViewOf(const std::string& formName) const { return factories_.contains(formName); }
 
+    /// Whether the windows tell more in tool tips than a control's text says; on from the start.
+    void setTips(bool shown) { hasTips_ = shown; }
+    [[nodiscard]] bool hasTips() const { return hasTips_; }
+
     void showModal(Form& form) override;
     void load(Form& form) override { loaded(form); }
     void show(Form& form) override;
@@ -77,6 +81,7 @@ class DesktopHost final : public FormHost {
     std::map<const Form*, Window> windows_;
     Form* active_ = nullptr;
     std::optional<int> exitCode_;
+    bool hasTips_ = true;
 };
 
 }  // namespace qrv

@@ -83,6 +83,8 @@ class FormView : public QMainWindow {
     /// An object that is done with the form's data at each refresh.
     void addMirror(Event mirror) { mirrors_.push_back(std::move(mirror)); }
 
+    /// A tool tip of our own, where the windows have such tips.
+    void addTip(QWidget* widget, const QString& text);
     /// A widget's accessible name: the caption that stands beside it, without blanks around it.
     static void nameAfter(QWidget* widget, const Label& label);
 

@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "platform/qt/DesktopHost.h"
 #include "platform/qt/FormView.h"
 #include "platform/qt/GridView.h"
 #include "platform/qt/Texts.h"
@@ -57,6 +58,10 @@ void FormView::setUp(QWidget* widget, const QString& name) { widget->setObjectNa
 
 void FormView::nameAfter(QWidget* widget, const Label& label) {
     widget->setAccessibleName(shownUtf8(label.caption).simplified());
+}
+
+void FormView::addTip(QWidget* widget, const QString& text) {
+    if (host_.hasTips()) widget->setToolTip(text);
 }
 
 QLabel* FormView::addLabel(const QString& name, const Label& source) {
@@ -152,9 +157,10 @@ QListWidget* FormView::addList(const QString& name, ListBox& source, const Event
     connect(list, &QListWidget::itemClicked, this, [list, &source, choose] {
         if (list->currentRow() != source.listIndex) choose();
     });
-    addMirror([list, &source] {
+    addMirror([this, list, &source] {
         showItems(list, source.items, [list](int i) { return list->item(i)->text(); });
-        for (std::size_t i = 0; i < source.toolTips.size() && i < source.items.size(); ++i) {
+        const std::size_t tips = host_.hasTips() ? std::min(source.toolTips.size(), source.items.size()) : 0;
+        for (std::size_t i = 0; i < tips; ++i) {
             list->item(static_cast<int>(i))->setToolTip(shownText(source.toolTips[i]));
         }
         if (list->currentRow() != source.listIndex) list->setCurrentRow(source.listIndex);
@@ -222,6 +228,7 @@ void FormView::addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group) {
 
 GridView* FormView::addGrid(Grid& source) {
     auto* grid = new GridView(source, this);
+    grid->setTellsCutTexts(host_.hasTips());
     grids_.push_back(grid);
     // What is being typed into another grid goes first, while that grid's selection is still on its cell.
     grid->setRunner([this, grid](const Event& event) {

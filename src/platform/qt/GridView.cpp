@@ -354,8 +354,7 @@ void GridView::followFocus() {
 }
 
 bool GridView::viewportEvent(QEvent* event) {
-    // A text that its cell cuts is read in full where the pointer rests.
-    if (event->type() == QEvent::ToolTip && grid_) {
+    if (event->type() == QEvent::ToolTip && grid_ && tellsCutTexts_) {
         const auto* help = static_cast<QHelpEvent*>(event);
         const QModelIndex index = indexAt(help->pos());
         if (index.isValid() && model_->cellAt(index).toolTip.empty()) {

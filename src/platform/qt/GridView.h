@@ -38,6 +38,8 @@ class GridView : public QTableView {
     void setAccessibleText(std::function<QString(int row, int col)> words);
     /// Whether the columns grow together until they fill the width; on from the start.
     void setFillsWidth(bool fills);
+    /// Whether a text that its cell cuts is read in full where the pointer rests; on from the start.
+    void setTellsCutTexts(bool tells) { tellsCutTexts_ = tells; }
     /// Asks for room for all rows, and for no more.
     void showAllRows();
     /// How many rows the window is to have room for when it comes up.
@@ -111,6 +113,7 @@ class GridView : public QTableView {
     std::uint64_t shownRevision_ = ~std::uint64_t{0};
     int rowsInHint_;
     bool fillsWidth_ = true;
+    bool tellsCutTexts_ = true;
     bool isMuted_ = false;
     bool following_ = false;
     bool committing_ = false;
