@@ -10,6 +10,9 @@ namespace qrv {
 
 frmBlock::frmBlock(Workbench& bench) : Form("frmBlock", "Block Required"), bench_(bench) { Command1.isDefault = true; }
 
+/// Each question begins with an empty answer.
+void frmBlock::load() { Text1.text.clear(); }
+
 void frmBlock::activate() {
     Combo1 = ListBox{};
     for (std::size_t block = 0; block < bench_.FnOfBlock.size(); ++block) {

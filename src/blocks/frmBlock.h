@@ -1,5 +1,5 @@
 // Asks for a block of one given function (`WantedFunction`), for the menu and screen editors. The answer goes to
-// `ChosenBlock`, which stays as it is after a cancel.
+// `ChosenBlock`. A cancel leaves that as it is: who asks sets it to 0 first.
 #pragma once
 
 #include "platform/Controls.h"
@@ -19,6 +19,7 @@ class frmBlock : public Form {
     Button Command1{.caption = "Done"};
     Button Command2{.caption = "Cancel"};
 
+    void load() override;
     void activate() override;
     void Combo1_Click();
     void Command1_Click();

@@ -68,7 +68,7 @@ struct Workbench {
     std::int16_t SeekBlock = 0;                         ///< the block that the seek calls use
     std::array<std::string, kSlotCount> BoardText{};    ///< the hardware grid's texts
     std::int16_t WantedFunction = 0;                    ///< which function frmBlock asks a block of
-    std::int16_t ChosenBlock = 0;                       ///< its answer; 0 after a cancel
+    std::int16_t ChosenBlock = 0;                       ///< its answer; who asks sets 0 first, for a cancel
 
     // --- the item pickers ---
     std::int16_t PickedOutput = 0;  ///< place picked in a list of outputs; 0 is the main output

@@ -47,6 +47,17 @@ TEST(frmBlock, CancelChangesNothing) {
     EXPECT_FALSE(rig.host.isVisible(rig.dialog));
 }
 
+TEST(frmBlock, EachQuestionBeginsWithAnEmptyAnswer) {
+    AskingRig rig;
+    rig.dialog.Text1.text = "20";
+    rig.dialog.Command1_Click();
+    ASSERT_EQ(rig.bench.ChosenBlock, 20);
+    rig.host.show(rig.dialog);
+    EXPECT_EQ(rig.dialog.Text1.text, "");
+    rig.dialog.Command2_Click();
+    EXPECT_EQ(rig.bench.ChosenBlock, 20);
+}
+
 class NoBlockNumber : public testing::TestWithParam<const char*> {};
 
 TEST_P(NoBlockNumber, IsToldAndCleared) {
