@@ -174,10 +174,41 @@ TEST_F(GridViewTest, DropDownOffersTheChoicesAndTakesOne) {
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->count(), 3);
     EXPECT_EQ(box->currentText(), "RELAY");
-    box->hidePopup();
-    QTest::keyClick(box, Qt::Key_Down);
-    QTest::keyClick(box, Qt::Key_Return);
+    QTest::keyClick(box->view(), Qt::Key_Down);
+    QTest::keyClick(box->view(), Qt::Key_Return);
     EXPECT_EQ(grid.text(3, 1), "TRIAC");
+}
+
+TEST_F(GridViewTest, EscapeInAnOpenListGivesBackTheOldText) {
+    grid.setColKind(1, ColumnKind::DropDown);
+    grid.setComboList({"NONE", "RELAY", "TRIAC"});
+    grid.setText(3, 1, "RELAY");
+    view->refresh();
+    clickOn(3, 1);
+    press(Qt::Key_F2);
+    auto* box = view->viewport()->findChild<QComboBox*>();
+    ASSERT_NE(box, nullptr);
+    QTest::keyClick(box->view(), Qt::Key_Down);
+    QTest::keyClick(box->view(), Qt::Key_Escape);
+    EXPECT_FALSE(view->isEditing());
+    EXPECT_FALSE(grid.editing());
+    EXPECT_EQ(grid.text(3, 1), "RELAY");
+}
+
+TEST_F(GridViewTest, AListThatIsLeftChoosesNothing) {
+    grid.setColKind(1, ColumnKind::DropDown);
+    grid.setComboList({"NONE", "RELAY", "TRIAC"});
+    grid.setText(3, 1, "NONE");
+    view->refresh();
+    clickOn(3, 1);
+    QTest::keyClick(view.get(), Qt::Key_T);
+    auto* box = view->viewport()->findChild<QComboBox*>();
+    ASSERT_NE(box, nullptr);
+    ASSERT_EQ(box->currentText(), "TRIAC");
+    box->hidePopup();
+    clickOn(5, 1);
+    EXPECT_FALSE(view->isEditing());
+    EXPECT_EQ(grid.text(3, 1), "NONE");
 }
 
 TEST_F(GridViewTest, SpaceTicksACheckBox) {

@@ -2,13 +2,16 @@
 // shows.
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QStatusBar>
+#include <QWheelEvent>
 
 #include "ViewRig.h"
 
@@ -259,6 +262,43 @@ TEST(Boards, AListLeftWithoutAChoiceGivesBackTheBoard) {
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_FALSE(view->isEditing());
     EXPECT_EQ(boards.text(1, 1), "TRIAC OUTPUT      610033");
+    ViewRig::choose(window, "mnuexit");
+}
+
+TEST(Boards, AClosedListChoosesNothingByWheelOrKeys) {
+    ViewRig rig;
+    rig.dialogs.answer(rig.path("a.qrv"));
+    rig.whenUp("FrmAsk", [](FormView& view) { ViewRig::click<QAbstractButton>(view, "Command1"); });
+    rig.host.load(rig.program.splash);
+    rig.program.splash.Timer1_Timer();
+    ASSERT_TRUE(QTest::qWaitFor([&rig] { return rig.host.isVisible(rig.program.general); }));
+    FormView& window = *rig.host.viewOf(rig.program.general);
+    Grid& boards = rig.program.general.fg;
+    auto* view = ViewRig::find<GridView>(window, "fg");
+    ViewRig::clickCell(*view, 1, 1);
+    if (!view->isEditing()) QTest::keyClick(view, Qt::Key_F2);
+    QPointer<QComboBox> list = view->viewport()->findChild<QComboBox*>(QStringLiteral("gridEditor"));
+    ASSERT_NE(list, nullptr);
+    const auto isOpen = [&list] { return list->view()->isVisible(); };
+    const int before = list->currentIndex();
+    list->hidePopup();
+    QWheelEvent turn(QPointF(4, 4), list->mapToGlobal(QPointF(4, 4)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QApplication::sendEvent(list, &turn);
+    ASSERT_TRUE(view->isEditing());
+    EXPECT_EQ(list->currentIndex(), before);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_End, Qt::Key_D}) {
+        list->hidePopup();
+        ASSERT_FALSE(isOpen());
+        QTest::keyClick(list, key);
+        ASSERT_TRUE(view->isEditing()) << key;
+        EXPECT_EQ(list->currentIndex(), before) << key;
+        EXPECT_TRUE(isOpen()) << key;
+    }
+    list->hidePopup();
+    QTest::keyClick(list, Qt::Key_Escape);
+    EXPECT_FALSE(view->isEditing());
+    EXPECT_EQ(boards.text(1, 1), "NONE");
     ViewRig::choose(window, "mnuexit");
 }
 

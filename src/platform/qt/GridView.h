@@ -52,7 +52,8 @@ class GridView : public QTableView {
     void refresh();
     /// Scrolls the selected cell into sight.
     void reveal();
-    /// Ends an edit that is under way as Enter does. False: its text was refused, and the editor stays.
+    /// Ends an edit that is left: a typed text is taken as by Enter, a list without a choice gives back the old text.
+    /// False: the typed text was refused, and the editor stays.
     bool finishEdit();
     [[nodiscard]] bool isEditing() const { return editor_ != nullptr; }
     /// The grid is about to go: the view is empty and deaf from now on.
@@ -85,6 +86,7 @@ class GridView : public QTableView {
     [[nodiscard]] int widthOf(int col) const;
     bool tellKey(Key key);
     bool editorKey(QKeyEvent* event);
+    bool listKey(const QKeyEvent& event);
     void startEdit(const std::optional<QString>& typed);
     void openEditor(const std::optional<QString>& typed);
     QWidget* makeDropDown(const std::optional<QString>& typed);
@@ -93,6 +95,8 @@ class GridView : public QTableView {
     void removeEditor();
     void finishLeftEdit();
     void giveUpEdit();
+    void takeEdit();
+    bool commitEditor();
     [[nodiscard]] QString editorText() const;
     void tick();
     [[nodiscard]] bool isOnArrow(const QModelIndex& index, const QPoint& position) const;

@@ -58,7 +58,8 @@ QWidget* GridView::makeDropDown(const std::optional<QString>& typed) {
     for (const std::string& choice : grid_->comboList()) box->addItem(shownText(choice));
     box->setCurrentIndex(typed ? box->findText(*typed, Qt::MatchStartsWith)
                                : box->findText(shownText(grid_->editText())));
-    connect(box, &QComboBox::activated, this, [this](int) { finishEdit(); });
+    connect(box, &QComboBox::activated, this, [this](int) { takeEdit(); });
+    box->view()->installEventFilter(this);
     return box;
 }
 
@@ -104,11 +105,20 @@ QString GridView::editorText() const {
 bool GridView::finishEdit() {
     if (!editor_ || !grid_) return true;
     if (committing_) return false;
+    if (!qobject_cast<QComboBox*>(editor_)) return commitEditor();
     // A list that is left without a choice is an edit given up.
-    if (const auto* box = qobject_cast<const QComboBox*>(editor_); box && box->currentIndex() < 0) {
-        giveUpEdit();
-        return true;
-    }
+    giveUpEdit();
+    return true;
+}
+
+/// By Enter, or by a choice in the list.
+void GridView::takeEdit() {
+    if (!editor_ || !grid_ || committing_) return;
+    const auto* box = qobject_cast<const QComboBox*>(editor_);
+    box && box->currentIndex() < 0 ? giveUpEdit() : static_cast<void>(commitEditor());
+}
+
+bool GridView::commitEditor() {
     committing_ = true;
     bool done = false;
     const std::string typed = typedText(editorText());
@@ -150,26 +160,46 @@ void GridView::removeEditor() {
     followFocus();
 }
 
+/// A closed list chooses nothing by itself: a key that would go along it opens it again.
+bool GridView::listKey(const QKeyEvent& event) {
+    static constexpr Qt::Key kLeave[] = {Qt::Key_Tab, Qt::Key_Backtab};
+    static constexpr Qt::Key kGo[] = {Qt::Key_Up,   Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown,
+                                      Qt::Key_Home, Qt::Key_End,  Qt::Key_F4};
+    if (std::ranges::find(kLeave, event.key()) != std::end(kLeave)) return false;
+    const bool goes = std::ranges::find(kGo, event.key()) != std::end(kGo) || !event.text().isEmpty();
+    if (goes) static_cast<QComboBox*>(editor_)->showPopup();
+    return goes;
+}
+
 bool GridView::editorKey(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
-        case Qt::Key_Enter: finishEdit(); return true;
+        case Qt::Key_Enter: takeEdit(); return true;
         case Qt::Key_Escape: giveUpEdit(); return true;
         case Qt::Key_Up:
         case Qt::Key_Down: {
-            if (!qobject_cast<QLineEdit*>(editor_)) return false;
+            if (qobject_cast<QComboBox*>(editor_)) return listKey(*event);
             const int step = event->key() == Qt::Key_Up ? -1 : 1;
             const QModelIndex here = currentIndex();
             if (finishEdit() && grid_)
                 setCurrentIndex(here.siblingAtRow(std::clamp(here.row() + step, 0, model_->rowCount() - 1)));
             return true;
         }
-        default: return false;
+        default: return qobject_cast<QComboBox*>(editor_) && listKey(*event);
     }
 }
 
 bool GridView::eventFilter(QObject* watched, QEvent* event) {
+    if (auto* box = qobject_cast<QComboBox*>(editor_); box && watched == box->view()) {
+        const bool isEscape =
+            event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+        if (!isEscape) return false;
+        box->hidePopup();
+        giveUpEdit();
+        return true;
+    }
     if (watched != editor_) return QTableView::eventFilter(watched, event);
+    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox*>(editor_)) return true;
     if (event->type() == QEvent::KeyPress) return editorKey(static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         event->accept();
