@@ -1,12 +1,11 @@
 // Programs down and up again: equal in all that a controller holds.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "ProgramText.h"
 #include "RandomProgram.h"
 #include "TransferRig.h"
 #include "tools/TextForm.h"
+#include "twins/Seed.h"
 
 namespace qrv::test {
 
@@ -16,11 +15,6 @@ constexpr int kPrograms = 200;
 constexpr int kShares = 4;
 constexpr int kSmallest = 40;  // functions of a program
 constexpr int kMostConstants = 5632;
-
-unsigned firstSeed() {
-    const char* given = std::getenv("QRV_TEST_SEED");
-    return given == nullptr ? std::random_device{}() : static_cast<unsigned>(std::strtoul(given, nullptr, 10));
-}
 
 /// Two tools at one controller after the other: what the first sends the second reads, into a file that holds another
 /// program already.
@@ -61,8 +55,7 @@ struct WholeFileRoundTrip : RoundTripRig, testing::Test {};
 }  // namespace
 
 TEST_P(RoundTrip, RandomProgramsComeBackAsTheyWent) {
-    const unsigned seed = firstSeed() + static_cast<unsigned>(GetParam());
-    std::printf("seed %u; repeat with QRV_TEST_SEED=%u\n", seed, seed - static_cast<unsigned>(GetParam()));
+    const unsigned seed = seedOfRun(static_cast<unsigned>(GetParam()));
     SCOPED_TRACE("seed " + std::to_string(seed));
     ProgramDrawer drawer(sender.bench, seed);
     // A controller holds no comments: those of the file that is read into stay.

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <random>
 
+#include "twins/Seed.h"
 #include "twins/TemporaryFolder.h"
 
 namespace qrv {
@@ -71,7 +72,7 @@ TEST_F(FileSettingsOf, KeepAnEmptyValueApartFromNone) {
 }
 
 TEST_F(FileSettingsOf, KeepAnyText) {
-    const auto seed = std::random_device{}();
+    const auto seed = seedOfRun();
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 random(seed);
     std::vector<std::string> texts{" a ",
@@ -108,7 +109,7 @@ TEST_F(FileSettingsOf, LoseOnlyTheDamagedLinesOfADamagedFile) {
 }
 
 TEST_F(FileSettingsOf, TakeAnyBytesAsAFileWithoutHarm) {
-    const auto seed = std::random_device{}();
+    const auto seed = seedOfRun();
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 random(seed);
     const std::string letters("[]=%;# aF0\n\r\0\xFF", 15);

@@ -17,6 +17,7 @@
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "store/LifeCycle.h"
+#include "twins/Seed.h"
 #include "twins/TemporaryFolder.h"
 #include "twins/UnattendedBench.h"
 
@@ -212,14 +213,8 @@ class KilledSessions : public testing::Test {
     Known known_;
 };
 
-std::uint32_t givenOrRandomSeed() {
-    const char* given = std::getenv("QRV_TEST_SEED");
-    return given != nullptr ? static_cast<std::uint32_t>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
-}
-
 TEST_F(KilledSessions, LeaveTheLastSaveWholeAThousandTimes) {
-    const std::uint32_t seed = givenOrRandomSeed();
-    std::printf("seed %u; repeat with QRV_TEST_SEED=%u\n", seed, seed);
+    const std::uint32_t seed = seedOfRun();
     std::mt19937 random(seed);
     for (int i = 0; i < kKills && !HasFatalFailure() && !known_.hasFailed; ++i) {
         SCOPED_TRACE("kill " + std::to_string(i) + " of seed " + std::to_string(seed));

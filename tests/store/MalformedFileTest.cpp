@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <iostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -17,6 +16,7 @@
 #include "store/DefaultRows.h"
 #include "store/LifeCycle.h"
 #include "store/Sqlite.h"
+#include "twins/Seed.h"
 #include "twins/TestBench.h"
 
 namespace qrv {
@@ -25,11 +25,6 @@ namespace {
 constexpr std::size_t kPage = 4096;
 constexpr std::size_t kLargestFile = std::size_t{1} << 26U;
 constexpr long kMostGrowth = 512L * 1024;  // KiB, the sanitizers' own quarantine included
-
-std::uint32_t seedOfRun() {
-    const char* given = std::getenv("QRV_TEST_SEED");
-    return given == nullptr ? std::random_device{}() : static_cast<std::uint32_t>(std::stoul(given));
-}
 
 long peakMemory() {
     rusage usage{};
@@ -108,7 +103,19 @@ class MalformedFile : public testing::TestWithParam<int> {
  protected:
     std::string made(const std::string& what) const { return what + ", seed " + std::to_string(seed_); }
 
-    std::uint32_t seed_ = seedOfRun() + static_cast<std::uint32_t>(GetParam());
+    /// The n-th of the files: one byte or up to 1024 of them changed.
+    std::string damaged(std::string bytes, int n) {
+        const int count = n % 3 == 0 ? 1 : static_cast<int>(random_() % 1024) + 1;
+        // In half of the files where the engine keeps its structure: the heads of pages.
+        for (int i = 0; i < count; ++i) {
+            std::size_t place = random_() % bytes.size();
+            if (n % 2 == 0) place = place / kPage * kPage + random_() % 64;
+            bytes[place % bytes.size()] = static_cast<char>(random_());
+        }
+        return bytes;
+    }
+
+    std::uint32_t seed_ = seedOfRun(static_cast<std::uint32_t>(GetParam()));
     std::mt19937 random_{seed_};
 };
 
@@ -116,21 +123,12 @@ constexpr int kShards = 4;
 constexpr int kFilesOfShard = 2500;
 
 TEST_P(MalformedFile, OpensOrIsRefusedWhateverBytesAreChanged) {
-    std::cout << "seed " << seed_ << "\n";
     Opener opener;
     const std::string whole = smallConfiguration();
     const long before = peakMemory();
     int opened = 0;
     for (int n = 0; n < kFilesOfShard; ++n) {
-        std::string bytes = whole;
-        const int count = n % 3 == 0 ? 1 : static_cast<int>(random_() % 1024) + 1;
-        // Half of them where the engine keeps its structure: the heads of pages.
-        for (int i = 0; i < count; ++i) {
-            std::size_t place = random_() % bytes.size();
-            if (n % 2 == 0) place = place / kPage * kPage + random_() % 64;
-            bytes[place % bytes.size()] = static_cast<char>(random_());
-        }
-        opened += opener.opens(bytes, made("file " + std::to_string(n))) ? 1 : 0;
+        opened += opener.opens(damaged(whole, n), made("file " + std::to_string(n))) ? 1 : 0;
     }
     EXPECT_LT(peakMemory() - before, kMostGrowth);
     EXPECT_LT(opened, kFilesOfShard);
@@ -294,19 +292,11 @@ std::string shippedCatalogue() {
 
 TEST_P(MalformedFile, OpensOrIsRefusedAsACatalogue) {
     constexpr int kCatalogues = 1000;
-    std::cout << "seed " << seed_ << "\n";
     const TemporaryFolder folder;
     const std::string whole = shippedCatalogue();
     ASSERT_TRUE(opensAsCatalogue(folder, whole, "the shipped catalogue"));
     for (int n = 0; n < kCatalogues; ++n) {
-        std::string bytes = whole;
-        const int count = n % 3 == 0 ? 1 : static_cast<int>(random_() % 1024) + 1;
-        for (int i = 0; i < count; ++i) {
-            std::size_t place = random_() % bytes.size();
-            if (n % 2 == 0) place = place / kPage * kPage + random_() % 64;
-            bytes[place % bytes.size()] = static_cast<char>(random_());
-        }
-        opensAsCatalogue(folder, bytes, made("catalogue " + std::to_string(n)));
+        opensAsCatalogue(folder, damaged(whole, n), made("catalogue " + std::to_string(n)));
     }
 }
 
