@@ -46,10 +46,15 @@ double cpuSeconds() {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-void startUp(ViewRig& rig) {
+void begin(ViewRig& rig) {
     rig.whenUp("frmGeneral", [](FormView& view) { ViewRig::choose(view, "mnuexit"); });
     rig.host.load(rig.program.splash);
     rig.program.splash.Timer1_Timer();
+}
+
+/// Until the main window is painted.
+void startUp(ViewRig& rig) {
+    begin(rig);
     if (!QTest::qWaitFor([&rig] { return rig.host.isVisible(rig.program.mainWindow); })) std::abort();
     rig.mainView().repaint();
     QApplication::processEvents();
@@ -63,10 +68,10 @@ void showOurs(const std::string& file) {
     _exit(0);  // the start was the question, not the end
 }
 
-/// Stays up until it is ended from without.
+/// Stays up until it is ended from without; comes to rest by itself.
 void keepOurs(const std::string& file) {
     ViewRig rig(file);
-    startUp(rig);
+    begin(rig);
     QApplication::exec();
 }
 
