@@ -69,7 +69,7 @@ class DownloadRun {
 
     /// What the selection's window and the download's do until "Start" can be pressed.
     void prepare() {
-        report_.passOver([this](const Notice&) { return session_.link().isCancelled(); });
+        report_.silence([this] { return session_.link().isCancelled(); });
         host().load(select_);
         for (const DownloadSection& section : kDownloadSections) {
             if (std::ranges::find(sections_, section.word) != sections_.end()) (select_.*section.box).value = true;
@@ -129,17 +129,23 @@ class DownloadRun {
         requireCommitted();
         const auto taken = bench.platform.clock.now() - start;
         const int unconfirmed = form_.outcome().unconfirmed;
+        const int unsent = form_.outcome().unsentStrings;
         std::string sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken);
         if (unconfirmed > 0) {
             sentence += (unconfirmed == 1 ? " 1 frame was" : " " + std::to_string(unconfirmed) + " frames were") +
                         " not confirmed, and what it carried may be missing: qrv verify tells.";
         }
-        return {.code = unconfirmed > 0 ? ExitCode::Findings : ExitCode::Done,
+        if (unsent > 0) {
+            sentence += (unsent == 1 ? " 1 string was" : " " + std::to_string(unsent) + " strings were") +
+                        std::string(" not sent: qrv verify names them.");
+        }
+        return {.code = unconfirmed > 0 || unsent > 0 ? ExitCode::Findings : ExitCode::Done,
                 .sentence = sentence,
-                .addFacts = [this, unconfirmed](Json& json) {
+                .addFacts = [this, unconfirmed, unsent](Json& json) {
                     addFacts(json);
                     json["committed"] = true;
                     json["unconfirmed"] = unconfirmed;
+                    json["unsentStrings"] = unsent;
                     json["bytes"] = form_.progress().bytes();
                     json["retries"] = form_.progress().retries();
                 }};
@@ -154,6 +160,9 @@ class DownloadRun {
                                                      "may not have been done. Download again.");
         }
         session_.failIfCancelled(kNotCommitted);
+        if (outcome.stage == DownloadStage::Reaching) {
+            throw CommandFailure(ExitCode::Link, session_.link().cause() + " " + kNothingSent);
+        }
         // A section that failed while the line was sound found a fault of the configuration's.
         const bool isOfLine = !session_.bench().xfer_ok;
         throw CommandFailure(

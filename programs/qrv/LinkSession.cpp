@@ -47,15 +47,17 @@ void addLineOptions(CLI::App& command, LineOptions& options) {
     command.add_option("--trace", options.trace, "Append every frame, both ways, to this file; - for standard error");
 }
 
-LinkSession::LinkSession(Terminal& terminal, const LineOptions& options, MessageBox* box)
-    : platform_(terminal),
-      bench_(withBox(platform_.services(), box == nullptr ? box_ : *box), findProgramPlaces()),
+LinkSession::LinkSession(Terminal& terminal, const LineOptions& options, TransferReport* report)
+    : terminal_(terminal),
+      platform_(terminal),
+      bench_(withBox(platform_.services(), report == nullptr ? static_cast<MessageBox&>(box_) : *report),
+             findProgramPlaces()),
       comm_(bench_) {
     readCommSettings(bench_);
     takeOptions(options);
-    beginTrace(terminal, options.trace);
+    beginTrace(options.trace, report);
     comm_.observe(this);
-    platform_.pump().catchSignals({SIGINT, SIGTERM}, [this](int) { cancel(); });
+    platform_.pump().catchSignals({SIGINT, SIGTERM, SIGHUP}, [this](int) { cancel(); });
 }
 
 void LinkSession::cancel() {
@@ -80,16 +82,26 @@ void LinkSession::takeOptions(const LineOptions& options) {
     bench_.comm_port = *number;
 }
 
-void LinkSession::beginTrace(Terminal& terminal, const std::string& file) {
+void LinkSession::beginTrace(const std::string& file, TransferReport* report) {
     if (file.empty()) return;
-    FrameTrace::Line line = [&terminal](const std::string& text) { terminal.say(text); };
+    FrameTrace::Line line = [this, report](const std::string& text) {
+        report == nullptr ? terminal_.say(text) : report->trace(text);
+    };
     if (file != kStandardError) {
+        tracePath_ = file;
         traceFile_.open(file, std::ios::app);
         if (!traceFile_) throw CommandFailure(ExitCode::File, file + " can't be written.");
-        line = [this](const std::string& text) { traceFile_ << text << std::endl; };
+        line = [this](const std::string& text) { traceToFile(text); };
     }
     line(timeOfDay(bench_.platform.clock.wallTime()) + ", " + lineName());
     trace_ = std::make_unique<FrameTrace>(bench_.platform.clock, line);
+}
+
+/// A trace that breaks off ends no transfer. It is told at once, and by the exit code.
+void LinkSession::traceToFile(const std::string& line) {
+    if (!traceFile_) return;
+    traceFile_ << line << std::endl;
+    if (!traceFile_) terminal_.tellLoss(tracePath_ + " can't be written: the trace is not whole.");
 }
 
 std::string LinkSession::lineName() const {

@@ -1,5 +1,5 @@
 // What the commands that talk to a controller begin with: the line as the options or else the user's settings name it,
-// frmComm upon it, a trace if one is wanted, and Ctrl+C as Cancel.
+// frmComm upon it, a trace if one is wanted, and Ctrl+C, a hang-up of the terminal and a request to end as Cancel.
 #pragma once
 
 #include <fstream>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "TerminalPlatform.h"
+#include "TransferReport.h"
 #include "link/FrameTrace.h"
 #include "link/LinkObserver.h"
 #include "link/frmComm.h"
@@ -42,8 +43,8 @@ class UnshownBox final : public MessageBox {
 
 class LinkSession final : public LinkObserver {
  public:
-    /// @param box  takes the words of boxes; null where the causes that are told here are enough
-    LinkSession(Terminal& terminal, const LineOptions& options, MessageBox* box = nullptr);
+    /// @param report  takes the words of boxes and of a trace; null where the causes that are told here are enough
+    LinkSession(Terminal& terminal, const LineOptions& options, TransferReport* report = nullptr);
     ~LinkSession() override { comm_.Close_Comm_Port(); }
     LinkSession(const LinkSession&) = delete;
     LinkSession& operator=(const LinkSession&) = delete;
@@ -62,8 +63,9 @@ class LinkSession final : public LinkObserver {
 
     /// Why the last transaction or the opening of the port failed, and what to do about it.
     [[nodiscard]] std::string cause() const;
+    /// By Ctrl+C, or by what else asks a program to end.
     [[nodiscard]] bool isCancelled() const { return isCancelled_; }
-    /// Called at Ctrl+C, when the transfer's flag has been set already.
+    /// Called at a cancel, when the transfer's flag has been set already.
     std::function<void()> whenCancelled = [] {};
 
     void sent(std::span<const std::uint8_t> frame, int attempt) override;
@@ -73,15 +75,18 @@ class LinkSession final : public LinkObserver {
 
  private:
     void takeOptions(const LineOptions& options);
-    void beginTrace(Terminal& terminal, const std::string& file);
+    void beginTrace(const std::string& file, TransferReport* report);
+    void traceToFile(const std::string& line);
     void requireGood();
     [[noreturn]] void failOfLength() const;
     void cancel();
 
+    Terminal& terminal_;
     TerminalPlatform platform_;
     UnshownBox box_;
     Workbench bench_;
     frmComm comm_;
+    std::string tracePath_;
     std::ofstream traceFile_;
     std::unique_ptr<FrameTrace> trace_;
     // Of the last transaction:

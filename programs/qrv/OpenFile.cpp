@@ -1,7 +1,7 @@
 #include "OpenFile.h"
 
-#include "Terminal.h"
-#include "platform/Files.h"
+#include <cerrno>
+
 #include "platform/RunTimeError.h"
 #include "store/Backups.h"
 #include "store/LifeCycle.h"
@@ -60,17 +60,23 @@ ConfigurationContent OpenFile::contentOf(const std::string& path) {
     return rows;
 }
 
-void OpenFile::saveAs(const std::string& path) {
+void OpenFile::saveAs(const std::string& path, const std::optional<FileIdentity>& before) {
     bench_.db.close_work_dbs();
-    const FileResult written = copyFile(bench_.WorkFileName, path, Permissions::OfTarget);
-    const std::string kept = written ? keepBackup(bench_.places.backups, bench_.WorkFileName, path) : "";
+    const std::string changed = before ? " has changed meanwhile." : " was made meanwhile by somebody else.";
+    if (identityOf(path) != before) keepWork(ExitCode::Refused, path, changed);
+    const FileResult fault =
+        before ? copyFile(bench_.WorkFileName, path, Permissions::OfTarget) : copyToNewFile(bench_.WorkFileName, path);
+    if (fault && fault->code == EEXIST) keepWork(ExitCode::Refused, path, changed);
+    if (fault) keepWork(ExitCode::File, path, " could not be written: " + fault->text + ".");
+    close();
+}
+
+void OpenFile::keepWork(ExitCode code, const std::string& path, const std::string& why) {
+    const std::string kept = keepBackup(bench_.places.backups, bench_.WorkFileName, path);
     // Where nothing else can be written the work file is all there is of the work: it stays.
-    const bool mayGo = !written || !kept.empty();
-    const std::string where = mayGo ? kept : bench_.WorkFileName;
-    mayGo ? close() : abandon();
-    if (!written) return;
-    throw CommandFailure(ExitCode::File,
-                         path + " could not be written: " + written->text + ". The work is kept as " + where + ".");
+    const std::string where = kept.empty() ? bench_.WorkFileName : kept;
+    kept.empty() ? abandon() : close();
+    throw CommandFailure(code, path + why + " The work is kept as " + where + ".");
 }
 
 }  // namespace qrv

@@ -1,8 +1,11 @@
 // The configuration that a command works on: the function catalogue, and a user's file in a work copy.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "Terminal.h"
+#include "platform/Files.h"
 #include "platform/MessageBox.h"
 #include "store/ConfigurationContent.h"
 
@@ -34,10 +37,15 @@ class OpenFile {
     [[nodiscard]] ConfigurationContent contentOf(const std::string& path);
 
     /// Puts the work in the place of the file at `path`, whole or not at all, and closes the configuration. Ends the
-    /// command where the file can't be written; a copy of the work is kept then.
-    void saveAs(const std::string& path);
+    /// command where the file can't be written, or where it is no longer what was there before; a copy of the work is
+    /// kept then.
+    /// @param before  what was there when the command began; absent: nothing
+    void saveAs(const std::string& path, const std::optional<FileIdentity>& before);
 
  private:
+    /// Closes the configuration and ends the command: why, and where the work is.
+    [[noreturn]] void keepWork(ExitCode code, const std::string& path, const std::string& why);
+
     Workbench& bench_;
     std::string newFile_;  ///< stands in for the file of a configuration that has none
     bool isOpen_ = false;

@@ -46,12 +46,12 @@ void Terminal::drawOver(std::string_view text) {
 }
 
 void Terminal::write(std::string_view data) {
-    if (!putAll(data, stdout)) outputFailed_ = true;
+    if (!putAll(data, stdout)) writeFailed_ = true;
 }
 
 void Terminal::flush() {
-    if (std::fflush(stdout) != 0) outputFailed_ = true;
-    if (outputFailed_) throw CommandFailure(ExitCode::File, kNotWhole);
+    if (std::fflush(stdout) != 0) writeFailed_ = true;
+    if (writeFailed_) throw CommandFailure(ExitCode::File, kNotWhole);
 }
 
 std::optional<std::string> Terminal::ask(std::string_view question) {
@@ -71,11 +71,20 @@ std::optional<bool> Terminal::askYesNo(std::string_view question) {
     return *answer == "y" || *answer == "Y" || *answer == "yes" || *answer == "Yes";
 }
 
+void Terminal::tellLoss(std::string_view sentence) {
+    isLost_ = true;
+    tell_(sentence);
+}
+
+ExitCode Terminal::withLoss(ExitCode code) const {
+    const bool isGood = code == ExitCode::Done || code == ExitCode::Findings;
+    return isLost_ && isGood ? ExitCode::File : code;
+}
+
 ExitCode Terminal::end() {
-    if (std::fflush(stdout) != 0) outputFailed_ = true;
-    if (!outputFailed_) return exitCode_;
-    say(std::string("qrv: ") + kNotWhole);
-    return ExitCode::File;
+    if (std::fflush(stdout) != 0) writeFailed_ = true;
+    if (writeFailed_) tellLoss(kNotWhole);
+    return withLoss(exitCode_);
 }
 
 void checkOutput(const std::string& path, Overwrite overwrite) {

@@ -2,10 +2,12 @@
 // standard error, so that a pipe gets data alone. Nothing is asked where no user sits at a terminal.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace qrv {
 
@@ -39,6 +41,10 @@ enum class Overwrite { Refuse, Allow };
 
 class Terminal {
  public:
+    Terminal() = default;
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
     /// A user sits there: can read a question and answer it.
     [[nodiscard]] bool canAsk() const;
     /// Words and progress are read as they come, not kept in a file: a bar may be drawn over itself.
@@ -60,6 +66,12 @@ class Terminal {
 
     /// How the program will end if nothing else fails.
     void endWith(ExitCode code) { exitCode_ = code; }
+    /// Tells of output that is not whole: where nothing worse happens the program ends with File.
+    void tellLoss(std::string_view sentence);
+    /// What `code` becomes by such a loss.
+    [[nodiscard]] ExitCode withLoss(ExitCode code) const;
+    /// From now on such a loss is told so; else as a line of words, "qrv: ...".
+    void tellLossesBy(std::function<void(std::string_view sentence)> tell) { tell_ = std::move(tell); }
     /// Hands over what was written, and gives the exit code: File where the standard output took not all of it.
     [[nodiscard]] ExitCode end();
 
@@ -68,7 +80,11 @@ class Terminal {
     void draw(std::string_view text);
 
     ExitCode exitCode_ = ExitCode::Done;
-    bool outputFailed_ = false;
+    bool writeFailed_ = false;
+    bool isLost_ = false;
+    std::function<void(std::string_view)> tell_ = [this](std::string_view sentence) {
+        say("qrv: " + std::string(sentence));
+    };
     bool isDrawnOver_ = false;
 };
 

@@ -41,15 +41,34 @@ Json jsonOf(const TransferProgress& progress) {
     return json;
 }
 
+Json noteOf(std::string_view sentence) { return {{"event", "note"}, {"text", sentence}}; }
+
+Json resultOf(std::string_view command, ExitCode code, std::string_view sentence) {
+    return {{"command", command}, {"exitCode", static_cast<int>(code)}, {"text", sentence}};
+}
+
+std::string textOf(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n"; }
+
+std::string lineOf(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
 }  // namespace
 
-void TransferReport::sayJson(const Json& json) {
-    terminal_.say(json.dump(-1, ' ', false, Json::error_handler_t::replace));
+TransferReport::TransferReport(Terminal& terminal, Style style, Consent consent)
+    : terminal_(terminal), style_(style), consent_(consent) {
+    if (style_ == Style::Words) return;
+    terminal.tellLossesBy([&terminal](std::string_view sentence) { terminal.say(lineOf(noteOf(sentence))); });
 }
+
+void TransferReport::sayJson(const Json& json) { terminal_.say(lineOf(json)); }
 
 void TransferReport::say(const std::string& sentence) {
     if (style_ == Style::Words) return terminal_.say(sentence);
-    sayJson({{"event", "note"}, {"text", sentence}});
+    sayJson(noteOf(sentence));
+}
+
+void TransferReport::trace(const std::string& line) {
+    if (style_ == Style::Words) return terminal_.say(line);
+    sayJson({{"event", "trace"}, {"text", line}});
 }
 
 Answer TransferReport::ask(const Notice& notice) {
@@ -59,6 +78,7 @@ Answer TransferReport::ask(const Notice& notice) {
 }
 
 Answer TransferReport::tellAndAnswer(const Notice& notice) {
+    if (isSilent_()) return notice.buttons == Buttons::YesNo ? Answer::No : Answer::Ok;
     if (isPassedOver_(notice)) return notice.buttons == Buttons::YesNo ? Answer::Yes : Answer::Ok;
     if (style_ == Style::Json) {
         sayJson({{"event", "message"}, {"title", notice.title}, {"text", notice.text}});
@@ -96,9 +116,13 @@ void TransferReport::show(const TransferProgress& progress) {
 void TransferReport::end(std::string_view command, const Ending& ending) {
     terminal_.endWith(ending.code);
     if (style_ == Style::Words) return terminal_.say(ending.sentence);
-    Json json{{"command", command}, {"exitCode", static_cast<int>(ending.code)}, {"text", ending.sentence}};
+    Json json = resultOf(command, terminal_.withLoss(ending.code), ending.sentence);
     ending.addFacts(json);
-    terminal_.write(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+    terminal_.write(textOf(json));
+}
+
+void tellMisunderstood(Terminal& terminal, std::string_view command, std::string_view sentence) {
+    terminal.write(textOf(resultOf(command, ExitCode::Usage, sentence)));
 }
 
 void TransferReport::run(std::string_view command, const std::function<Ending()>& body) {

@@ -23,17 +23,23 @@ class TransferReport final : public MessageBox {
  public:
     enum class Style { Words, Json };
 
-    TransferReport(Terminal& terminal, Style style, Consent consent)
-        : terminal_(terminal), style_(style), consent_(consent) {}
+    TransferReport(Terminal& terminal, Style style, Consent consent);
+    ~TransferReport() override = default;
+    TransferReport(const TransferReport&) = delete;
+    TransferReport& operator=(const TransferReport&) = delete;
 
     /// A box of the transfer's: its words become lines; None where nobody can answer a question.
     Answer ask(const Notice& notice) override;
     /// From now on boxes for which this holds are neither told nor asked, and their answer is Yes or Ok.
     void passOver(std::function<bool(const Notice&)> which) { isPassedOver_ = std::move(which); }
+    /// From now on nothing is told or asked while this holds, and a question's answer is No: nobody wants to go on.
+    void silence(std::function<bool()> when) { isSilent_ = std::move(when); }
     /// What the last question got.
     [[nodiscard]] Answer lastAnswer() const { return lastAnswer_; }
     /// One line of our own.
     void say(const std::string& sentence);
+    /// One line of a trace of the frames.
+    void trace(const std::string& line);
     void show(const TransferProgress& progress);
 
     /// Runs a command and ends it with what it gives: one JSON object on the standard output, in words a sentence. A
@@ -62,9 +68,13 @@ class TransferReport final : public MessageBox {
     Terminal& terminal_;
     Style style_;
     Consent consent_;
+    std::function<bool()> isSilent_ = [] { return false; };
     std::function<bool(const Notice&)> isPassedOver_ = [](const Notice&) { return false; };
     Answer lastAnswer_ = Answer::None;
     Shown shown_;
 };
+
+/// Tells, as the one JSON object that a transfer promises, that its command line can't be understood.
+void tellMisunderstood(Terminal& terminal, std::string_view command, std::string_view sentence);
 
 }  // namespace qrv

@@ -2,11 +2,13 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 
 #include "Commands.h"
 #include "UploadRun.h"
 #include "platform/Files.h"
+#include "platform/Folders.h"
 
 namespace qrv {
 
@@ -14,16 +16,17 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// True for a file that is there. Ends the command where it may not be uploaded into.
-bool isThere(const TransferOptions& options) {
+/// The file that is there, if one is. Ends the command where it may not be uploaded into.
+std::optional<FileIdentity> targetOf(const TransferOptions& options) {
     checkOutput(options.file, Overwrite::Allow);
-    if (!exists(options.file)) return false;
+    const std::optional<FileIdentity> target = identityOf(options.file);
+    if (!target) return target;
     if (!options.force) {
         throw CommandFailure(ExitCode::Refused,
                              options.file + " exists already; --force uploads into it and keeps what isn't uploaded.");
     }
     if (isReadOnly(options.file)) throw CommandFailure(ExitCode::File, options.file + " is read-only.");
-    return true;
+    return target;
 }
 
 void openTarget(TransferSession& session, TransferReport& report, const TransferOptions& options, bool isThere) {
@@ -38,14 +41,15 @@ void openTarget(TransferSession& session, TransferReport& report, const Transfer
 
 TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options, TransferReport& report) {
     const std::vector<std::string> sections = sectionsNamed(options.sections, uploadSections());
-    const bool wasThere = isThere(options);
+    const std::optional<FileIdentity> before = targetOf(options);
+    const bool wasThere = before.has_value();
     TransferSession session(terminal, options.line, report);
     openTarget(session, report, options, wasThere);
-    UploadRun run(session, report);
+    UploadRun run(session, report, logFolders(systemEnvironment));
     const Clock& clock = session.bench().platform.clock;
     const auto start = clock.now();
     run.run(sections, wasThere ? options.file + " is as it was." : "No file was made.");
-    session.file().saveAs(options.file);
+    session.file().saveAs(options.file, before);
     const TransferProgress& progress = run.progress();
     const int failed = run.failedReads();
     std::string sentence = options.file + (wasThere ? " has" : " made with") +
@@ -53,16 +57,20 @@ TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options
     if (failed > 0) sentence += " " + run.failedReadsText();
     const std::vector<std::int16_t> foreign = run.foreignBlocks();
     if (!foreign.empty()) sentence += " " + run.foreignText();
-    return {.code = failed > 0 || !foreign.empty() ? ExitCode::Findings : ExitCode::Done,
+    const std::vector<RepeatedString> repeated = run.findings().repeatedStrings;
+    if (!repeated.empty()) sentence += " " + run.repeatedText();
+    const bool isWhole = failed == 0 && foreign.empty() && repeated.empty();
+    return {.code = isWhole ? ExitCode::Done : ExitCode::Findings,
             .sentence = sentence,
             .addFacts = [&options, line = session.link().lineName(), log = run.logFile(), bytes = progress.bytes(),
-                         retries = progress.retries(), failed, foreign](Json& json) {
+                         retries = progress.retries(), failed, foreign, repeated](Json& json) {
                 json["file"] = options.file;
                 json["line"] = line;
                 json["bytes"] = bytes;
                 json["retries"] = retries;
                 json["failedReads"] = failed;
                 json["foreignBlocks"] = foreign;
+                json["repeatedStrings"] = jsonOf(repeated);
                 json["log"] = log;
             }};
 }

@@ -1,27 +1,32 @@
 #include "UploadRun.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
-#include "link/UploadHeadings.h"
 #include "link/UploadSections.h"
-#include "platform/Folders.h"
+#include "link/frmComm.h"
+#include "platform/SerialPort.h"
 
 namespace qrv {
 
 std::vector<std::string> uploadSections() { return availableWords(kUploadSections); }
 
-UploadRun::UploadRun(TransferSession& session, TransferReport& report)
-    : session_(session),
-      report_(report),
-      logFolder_(temporaryFolder(systemEnvironment)),
-      form_(session.bench(), session.link().comm(), session.window(), logFolder_) {}
+nlohmann::ordered_json jsonOf(const std::vector<RepeatedString>& strings) {
+    auto list = nlohmann::ordered_json::array();
+    for (const RepeatedString& repeated : strings) {
+        list.push_back({{"block", repeated.block}, {"offset", repeated.offset}});
+    }
+    return list;
+}
 
-std::string UploadRun::logFile() const { return logFolder_ + "/" + std::string(uploadlog::kFileName); }
+UploadRun::UploadRun(TransferSession& session, TransferReport& report, const std::vector<std::string>& logFolders)
+    : session_(session), report_(report), form_(session.bench(), session.link().comm(), session.window(), logFolders) {}
 
 std::string UploadRun::failedReadsText() const {
     const int count = failedReads();
     return (count == 1 ? "1 read" : std::to_string(count) + " reads") +
-           " of constants came to nothing, and what stands in their place is wrong; " + logFile() + " tells which.";
+           " of constants came to nothing, and what stands in their place is wrong" +
+           (logFile().empty() ? "." : "; " + logFile() + " tells which.");
 }
 
 std::string UploadRun::foreignText() const {
@@ -31,12 +36,24 @@ std::string UploadRun::foreignText() const {
            ", and constants behind it may be those of other blocks.";
 }
 
+std::string UploadRun::repeatedText() const {
+    std::string list;
+    for (const RepeatedString& repeated : findings().repeatedStrings) {
+        list += (list.empty() ? "" : ", ") + std::string("block ") + std::to_string(repeated.block) + " offset " +
+                std::to_string(repeated.offset);
+    }
+    return "The controller has a second text for " + list + "; the first one was taken.";
+}
+
 void UploadRun::prepare(const std::string& unharmed) {
+    session_.failIfCancelled(unharmed);
+    // A cancel while the controller is looked for leaves nothing to ask.
+    report_.silence([this] { return !session_.bench().in_upload && session_.link().isCancelled(); });
     session_.bench().platform.formHost.load(form_);
     form_.activate();
-    if (!form_.quit_now) return;
     session_.failIfCancelled(unharmed);
-    if (report_.lastAnswer() == Answer::Yes || !session_.bench().xfer_ok) {
+    if (!form_.quit_now) return;
+    if (form_.outcome().stage == UploadStage::Reaching) {
         throw CommandFailure(ExitCode::Link, session_.link().cause());
     }
     throw CommandFailure(ExitCode::Refused,
@@ -58,9 +75,18 @@ void UploadRun::run(const std::vector<std::string>& sections, const std::string&
     };
     form_.Continue_Click();
     if (form_.outcome().complete) return;
+    fail(unharmed);
+}
+
+void UploadRun::fail(const std::string& unharmed) {
     session_.failIfCancelled(unharmed);
-    const std::string cause = session_.bench().xfer_ok ? "What came back makes no program." : session_.link().cause();
-    throw CommandFailure(ExitCode::Link, cause + " " + unharmed + " " + logFile() + " has every exchange.");
+    const std::string where = logFile().empty() ? "" : " " + logFile() + " has every exchange.";
+    const std::string& storeFault = form_.outcome().storeFault;
+    if (!storeFault.empty()) throw CommandFailure(ExitCode::File, storeFault + " " + unharmed + where);
+    const bool isOfLine =
+        !session_.bench().xfer_ok || session_.bench().platform.serialPort.fault() != SerialFault::None;
+    const std::string cause = isOfLine ? session_.link().cause() : "What came back makes no program.";
+    throw CommandFailure(ExitCode::Link, cause + " " + unharmed + where);
 }
 
 }  // namespace qrv

@@ -1,9 +1,14 @@
 // `qrv`: the work on QRV configurations and controllers from a terminal.
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <csignal>
+#include <string>
+#include <vector>
 
 #include "Commands.h"
 #include "Session.h"
 #include "Terminal.h"
+#include "TransferReport.h"
 #include "platform/CodePage.h"
 #include "platform/Folders.h"
 #include "platform/RunTimeError.h"
@@ -27,7 +32,7 @@ constexpr const char* kFooter =
     "  3  a file can't be read, written or understood\n"
     "  4  the controller can't be reached or gave a bad answer\n"
     "  5  refused: by the user, for want of --force or --yes, or because the controller can't take it\n"
-    "  6  cancelled by Ctrl+C\n";
+    "  6  cancelled by Ctrl+C, or because the terminal went away\n";
 
 std::string catalogueVersion(qrv::Terminal& terminal) {
     try {
@@ -39,11 +44,28 @@ std::string catalogueVersion(qrv::Terminal& terminal) {
 
 std::string versions(qrv::Terminal& terminal) { return qrv::versionLines("qrv", catalogueVersion(terminal)); }
 
+/// The transfer that a command line names, if its result is to be JSON; "" otherwise.
+std::string transferWithJson(int argc, char** argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (std::ranges::find(words, "--json") == words.end()) return {};
+    const auto isTransfer = [](const std::string& word) {
+        return word == "download" || word == "upload" || word == "verify";
+    };
+    const auto found = std::ranges::find_if(words, isTransfer);
+    return found == words.end() ? std::string{} : *found;
+}
+
 ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return terminal.end();
     } catch (const CLI::ParseError& error) {
+        const std::string transfer = error.get_exit_code() == 0 ? "" : transferWithJson(argc, argv);
+        if (!transfer.empty()) {
+            qrv::tellMisunderstood(terminal, transfer, error.what());
+            terminal.endWith(ExitCode::Usage);
+            return terminal.end();
+        }
         const bool isAnswer = app.exit(error) == 0;  // help or version
         return isAnswer ? terminal.end() : ExitCode::Usage;
     } catch (const qrv::CommandFailure& failure) {
@@ -59,6 +81,8 @@ ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {
 
 int main(int argc, char** argv) {
     qrv::provideTemp();
+    // A reader that went away shows as output that can't be written, and the way out is the usual one.
+    std::signal(SIGPIPE, SIG_IGN);
     qrv::Terminal terminal;
     CLI::App app{kDescription, "qrv"};
     app.footer(kFooter);

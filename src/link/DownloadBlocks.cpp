@@ -5,6 +5,7 @@
 
 #include "blocks/ParameterScale.h"
 #include "link/BlockLayout.h"
+#include "link/BlockTable.h"
 #include "link/frmComm.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
@@ -51,12 +52,6 @@ class BlockDownload {
     }
 
  private:
-    /// Where the next block's data begin.
-    struct Places {
-        std::int16_t temporary = 0;
-        std::int16_t constant = 0;
-        std::int16_t retentive = 0;
-    };
     enum class Visit { Done, Stop };
 
     void abort(const char* reason) {
@@ -73,7 +68,7 @@ class BlockDownload {
     // --- the block table ---
     [[nodiscard]] bool knowsAllFunctions();
     void sendTable();
-    void putRecord(int& index, Places& places);
+    void putRecord(int& index, BlockPlaces& places);
     void failTable();
 
     // --- the constants ---
@@ -96,6 +91,7 @@ class BlockDownload {
     void sendStrings();
     [[nodiscard]] std::optional<StringPlace> placeOfString();
     bool sendString(std::int16_t& offset);
+    void countUnsent();
     void sendStringRecord(std::int16_t& offset, std::int16_t block, const StringPlace& place, const std::string& text);
 
     Workbench& bench_;
@@ -123,7 +119,7 @@ void BlockDownload::failTable() { fail({.text = "ERROR DOWNLOADING BLOCKS"}, "Fo
 
 void BlockDownload::sendTable() {
     if (!knowsAllFunctions()) return failTable();
-    Places places;
+    BlockPlaces places;
     db_.BlockMoveFirst();
     for (std::int16_t frame = 0; frame < kTableFrames; ++frame) {
         int index = comm_.put_write_head(Section::BlockTable, kTableFrame, frame * kTableFrame);
@@ -138,7 +134,7 @@ void BlockDownload::sendTable() {
     }
 }
 
-void BlockDownload::putRecord(int& index, Places& places) {
+void BlockDownload::putRecord(int& index, BlockPlaces& places) {
     db_.FuncSeekI(db_.BlockFn());
     comm_.put_byte(index, 0);
     comm_.put_byte(index, db_.BlockFn());
@@ -147,9 +143,11 @@ void BlockDownload::putRecord(int& index, Places& places) {
     comm_.put_word(index, places.retentive);
     comm_.put_byte(index, db_.FuncFtype());
     comm_.put_byte(index, 0);
-    places.temporary = toInt16(places.temporary + db_.FuncIcycle());
-    places.constant = toInt16(places.constant + db_.FuncInputs() + db_.FuncParams() + db_.FuncHidden());
-    places.retentive = toInt16(places.retentive + db_.FuncVolRam());
+    places = placesBehind(db_, places);
+    // The sums are 16 bits wide, and what goes beyond is no address.
+    for (const std::int32_t place : {places.temporary, places.constant, places.retentive}) {
+        static_cast<void>(toInt16(place));
+    }
 }
 
 // --- the constants ---
@@ -287,9 +285,15 @@ void BlockDownload::sendStrings() {
         for (int i = 0; i < kMostStrings && sendString(offset); ++i) {
         }
     }
+    countUnsent();
     int index = comm_.put_write_head(Section::Constants, 2, offset);
     comm_.put_word(index, kStringsEnd);
     comm_.send_section_frame(2);
+}
+
+/// The rows from the current one on stay here.
+void BlockDownload::countUnsent() {
+    for (; !db_.ParmstrEOF(); db_.ParmstrMoveNext()) ++comm_.unsentStrings;
 }
 
 /// Which parameter the current row's text belongs to. Nothing where its block has no such string: the row is a

@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "link/UploadLog.h"
 
@@ -10,8 +11,10 @@ namespace qrv {
 
 class UploadLogFile final : public UploadLog {
  public:
-    /// @param folder  UTF-8. Raises "Path/File access error" where the file can't be written.
-    explicit UploadLogFile(const std::string& folder);
+    /// Takes the first folder that lets the file be written; a link or another user's file of that name doesn't.
+    /// @param folders  UTF-8, at least one; those behind the first are made where they are missing. Raises "Path/File
+    /// access error" where none does.
+    explicit UploadLogFile(const std::vector<std::string>& folders);
 
     void print(std::string_view line) override;
     [[nodiscard]] std::string path() const override { return path_; }

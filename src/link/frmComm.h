@@ -15,6 +15,7 @@
 #include "link/Sections.h"
 #include "link/TickTimer.h"
 #include "link/Transaction.h"
+#include "link/UploadFindings.h"
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
 
@@ -109,8 +110,6 @@ class frmComm final : public Form {
     // --- the constants image, read slot by slot ---
     std::int16_t constant_offset = 0;  ///< next offset to read
     std::int16_t constant_index = 0;   ///< 0..31, the constant's place in `rcv_bfr`
-    /// Blocks whose function, as the last upload brought it, the catalogue lacks: they were left as they were.
-    std::vector<std::int16_t> foreignBlocks;
     void get_integer_constant(std::int16_t& value);
     void get_long_constant(std::int32_t& value);
     void get_no_constant(std::int16_t& value);
@@ -126,6 +125,11 @@ class frmComm final : public Form {
     void printLine(std::string_view line);
     /// Tells of an upload that can't go on, and where its log is; raises `xfer_abort` with the reason.
     void AbortUpload(const std::string& reason);
+
+    // --- beside the protocol: what the last transfer met ---
+    UploadFindings uploadFindings;
+    /// Rows of string parameters that a download did not send.
+    std::int32_t unsentStrings = 0;
 
     // --- the settings form ---
     ListBox Combo1;  ///< baud rate

@@ -56,6 +56,7 @@ void frmDownload::Download_Click() {
         announce();
         runSections();
     } else {
+        outcome_.stage = DownloadStage::Reaching;
         fail("Form Download Form Load comm open fail");
     }
     finish();
@@ -87,6 +88,7 @@ void frmDownload::runSections() {
     progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();
     failuresBefore_ = comm_.failuresSoFar();
+    comm_.unsentStrings = 0;
     for (const DownloadSection& section : kDownloadSections) {
         if (bench_.xfer_ok && bench_.*section.flag && !bench_.xfer_abort) runSection(section);
     }
@@ -124,6 +126,7 @@ void frmDownload::runRoutine(const DownloadSection& section) {
 void frmDownload::finish() {
     // A Cancel that came when the commit was on its way came too late.
     outcome_.unconfirmed = comm_.failuresSoFar() - failuresBefore_;
+    outcome_.unsentStrings = comm_.unsentStrings;
     outcome_.reason = bench_.xfer_abort && !outcome_.committed ? bench_.xfer_abort_reason : "";
     bench_.bytes_sent = bench_.bytes_total;
     Label7.caption = "100%";
@@ -159,8 +162,6 @@ bool frmDownload::queryUnload(UnloadMode mode) {
 
 void frmDownload::unload() {
     comm_.showBytesSent = [] {};
-    // A check that failed before the start leaves by here alone; what comes next begins anew.
-    bench_.xfer_abort = false;
     comm_.Close_Comm_Port();
     // A form that left before its start has raised it, and would end the next user's exchanges at their first attempt.
     bench_.xfer_abort = false;

@@ -35,6 +35,8 @@ struct DownloadOutcome {
     bool committed = false;
     /// Frames that were never confirmed. A committed download may have some: nobody asks how a string's frame went.
     std::int32_t unconfirmed = 0;
+    /// Strings of the configuration that were left out: there were too many, or one belongs to no parameter.
+    std::int32_t unsentStrings = 0;
     std::string reason;  ///< which place raised `xfer_abort`; "" where none did
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "link/BadAnswer.h"
 #include "link/UploadHeadings.h"
 #include "link/UploadLogFile.h"
 #include "link/UploadSections.h"
@@ -19,10 +20,10 @@ namespace {
 constexpr std::size_t kVersionDigits = 5;
 constexpr const char* kCancelReason = "Form Upload query unload";
 
-/// Ties the log to the protocol for as long as it lives.
+/// Ties the log, where one is kept, to the protocol for as long as it lives.
 class Logging {
  public:
-    Logging(frmComm& comm, UploadLog& log) : comm_(comm) { comm_.logTo(&log); }
+    Logging(frmComm& comm, UploadLog* log) : comm_(comm) { comm_.logTo(log); }
     ~Logging() { comm_.logTo(nullptr); }
     Logging(const Logging&) = delete;
     Logging& operator=(const Logging&) = delete;
@@ -33,8 +34,8 @@ class Logging {
 
 }  // namespace
 
-frmUpload::frmUpload(Workbench& bench, frmComm& comm, const TransferWindow& window, std::string logFolder)
-    : Form("frmUpload", "Upload"), bench_(bench), comm_(comm), window_(window), logFolder_(std::move(logFolder)) {
+frmUpload::frmUpload(Workbench& bench, frmComm& comm, const TransferWindow& window, std::vector<std::string> logFolders)
+    : Form("frmUpload", "Upload"), bench_(bench), comm_(comm), window_(window), logFolders_(std::move(logFolders)) {
     for (const UploadSection& section : kUploadSections) (this->*section.box).enabled = section.isAvailable();
 }
 
@@ -68,7 +69,10 @@ void frmUpload::reachController() {
         return;
     }
     comm_.poll_qrm3();
-    if (bench_.xfer_ok) return;
+    if (bench_.xfer_ok) {
+        outcome_.stage = UploadStage::Asking;
+        return;
+    }
     bench_.platform.messageBox.say("Could Not Connect");
     quit_now = true;
 }
@@ -106,22 +110,33 @@ void frmUpload::activate() {
 
 void frmUpload::Continue_Click() {
     if (quit_now || bench_.in_upload) return;
+    // Where it can't be opened nothing has begun that would have to be ended.
+    const std::unique_ptr<UploadLogFile> log = openLog();
     begin();
     {
-        UploadLogFile log(logFolder_);
-        const Logging logging(comm_, log);
+        const Logging logging(comm_, log.get());
         runSections();
         if (bench_.xfer_ok && !bench_.xfer_abort) window_.showGeneral();
         if (bench_.xfer_abort) {
-            log.print(uploadlog::kCancel);
-            log.print(bench_.xfer_abort_reason);
+            comm_.printLine(uploadlog::kCancel);
+            comm_.printLine(bench_.xfer_abort_reason);
             revert();
         }
     }
     end();
 }
 
+std::unique_ptr<UploadLogFile> frmUpload::openLog() {
+    logPath_.clear();
+    if (logFolders_.empty()) return nullptr;
+    auto log = std::make_unique<UploadLogFile>(logFolders_);
+    logPath_ = log->path();
+    return log;
+}
+
 void frmUpload::begin() {
+    outcome_.stage = UploadStage::Sections;
+    comm_.uploadFindings = {};
     showProgressControls(true);
     BytesReceived.caption = "0";
     bench_.in_upload = true;
@@ -181,6 +196,8 @@ void frmUpload::end() {
     outcome_.failedReads = comm_.failuresSoFar() - failuresBefore_;
     outcome_.complete = bench_.xfer_ok && !bench_.xfer_abort && everySectionCame_;
     outcome_.reason = bench_.xfer_abort ? bench_.xfer_abort_reason : "";
+    const auto& error = comm_.uploadFindings.error;
+    if (error && !isOfBadAnswer(*error)) outcome_.storeFault = error->description();
     window_.refreshAll();
     bench_.in_upload = false;
     bench_.xfer_abort = false;

@@ -5,8 +5,10 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "link/TransferProgress.h"
 #include "link/TransferWindow.h"
@@ -15,23 +17,30 @@
 
 namespace qrv {
 
+class UploadLogFile;
 class frmComm;
 struct UploadSection;
 struct Workbench;
 
+/// How far an upload came: is a controller there, may the open configuration be overwritten, the sections.
+enum class UploadStage { Reaching, Asking, Sections };
+
 /// How an upload ended.
 struct UploadOutcome {
+    UploadStage stage = UploadStage::Reaching;
     bool complete = false;  ///< every section came, and whole
     /// Reads that came to nothing. A complete upload may have some: nobody asks how a read of constants went, and what
     /// stands in the place of its values is wrong.
     std::int32_t failedReads = 0;
     std::string reason;  ///< which place raised `xfer_abort`; "" where none did
+    /// Why what came could not be stored, as a sentence; "" where that was not what failed.
+    std::string storeFault;
 };
 
 class frmUpload final : public Form {
  public:
-    /// @param logFolder  where the log goes
-    frmUpload(Workbench& bench, frmComm& comm, const TransferWindow& window, std::string logFolder);
+    /// @param logFolders  the log goes into the first of them that takes it; where there is none no log is kept
+    frmUpload(Workbench& bench, frmComm& comm, const TransferWindow& window, std::vector<std::string> logFolders);
 
     Label Label5{.caption = "Select Items To Upload"};
     Choice Blocks{.caption = "Blocks"};
@@ -69,6 +78,8 @@ class frmUpload final : public Form {
     // --- beside the window ---
     [[nodiscard]] const UploadOutcome& outcome() const { return outcome_; }
     [[nodiscard]] const TransferProgress& progress() const { return progress_; }
+    /// Where the last upload's log is; "" where none was kept.
+    [[nodiscard]] const std::string& logPath() const { return logPath_; }
     /// After each count of received bytes, and at each section's beginning.
     std::function<void()> onProgress = [] {};
 
@@ -78,6 +89,7 @@ class frmUpload final : public Form {
     void reachController();
     void readVersion();
     void askToOverwrite();
+    [[nodiscard]] std::unique_ptr<UploadLogFile> openLog();
     void begin();
     void runSections();
     void runSection(const UploadSection& section);
@@ -88,7 +100,8 @@ class frmUpload final : public Form {
     Workbench& bench_;
     frmComm& comm_;
     const TransferWindow& window_;
-    std::string logFolder_;
+    std::vector<std::string> logFolders_;
+    std::string logPath_;
     UploadOutcome outcome_;
     TransferProgress progress_;
     std::int32_t retriesBefore_ = 0;

@@ -1,6 +1,8 @@
 #include "link/upLoadBlocks.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <string>
 
 #include "blocks/BlockNumbers.h"
@@ -8,6 +10,7 @@
 #include "blocks/Boards.h"
 #include "blocks/ParameterScale.h"
 #include "link/BlockLayout.h"
+#include "link/BlockTable.h"
 #include "link/UploadHeadings.h"
 #include "link/frmComm.h"
 #include "platform/MessageBox.h"
@@ -75,6 +78,15 @@ class BlockUpload {
         return bench_.rcv_bfr[static_cast<std::size_t>(index)];
     }
 
+    /// Only the function must be there: what else a short reply lacks is zero.
+    [[nodiscard]] BlockRecord recordAt(int index) const {
+        static_cast<void>(byteAt(index + kFunctionInRecord));
+        const auto rest = std::span(bench_.rcv_bfr).subspan(static_cast<std::size_t>(index));
+        std::array<std::uint8_t, kBlockRecordLength> bytes{};
+        std::ranges::copy(rest.first(std::min(rest.size(), bytes.size())), bytes.begin());
+        return blockRecordOf(bytes);
+    }
+
     bool poll();
     bool read(Section section, std::int16_t count, std::int16_t offset);
     bool readTable();
@@ -85,6 +97,7 @@ class BlockUpload {
     void storeConstant(std::int32_t value);
     bool readStrings();
     void takeString();
+    [[nodiscard]] bool isThere(std::int16_t block, std::int16_t offset);
     void storeSlots();
     [[nodiscard]] std::string boardAt(std::int16_t firstBlock);
     [[nodiscard]] std::int16_t functionAt(std::int16_t block);
@@ -117,14 +130,16 @@ bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset)
 
 bool BlockUpload::readTable() {
     std::int16_t block = 0;
-    comm_.foreignBlocks.clear();
     for (std::int16_t i = 0; i < kTableReads; ++i) {
         const auto offset = static_cast<std::int16_t>(i * kTableRead);
         comm_.printLine("Offset:" + printed(offset));
         if (!read(Section::BlockTableBack, kTableRead, offset)) return false;
         for (int record = 0; record < kRecordsPerRead; ++record) {
-            const std::uint8_t function = byteAt(kDataStart + record * kBlockRecordLength + kFunctionInRecord);
-            if (!assign_block_function(bench_, block, function)) comm_.foreignBlocks.push_back(block);
+            const BlockRecord found = recordAt(kDataStart + record * kBlockRecordLength);
+            comm_.uploadFindings.blockTable.push_back(found);
+            if (!assign_block_function(bench_, block, found.function)) {
+                comm_.uploadFindings.foreignBlocks.push_back(block);
+            }
             ++block;
         }
     }
@@ -223,11 +238,20 @@ void BlockUpload::takeString() {
     db_.ParamSeek(db_.FuncFN(), number);
     if (db_.ParamNoMatch() || db_.ParamType() != kStringParameter) return;
     const std::int32_t offset = number + db_.FuncInputs() - 1;
+    if (isThere(static_cast<std::int16_t>(block), toInt16(offset))) return;
     db_.ParmstrAddNew();
     db_.ParmstrBlockNumber(block);
     db_.ParmstrOffset(offset);
     db_.ParmstrStr(text);
     db_.ParmstrUpdate();
+}
+
+/// A second text for the same parameter, which is told. The first one stays.
+bool BlockUpload::isThere(std::int16_t block, std::int16_t offset) {
+    db_.ParmstrSeek(block, offset);
+    if (db_.ParmstrNoMatch()) return false;
+    comm_.uploadFindings.repeatedStrings.push_back({.block = block, .offset = offset});
+    return true;
 }
 
 std::int16_t BlockUpload::functionAt(std::int16_t block) {
@@ -272,10 +296,13 @@ std::int32_t mostUploadBytesOfBlocks() {
 
 void upLoadBlocks(Workbench& bench, frmComm& comm) {
     // A reply that is too short, or a program that doesn't fit the catalogue, ends the upload and not the program.
-    const bool ran = ignoringErrors([&] { BlockUpload(bench, comm).run(); });
-    if (ran) return;
-    comm.Close_Comm_Port();
-    if (!bench.xfer_abort) comm.AbortUpload("Runtime Error");
+    try {
+        BlockUpload(bench, comm).run();
+    } catch (const RunTimeError& error) {
+        comm.uploadFindings.error = error;
+        comm.Close_Comm_Port();
+        if (!bench.xfer_abort) comm.AbortUpload("Runtime Error");
+    }
 }
 
 }  // namespace qrv

@@ -67,6 +67,15 @@ FileResult readPieces(const Source& source, const std::string& path, Take take) 
     }
 }
 
+/// Begins the replacement and gives it the content of `from`.
+FileResult copyInto(Replacement& replacement, const std::string& from, mode_t& sourceMode) {
+    const Source source = openSource(from);
+    if (source.fault) return source.fault;
+    sourceMode = source.mode;
+    if (FileResult fault = replacement.begin()) return fault;
+    return readPieces(source, from, [&](std::string_view bytes) { return replacement.write(bytes); });
+}
+
 mode_t modeOfNewFile(mode_t sourceMode) {
     const mode_t mask = ::umask(0);
     ::umask(mask);
@@ -92,14 +101,17 @@ std::string hexadecimal(unsigned number) {
 }  // namespace
 
 FileResult copyFile(const std::string& from, const std::string& to, Permissions permissions, Durability durability) {
-    const Source source = openSource(from);
-    if (source.fault) return source.fault;
     Replacement replacement(to);
-    if (FileResult fault = replacement.begin()) return fault;
-    if (FileResult fault = readPieces(source, from, [&](std::string_view bytes) { return replacement.write(bytes); })) {
-        return fault;
-    }
-    return replacement.commit(modeOfCopy(permissions, source.mode, replacement.targetMode()), durability);
+    mode_t sourceMode = 0;
+    if (FileResult fault = copyInto(replacement, from, sourceMode)) return fault;
+    return replacement.commit(modeOfCopy(permissions, sourceMode, replacement.targetMode()), durability);
+}
+
+FileResult copyToNewFile(const std::string& from, const std::string& to) {
+    Replacement replacement(to);
+    mode_t sourceMode = 0;
+    if (FileResult fault = copyInto(replacement, from, sourceMode)) return fault;
+    return replacement.commitAsNew(modeOfNewFile(sourceMode));
 }
 
 FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes, NewFile newFile) {
@@ -108,6 +120,17 @@ FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes, New
     if (FileResult fault = replacement.write(bytes)) return fault;
     const mode_t modeOfNew = newFile == NewFile::Private ? kPrivate : modeOfNewFile(kPrivate);
     return replacement.commit(replacement.targetMode().value_or(modeOfNew), Durability::Flushed);
+}
+
+FileResult makeEmptyOwnFile(const std::string& path) {
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const Descriptor file(
+        uninterrupted([&] { return ::open(path.c_str(), kFlags, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH); }));
+    struct stat state {};
+    if (!file.isOpen() || ::fstat(file.number(), &state) < 0) return lastFault("write", path);
+    if (!S_ISREG(state.st_mode) || state.st_nlink != 1) return faultOf(EINVAL, "write", path);
+    if (state.st_uid != ::geteuid()) return faultOf(EPERM, "write", path);
+    return uninterrupted([&] { return ::ftruncate(file.number(), 0); }) == 0 ? FileResult{} : lastFault("write", path);
 }
 
 FileContent readWhole(const std::string& path, std::size_t limit) {
@@ -132,6 +155,16 @@ bool exists(const std::string& path) {
 bool isReadOnly(const std::string& path) {
     struct stat state {};
     return ::stat(path.c_str(), &state) == 0 && (state.st_mode & S_IWUSR) == 0;
+}
+
+std::optional<FileIdentity> identityOf(const std::string& path) {
+    struct stat state {};
+    if (::stat(path.c_str(), &state) < 0) return std::nullopt;
+    return FileIdentity{
+        .device = state.st_dev,
+        .number = state.st_ino,
+        .byteCount = state.st_size,
+        .lastWrite = std::chrono::seconds(state.st_mtim.tv_sec) + std::chrono::nanoseconds(state.st_mtim.tv_nsec)};
 }
 
 FileResult setReadOnly(const std::string& path, bool readOnly) {

@@ -37,11 +37,17 @@ enum class Durability { Flushed, Unflushed };
 /// place.
 [[nodiscard]] FileResult copyFile(const std::string& from, const std::string& to, Permissions permissions,
                                   Durability durability = Durability::Flushed);
+/// The same, but fails where there is anything at `to`, even if it came at the last moment; what is there stays.
+[[nodiscard]] FileResult copyToNewFile(const std::string& from, const std::string& to);
 /// Who may read a file that was not there before: its user alone, or whom the user's files are usually open to.
 enum class NewFile { Private, Usual };
 /// The same with bytes at hand. A target that is there keeps its permission bits.
 [[nodiscard]] FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes,
                                           NewFile newFile = NewFile::Private);
+
+/// Makes an empty plain file of the user's own, or empties the one that is there. A link, or a file that is another
+/// user's or has a second name, is a fault and stays as it is: in a folder that is open to all it may be a trap.
+[[nodiscard]] FileResult makeEmptyOwnFile(const std::string& path);
 
 struct FileContent {
     std::string bytes;
@@ -56,6 +62,16 @@ struct FileContent {
 [[nodiscard]] bool exists(const std::string& path);
 /// True if it is there and its owner-write bit is clear. Whether this user could write does not count.
 [[nodiscard]] bool isReadOnly(const std::string& path);
+/// What tells a file from another that stood or stands at its path, and from itself with another content. Nothing
+/// where there is none.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    std::int64_t byteCount = 0;
+    std::chrono::nanoseconds lastWrite{0};
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+[[nodiscard]] std::optional<FileIdentity> identityOf(const std::string& path);
 /// Clears the write bits of all, or sets the owner's.
 [[nodiscard]] FileResult setReadOnly(const std::string& path, bool readOnly);
 /// Deletes a file (of a link: the link). One that isn't there is a fault.

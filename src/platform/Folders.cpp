@@ -79,6 +79,10 @@ std::string temporaryFolder(const Environment& environment) {
     return "/tmp";
 }
 
+std::vector<std::string> logFolders(const Environment& environment) {
+    return {temporaryFolder(environment), stateFolder(environment)};
+}
+
 void provideTemp() {
     constexpr int kKeepsAValue = 0;
     if (systemEnvironment("TEMP").empty()) ::unsetenv("TEMP");

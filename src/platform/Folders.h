@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace qrv {
 
@@ -30,6 +31,9 @@ using Environment = std::function<std::string(const std::string& name)>;
 
 /// The folder for reports and logs: TEMP, else TMPDIR, else the system's.
 [[nodiscard]] std::string temporaryFolder(const Environment& environment);
+/// Where an upload's log goes, best first: the folder for logs, and where that holds another user's, the one for what
+/// the program must remember.
+[[nodiscard]] std::vector<std::string> logFolders(const Environment& environment);
 /// Sets TEMP for this program where it isn't set. For main, before anything else runs.
 void provideTemp();
 

@@ -18,7 +18,7 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
       warn(bench, transferWindow),
       select(bench, transferWindow),
       download(bench, comm, select, transferWindow),
-      upload(bench, comm, transferWindow, temporaryFolder(systemEnvironment)),
+      upload(bench, comm, transferWindow, logFolders(systemEnvironment)),
       mainWindow(bench, {.start = splash, .ask = ask, .general = general, .about = about}, start.commandLine),
       recent(bench.platform.formHost, mainWindow.recentFiles, [this](int index) { mainWindow.GetRecentFile(index); }),
       ask(bench, recent),

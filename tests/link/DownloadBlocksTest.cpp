@@ -168,6 +168,7 @@ TEST_F(DownloadBlocksTest, TheHundredAndFirstStringIsLeftOut) {
     ASSERT_EQ(rig.record.sends.size(), 141U + 176U + 101U);
     EXPECT_EQ(bytesAt(stringFrame(99), 0, 8), (Bytes{2, 3, 20, 0x5F, 0xBC, 0, 103, 1}));  // 22528 + 99 x 20
     EXPECT_EQ(stringFrame(100), sealed({2, 3, 2, 0x5F, 0xD0, 0xFF, 0xFF}));
+    EXPECT_EQ(rig.comm.unsentStrings, 1);
 }
 
 TEST_F(DownloadBlocksTest, AStaleStringEndsTheRecordsAndNotTheDownload) {
@@ -183,6 +184,7 @@ TEST_F(DownloadBlocksTest, AStaleStringEndsTheRecordsAndNotTheDownload) {
     EXPECT_FALSE(rig.bench.xfer_abort);
     ASSERT_EQ(rig.record.sends.size(), 141U + 176U + 1U);
     EXPECT_EQ(stringFrame(0), sealed({2, 3, 2, 0x58, 0, 0xFF, 0xFF}));
+    EXPECT_EQ(rig.comm.unsentStrings, 1);
 }
 
 TEST_F(DownloadBlocksTest, AFrameOfConstantsIsSentTwentyTimesAtMost) {

@@ -38,6 +38,11 @@ class LiveController {
     void start() {
         thread_ = std::thread([this] { serve(); });
     }
+    /// The line goes away for good.
+    void hangUp() {
+        stop();
+        terminal_.hangUp();
+    }
     void stop() {
         if (!thread_.joinable()) return;
         const std::uint64_t one = 1;

@@ -111,7 +111,7 @@ struct TransferRig : LinkServices {
     frmWarn warn{bench, window};
     frmSelect select{bench, window};
     frmDownload download{bench, comm, select, window};
-    frmUpload upload{bench, comm, window, folder.path()};
+    frmUpload upload{bench, comm, window, {folder.path()}};
     bool command1 = true;
     int generalShown = 0;
 };

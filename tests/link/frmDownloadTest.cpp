@@ -219,6 +219,7 @@ TEST(frmDownload, APortThatWontOpenAtTheStart) {
     rig.host.showModal(rig.download);
     EXPECT_EQ(rig.record.sends.size(), 2U);
     EXPECT_EQ(rig.download.outcome().reason, "Form Download Form Load comm open fail");
+    EXPECT_EQ(rig.download.outcome().stage, DownloadStage::Reaching) << "no fault of the configuration's";
     EXPECT_EQ(rig.download.Label7.caption, "100%");
     EXPECT_FALSE(rig.bench.in_download);
     EXPECT_FALSE(rig.bench.xfer_abort);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 
 #include "ProgramText.h"
@@ -192,6 +193,85 @@ TEST(frmUpload, StringsKeepWhatCanBePrinted) {
     EXPECT_EQ(db.ParmstrStr(), "NIGHT ");
     db.ParmstrMoveNext();
     EXPECT_TRUE(db.ParmstrEOF());
+}
+
+TEST(frmUpload, OfTwoTextsForAParameterTheFirstStaysAndTheSecondIsTold) {
+    TransferRig rig;
+    SimMemory memory;
+    memory.write(1, 100, Bytes{0, 114, 0, 0, 0, 0, 0, 0, 2, 0});
+    memory.write(3, 22528, Bytes{0, 10, 1, 'D', 'A', 'Y'});
+    memory.write(3, 22588, Bytes{0, 10, 1, 'O', 'L', 'D'});
+    rig.controller.load(memory);
+    rig.runUpload();
+    EXPECT_TRUE(rig.upload.outcome().complete);
+    const auto& repeated = rig.comm.uploadFindings.repeatedStrings;
+    ASSERT_EQ(repeated.size(), 1U);
+    EXPECT_EQ(repeated[0].block, 10);
+    EXPECT_EQ(repeated[0].offset, 2);
+    rig.bench.db.ParmstrMoveFirst();
+    EXPECT_EQ(rig.bench.db.ParmstrStr(), "DAY");
+    rig.runUpload();
+    EXPECT_EQ(rig.comm.uploadFindings.repeatedStrings.size(), 1U) << "each upload counts its own";
+}
+
+TEST(frmUpload, AVersionThatCantBeReadIsNoControllerThatCantBeReached) {
+    TransferRig rig;
+    rig.controller.play(SimFaultPlan::from("silence", 2));
+    rig.expectOverwriteQuestion(Answer::No);
+    rig.host.showModal(rig.upload);
+    EXPECT_EQ(rig.upload.outcome().stage, UploadStage::Asking);
+    rig.boxes.expect("Could Not Connect");
+    rig.expectOverwriteQuestion(Answer::No);
+    rig.host.showModal(rig.upload);
+    EXPECT_EQ(rig.upload.outcome().stage, UploadStage::Reaching);
+}
+
+TEST(frmUpload, ALogThatIsSomebodyElsesIsLeftAloneAndAnotherPlaceTaken) {
+    TransferRig rig;
+    std::ofstream(rig.folder.file("theirs")) << "theirs";
+    std::filesystem::create_symlink("theirs", rig.folder.file("QRVUploadLog.txt"));
+    frmUpload upload{rig.bench, rig.comm, rig.window, {rig.folder.path(), rig.folder.file("own/logs")}};
+    rig.expectOverwriteQuestion();
+    rig.host.onModal("frmUpload", [&](Form&) {
+        upload.Blocks.value = true;
+        upload.Continue_Click();
+    });
+    rig.host.showModal(upload);
+    EXPECT_TRUE(upload.outcome().complete);
+    EXPECT_EQ(upload.logPath(), rig.folder.file("own/logs/QRVUploadLog.txt"));
+    EXPECT_TRUE(bytesOfFile(upload.logPath()).starts_with(std::string(89, '-') + "\r\n"));
+    EXPECT_EQ(bytesOfFile(rig.folder.file("theirs")), "theirs");
+}
+
+TEST(frmUpload, WithoutAPlaceForItsLogNoUploadBegins) {
+    TransferRig rig;
+    rig.place(4, "PID");
+    const std::string before = programOf(rig.bench);
+    std::filesystem::create_directory(rig.folder.file("QRVUploadLog.txt"));
+    rig.expectOverwriteQuestion();
+    rig.host.onModal("frmUpload", [&](Form&) {
+        rig.upload.Blocks.value = true;
+        EXPECT_THROW(rig.upload.Continue_Click(), RunTimeError);
+        EXPECT_FALSE(rig.bench.in_upload);
+        rig.upload.Cancel_Click();
+    });
+    rig.host.showModal(rig.upload);
+    EXPECT_EQ(programOf(rig.bench), before);
+    EXPECT_EQ(rig.record.sends.size(), 2U);
+}
+
+TEST(frmUpload, WhereNoneIsWantedNoLogIsKept) {
+    TransferRig rig;
+    frmUpload upload{rig.bench, rig.comm, rig.window, {}};
+    rig.expectOverwriteQuestion();
+    rig.host.onModal("frmUpload", [&](Form&) {
+        upload.Blocks.value = true;
+        upload.Continue_Click();
+    });
+    rig.host.showModal(upload);
+    EXPECT_TRUE(upload.outcome().complete);
+    EXPECT_EQ(upload.logPath(), "");
+    EXPECT_FALSE(std::filesystem::exists(rig.folder.file("QRVUploadLog.txt")));
 }
 
 namespace {

@@ -298,6 +298,49 @@ TEST_F(FileBits, KnowsWhatExists) {
     EXPECT_FALSE(exists(folder.file("dangling")));
 }
 
+TEST_F(CopyFile, ToANewFileOverwritesNothing) {
+    const std::string from = put("from", "new");
+    EXPECT_FALSE(copyToNewFile(from, folder.file("to")));
+    EXPECT_EQ(content(folder.file("to")), "new");
+    const std::string there = put("there", "old");
+    EXPECT_EQ(copyToNewFile(from, there)->code, EEXIST);
+    EXPECT_EQ(content(there), "old");
+    ASSERT_EQ(::symlink("target", folder.file("link").c_str()), 0);
+    EXPECT_FALSE(copyToNewFile(from, folder.file("link")));
+    EXPECT_EQ(content(folder.file("target")), "new");
+    EXPECT_EQ(folder.names(), (Names{"from", "link", "target", "there", "to"}));
+}
+
+TEST_F(FileBits, AFileWithAnotherContentIsAnotherFile) {
+    const std::string path = put("a", "one");
+    const auto before = identityOf(path);
+    ASSERT_TRUE(before);
+    EXPECT_EQ(identityOf(path), before);
+    put("a", "more");
+    EXPECT_NE(identityOf(path), before);
+    put("b", "more");
+    EXPECT_NE(identityOf(folder.file("b")), identityOf(path));
+    EXPECT_EQ(identityOf(folder.file("none")), std::nullopt);
+}
+
+TEST_F(WriteWhole, AnEmptyFileIsMadeOnlyWhereNoTrapIsLaid) {
+    const std::string own = put("own", "content");
+    EXPECT_FALSE(makeEmptyOwnFile(own));
+    EXPECT_EQ(content(own), "");
+    EXPECT_FALSE(makeEmptyOwnFile(folder.file("new")));
+    EXPECT_TRUE(exists(folder.file("new")));
+    const std::string theirs = put("theirs", "content");
+    ASSERT_EQ(::symlink("theirs", folder.file("link").c_str()), 0);
+    EXPECT_TRUE(makeEmptyOwnFile(folder.file("link")));
+    ASSERT_EQ(::link(theirs.c_str(), folder.file("name").c_str()), 0);
+    EXPECT_TRUE(makeEmptyOwnFile(folder.file("name")));
+    EXPECT_EQ(content(theirs), "content");
+    EXPECT_TRUE(makeEmptyOwnFile(folder.path()));
+    // Opening a pipe that nobody reads would wait for ever.
+    ASSERT_EQ(::mkfifo(folder.file("pipe").c_str(), 0600), 0);
+    EXPECT_TRUE(makeEmptyOwnFile(folder.file("pipe")));
+}
+
 TEST_F(FileBits, RemovesAFileAndReadOnlyOnes) {
     EXPECT_FALSE(removeFile(put("a", "", 0400)));
     EXPECT_FALSE(exists(folder.file("a")));

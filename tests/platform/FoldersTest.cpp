@@ -72,6 +72,11 @@ TEST(Folders, TempComesFromTheFirstVariableThatIsSet) {
     EXPECT_EQ(temporaryFolder(environmentOf({})), "/tmp");
 }
 
+TEST(Folders, AnUploadsLogGoesToTempAndElseToTheUsersOwn) {
+    EXPECT_EQ(logFolders(environmentOf({{"TEMP", "/t"}, {"HOME", "/home/ann"}})),
+              (std::vector<std::string>{"/t", "/home/ann/.local/state/QRV_Edit"}));
+}
+
 /// Gives a variable of this process back as it was.
 class KeptVariable {
  public:

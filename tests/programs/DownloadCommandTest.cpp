@@ -220,6 +220,67 @@ TEST(qrvDownload, AFaultOfTheFileIsNoFaultOfTheLine) {
     EXPECT_EQ(transfer.live.controller.counters().commits, 0U);
 }
 
+TEST(qrvDownload, StringsThatAreLeftOutAreCounted) {
+    TransferRun transfer;
+    // An AOUT has no texts.
+    transfer.make("plant.qrv", plantText() + "BlockNumber=20 Offset=0 Pstring=\"STALE\"\n");
+    transfer.live.start();
+    const ProgramRun run = transfer.onLine("download plant.qrv --yes");
+    EXPECT_EQ(run.exitCode, 1) << run.err;
+    EXPECT_NE(run.err.find("\nBlock 20 has no string parameters\n"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.ends_with(" 0 retries. 1 string was not sent: qrv verify names them.\n")) << run.err;
+    EXPECT_EQ(transfer.onLine("verify plant.qrv").out,
+              "ParmString BlockNumber=20 Offset=0: only in the file: Pstring=\"STALE\"  # input 1 COMMAND INPUT\n");
+    const ProgramRun json = transfer.onLine("download plant.qrv --yes --json");
+    EXPECT_EQ(json.exitCode, 1);
+    EXPECT_EQ(nlohmann::json::parse(json.out)["exitCode"], 1);
+    EXPECT_EQ(nlohmann::json::parse(json.out)["unsentStrings"], 1);
+}
+
+TEST(qrvDownload, ATraceThatBreaksOffIsToldAndEndsNoTransfer) {
+    TransferRun transfer;
+    transfer.live.start();
+    const ProgramRun run = transfer.onLine("download plant.qrv --yes --trace /dev/full");
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_TRUE(run.err.starts_with("qrv: /dev/full can't be written: the trace is not whole.\n")) << run.err;
+    EXPECT_NE(run.err.find("\nplant.qrv is in the controller: "), std::string::npos) << run.err;
+    const ProgramRun json = transfer.onLine("download plant.qrv --yes --json --trace /dev/full");
+    EXPECT_EQ(jsonLines(json.err).front(),
+              (nlohmann::json{{"event", "note"}, {"text", "/dev/full can't be written: the trace is not whole."}}));
+    EXPECT_EQ(nlohmann::json::parse(json.out)["exitCode"], 3);
+    EXPECT_EQ(json.exitCode, 3);
+}
+
+TEST(qrvDownload, JsonHoldsForATraceToo) {
+    TransferRun transfer;
+    transfer.live.start();
+    const ProgramRun run = transfer.onLine("download plant.qrv --dry-run --json --trace -");
+    const auto lines = jsonLines(run.err);
+    ASSERT_EQ(lines.size(), 5U) << "the line's name, and two exchanges";
+    for (const auto& line : lines) EXPECT_EQ(line["event"], "trace");
+    EXPECT_NE(std::string(lines[1]["text"]).find(" > poll, 3 bytes: 01 FF FE"), std::string::npos);
+    EXPECT_EQ(nlohmann::json::parse(run.out)["exitCode"], 0);
+}
+
+TEST(qrvDownload, JsonHoldsForACommandLineThatCantBeUnderstood) {
+    const QrvProgram qrv;
+    const ProgramRun run = qrv.run("download plant.qrv --json --sideways");
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.err, "");
+    const auto json = nlohmann::json::parse(run.out);
+    EXPECT_EQ(json["command"], "download");
+    EXPECT_EQ(json["exitCode"], 2);
+    EXPECT_NE(std::string(json["text"]).find("--sideways"), std::string::npos) << run.out;
+    EXPECT_EQ(qrv.run("download plant.qrv --sideways").out, "");
+}
+
+TEST(qrvDownload, JsonHoldsForAnOutputThatTakesNoMore) {
+    TransferRun transfer;
+    const ProgramRun run = transfer.onLine("download plant.qrv --json >/dev/full");
+    EXPECT_EQ(jsonLines(run.err).back(),
+              (nlohmann::json{{"event", "note"}, {"text", "the output could not be written whole."}}));
+}
+
 TEST(qrvDownload, NoControllerHasTheToldWordsAndTheCause) {
     TransferRun transfer;
     const ProgramRun run = transfer.run("download plant.qrv --yes --port /dev/no-such-port");

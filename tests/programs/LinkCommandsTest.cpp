@@ -87,6 +87,15 @@ TEST(qrvLink, TracesEveryFrame) {
     EXPECT_NE(trace.find(" < checksum good, 5 bytes: 10 "), std::string::npos) << trace;
 }
 
+TEST(qrvLink, ATraceThatCantBeWrittenIsTold) {
+    LinkRun link;
+    link.live.start();
+    const ProgramRun poll = link.run("poll --trace /dev/full" + link.onLine());
+    EXPECT_EQ(poll.exitCode, 3);
+    EXPECT_EQ(poll.out, "A controller answers on " + link.live.path() + " (38400,O).\n");
+    EXPECT_EQ(poll.err, "qrv: /dev/full can't be written: the trace is not whole.\n");
+}
+
 TEST(qrvLink, TellsADeviceThatIsMissing) {
     LinkRun link;
     const ProgramRun poll = link.run("poll --port /dev/no-such-port");

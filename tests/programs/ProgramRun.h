@@ -6,9 +6,11 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "twins/TemporaryFolder.h"
 
@@ -42,7 +44,7 @@ class QrvProgram {
             command += std::string(" ") + place + "=" + quotedForShell(folder.path());
         }
         // The arguments come last, so that a redirection of theirs counts.
-        command += " && " + before + " " + quotedForShell(QRV_PROGRAM) + " </dev/null >.out 2>.err " + arguments;
+        command += " && " + before + " " + quotedForShell(program) + " </dev/null >.out 2>.err " + arguments;
         const int status = std::system(("sh -c " + quotedForShell(command)).c_str());
         return {.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
                 .out = bytesOf(folder.file(".out")),
@@ -50,7 +52,27 @@ class QrvProgram {
     }
     [[nodiscard]] std::string path(const std::string& name) const { return folder.file(name); }
 
+    /// From now on a copy in a folder of its own is run, so that its work files are nobody else's.
+    void moveToOwnFolder() {
+        const std::filesystem::path built = program;
+        std::filesystem::create_directory(folder.file("bin"));
+        for (const std::filesystem::path& file : {built, built.parent_path() / "QRVDATA.DAT"}) {
+            std::filesystem::copy_file(file, folder.file("bin") / file.filename());
+        }
+        program = folder.file("bin/qrv");
+    }
+    /// After moveToOwnFolder: what lies beside the program and its catalogue.
+    [[nodiscard]] std::vector<std::string> workFiles() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.file("bin"))) {
+            const std::string name = entry.path().filename().string();
+            if (name != "qrv" && name != "QRVDATA.DAT") names.push_back(name);
+        }
+        return names;
+    }
+
     TemporaryFolder folder;
+    std::string program = QRV_PROGRAM;
 
  private:
     static std::string quotedForShell(const std::string& text) {

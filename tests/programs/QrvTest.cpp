@@ -1,8 +1,10 @@
 // `qrv` as a shell sees it: what goes to which stream, how it ends, what it leaves behind.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -224,6 +226,24 @@ TEST(qrv, AFullOutputIsAFailure) {
     const ProgramRun run = qrv.run("info plant.qrv >/dev/full");
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n");
+}
+
+TEST(qrv, AReaderThatWentAwayLeavesNoWorkFiles) {
+    QrvProgram qrv;
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    qrv.moveToOwnFolder();
+    // A pipe that nobody reads, as the program's output.
+    constexpr int kOutput = 9;
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    ASSERT_EQ(::dup2(ends[1], kOutput), kOutput);
+    ::close(ends[0]);
+    ::close(ends[1]);
+    const ProgramRun run = qrv.run("dump plant.qrv >&9");
+    ::close(kOutput);
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n");
+    EXPECT_EQ(qrv.workFiles(), std::vector<std::string>{});
 }
 
 TEST(qrv, SpeaksTheSameInEveryLocale) {

@@ -54,14 +54,19 @@ struct TransferRun {
     [[nodiscard]] ProgramRun onLine(const std::string& arguments) const {
         return run(arguments + " --port " + live.path());
     }
-    /// Ctrl+C as soon as so many frames have gone out.
-    [[nodiscard]] ProgramRun interrupted(const std::string& arguments, int frames) const {
+    /// Ctrl+C, or another signal, as soon as so many frames have gone out.
+    [[nodiscard]] ProgramRun interrupted(const std::string& arguments, int frames,
+                                         const std::string& signal = "INT") const {
+        return meanwhile(arguments, frames, "kill -" + signal + " $pid");
+    }
+    /// With a command of the shell's as soon as so many frames have gone out; the program is $pid in it.
+    [[nodiscard]] ProgramRun meanwhile(const std::string& arguments, int frames, const std::string& command) const {
         const std::string trace = qrv.path("frames.txt");
-        // In the background the program has the shell's place, so that the signal reaches it.
+        // In the background the program has the shell's place, so that a signal reaches it.
         return qrv.run(arguments + " --trace " + trace + " --port " + live.path() +
                            " & pid=$!; for i in $(seq 600); do [ \"$(grep -c ' > ' " + trace + " 2>/dev/null)\" -ge " +
-                           std::to_string(frames) +
-                           " ] 2>/dev/null && break; sleep 0.05; done; kill -INT $pid; wait $pid",
+                           std::to_string(frames) + " ] 2>/dev/null && break; sleep 0.05; done; cd " +
+                           qrv.folder.path() + "; " + command + "; wait $pid",
                        "exec");
     }
     [[nodiscard]] std::string bytesOfFile(const std::string& name) const { return bytesOf(qrv.path(name)); }

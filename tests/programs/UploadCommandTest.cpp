@@ -1,6 +1,7 @@
 // A controller's configuration into a file from the command line: a whole file or none.
 #include <gtest/gtest.h>
 
+#include <future>
 #include <regex>
 
 #include "programs/TransferRun.h"
@@ -25,6 +26,12 @@ struct UploadRun : TransferRun {
     void play(const SimFaultPlan& plan) {
         live.stop();
         live.controller.play(plan);
+        live.start();
+    }
+    /// A byte takes its time, so that something else can happen in the midst of a transfer.
+    void slowDown() {
+        live.stop();
+        live.controller.setPace(SimPace{});
         live.start();
     }
     [[nodiscard]] std::uint64_t frames() {
@@ -163,6 +170,125 @@ TEST(qrvUpload, AFileThatCantBeWrittenLosesNoWork) {
         << run.err;
     const ProgramRun held = upload.run("compare --held plant.qrv '" + kept[1].str() + "'");
     EXPECT_EQ(held.exitCode, 0) << held.err << held.out;
+}
+
+TEST(qrvUpload, AFileThatIsMadeMeanwhileIsNotOverwritten) {
+    UploadRun upload;
+    upload.slowDown();
+    const ProgramRun run = upload.meanwhile("upload found.qrv", 30, "echo theirs > found.qrv");
+    EXPECT_EQ(run.exitCode, 5) << run.err;
+    EXPECT_EQ(upload.bytesOfFile("found.qrv"), "theirs\n");
+    std::smatch kept;
+    ASSERT_TRUE(std::regex_search(
+        run.err, kept,
+        std::regex(R"(qrv: found\.qrv was made meanwhile by somebody else\. The work is kept as (.*)\.\n$)")))
+        << run.err;
+    EXPECT_EQ(upload.run("compare --held plant.qrv '" + kept[1].str() + "'").exitCode, 0);
+}
+
+TEST(qrvUpload, AFileThatChangesMeanwhileIsNotOverwritten) {
+    UploadRun upload;
+    upload.make("other.qrv", plantText("12", "OTHER"));
+    upload.slowDown();
+    const ProgramRun run = upload.meanwhile("upload plant.qrv --force --yes", 30, "cp other.qrv plant.qrv");
+    EXPECT_EQ(run.exitCode, 5) << run.err;
+    EXPECT_NE(run.err.find("\nqrv: plant.qrv has changed meanwhile. The work is kept as "), std::string::npos)
+        << run.err;
+    EXPECT_TRUE(upload.bytesOfFile("plant.qrv") == upload.bytesOfFile("other.qrv"));
+}
+
+TEST(qrvUpload, AFullDiskIsNoFaultOfTheController) {
+    UploadRun upload;
+    ASSERT_EQ(upload.run("load " QRV_SAMPLES "/boiler_house.txt sample.qrv").exitCode, 0);
+    ASSERT_EQ(upload.onLine("download sample.qrv --yes").exitCode, 0);
+    // In units of 512 bytes: enough for a new configuration and too little for this one.
+    const ProgramRun run =
+        upload.qrv.run("upload found.qrv --port " + upload.live.path(), "trap '' XFSZ; ulimit -f 640;");
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    EXPECT_NE(run.err.find(" has lost changes that could not be written. No file was made. "), std::string::npos)
+        << run.err;
+    EXPECT_EQ(run.err.find("What came back makes no program"), std::string::npos) << run.err;
+    EXPECT_FALSE(upload.isThere("found.qrv"));
+}
+
+TEST(qrvUpload, ALogThatIsAnotherUsersKeepsNobodyFromIt) {
+    UploadRun upload;
+    writeFile(upload.qrv.path("theirs"), "theirs");
+    std::filesystem::create_symlink("theirs", upload.qrv.path("QRVUploadLog.txt"));
+    const ProgramRun run = upload.onLine("upload found.qrv --json");
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_EQ(nlohmann::json::parse(run.out)["log"], upload.qrv.path("QRV_Edit/QRVUploadLog.txt"));
+    EXPECT_TRUE(upload.bytesOfFile("QRV_Edit/QRVUploadLog.txt").starts_with(std::string(89, '-') + "\r\n"));
+    EXPECT_EQ(upload.bytesOfFile("theirs"), "theirs");
+}
+
+TEST(qrvUpload, AnAdapterThatGoesWhileTheUserThinksIsNoFaultOfTheProgramInIt) {
+    UploadRun upload;
+    test::UserTerminal user("");
+    user.whenShown("Continue? [y/N] ", [&] {
+        upload.live.hangUp();
+        user.type("y\n");
+    });
+    const ProgramRun run = upload.onLine("upload plant.qrv --force" + user.redirections());
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_NE(user.shown().find("qrv: " + upload.live.path() + " is not there: "), std::string::npos) << user.shown();
+}
+
+TEST(qrvUpload, NothingIsAskedAfterACancel) {
+    UploadRun upload;
+    upload.play(SimFaultPlan::always("silence"));
+    const ProgramRun run = upload.interrupted("upload plant.qrv --force", 1);
+    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_EQ(run.err, "qrv: Cancelled. plant.qrv is as it was.\n");
+}
+
+class QrvUploadSignal : public testing::TestWithParam<const char*> {};
+
+TEST_P(QrvUploadSignal, IsACancelAndLeavesNothingBehind) {
+    UploadRun upload;
+    upload.qrv.moveToOwnFolder();
+    upload.play(SimFaultPlan::from("silence", 30));
+    const ProgramRun run = upload.interrupted("upload found.qrv", 30, GetParam());
+    EXPECT_EQ(run.exitCode, 6) << run.err;
+    EXPECT_TRUE(run.err.ends_with("qrv: Cancelled. No file was made.\n")) << run.err;
+    EXPECT_EQ(upload.qrv.workFiles(), std::vector<std::string>{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, QrvUploadSignal, testing::Values("INT", "TERM", "HUP"),
+                         [](const auto& row) { return std::string(row.param); });
+
+/// Every attempt to read the second 32 constants brings noise. That takes 18 seconds for a line, so two lines share
+/// them.
+TEST(qrvUpload, GarbledConstantsAreToldAndVerifyComparesNothing) {
+    struct Garbled : UploadRun {
+        Garbled() {
+            // Poll, version, poll, 47 reads of the table, the first constants.
+            SimFaultPlan plan = SimFaultPlan::at("garbage", 3 + 47 + 2);
+            plan.last = plan.first + 9;
+            play(plan);
+        }
+    };
+    const Garbled upload;
+    const Garbled verify;
+    auto other = std::async(std::launch::async, [&] { return verify.onLine("verify plant.qrv"); });
+    const ProgramRun uploaded = upload.onLine("upload found.qrv --json");
+    const ProgramRun verified = other.get();
+    EXPECT_EQ(uploaded.exitCode, 1) << uploaded.out;
+    const auto result = nlohmann::json::parse(uploaded.out);
+    EXPECT_EQ(result["failedReads"], 1);
+    EXPECT_NE(std::string(result["text"])
+                  .find("1 read of constants came to nothing, and what stands in their place is "
+                        "wrong; " +
+                        upload.qrv.path("QRVUploadLog.txt") + " tells which."),
+              std::string::npos)
+        << uploaded.out;
+    EXPECT_TRUE(upload.isThere("found.qrv"));
+    EXPECT_EQ(verified.exitCode, 4);
+    EXPECT_EQ(verified.out, "");
+    EXPECT_TRUE(
+        verified.err.ends_with("qrv: Nothing was compared. 1 read of constants came to nothing, and what stands "
+                               "in their place is wrong.\n"))
+        << verified.err;
 }
 
 TEST(qrvUpload, JsonLinesAreWellFormed) {

@@ -9,9 +9,12 @@
 
 #include <array>
 #include <cstdlib>
+#include <functional>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 namespace qrv::test {
 
@@ -28,7 +31,7 @@ class UserTerminal {
         ::tcgetattr(device_, &settings);
         ::cfmakeraw(&settings);
         ::tcsetattr(device_, TCSANOW, &settings);
-        static_cast<void>(::write(master_, typed.data(), typed.size()));
+        type(typed);
         thread_ = std::thread([this] { read(); });
     }
     ~UserTerminal() {
@@ -38,6 +41,13 @@ class UserTerminal {
     UserTerminal(const UserTerminal&) = delete;
     UserTerminal& operator=(const UserTerminal&) = delete;
 
+    /// Does this, in a thread of its own, as soon as the text has been shown. Before the program comes.
+    void whenShown(std::string text, std::function<void()> action) {
+        const std::lock_guard lock(mutex_);
+        awaited_ = std::move(text);
+        action_ = std::move(action);
+    }
+    void type(std::string_view text) const { static_cast<void>(::write(master_, text.data(), text.size())); }
     /// What a shell's command needs to have this terminal for its questions and words.
     [[nodiscard]] std::string redirections() const { return " <" + path_ + " 2>" + path_; }
     /// All that was shown; after the program's end.
@@ -52,6 +62,8 @@ class UserTerminal {
         for (ssize_t count = 0; (count = ::read(master_, bytes.data(), bytes.size())) > 0;) {
             shown_.append(bytes.data(), static_cast<std::size_t>(count));
         }
+        const std::lock_guard lock(mutex_);
+        if (action_ && shown_.find(awaited_) != std::string::npos) std::exchange(action_, nullptr)();
     }
     void read() {
         std::array<pollfd, 2> wanted{pollfd{.fd = stop_, .events = POLLIN, .revents = 0},
@@ -74,6 +86,9 @@ class UserTerminal {
     int stop_ = ::eventfd(0, EFD_CLOEXEC);
     std::string path_;
     std::string shown_;
+    std::mutex mutex_;
+    std::string awaited_;
+    std::function<void()> action_;
     std::thread thread_;
 };
 

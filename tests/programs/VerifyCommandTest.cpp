@@ -68,6 +68,50 @@ TEST(qrvVerify, SeesTheFunctionsOfTheCpuAsTheControllerHasThem) {
     EXPECT_NE(run.out.find("BlockNumber=600 FunctionNumber: "), std::string::npos) << run.out;
 }
 
+TEST(qrvVerify, SeesABlockTableThatDoesNotFitItsFunctions) {
+    VerifyRun verify;
+    verify.live.stop();
+    SimMemory memory = verify.live.controller.working();
+    const auto record = memory.read(1, 5 * 10, 10);
+    const int index = record[4] * 256 + record[5];
+    memory.write(1, 5 * 10 + 4, std::vector<std::uint8_t>{1, 44});
+    verify.live.controller.load(memory);
+    verify.live.start();
+    const ProgramRun run = verify.onLine("verify plant.qrv");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.out, "Block table, block 5: constant index " + std::to_string(index) +
+                           " -> 300\nBlock table, block 6: constant index 300 -> " + std::to_string(index) + "\n");
+    EXPECT_TRUE(run.err.ends_with("\n2 differences. Not held by a controller: 3 fields.\n")) << run.err;
+    const auto json = nlohmann::json::parse(verify.onLine("verify plant.qrv --json").out);
+    EXPECT_EQ(json["equal"], false);
+    EXPECT_EQ(json["blockTable"][0],
+              (nlohmann::json{{"block", 5}, {"field", "constant index"}, {"a", index}, {"b", 300}}));
+}
+
+TEST(qrvVerify, SeesASecondTextForTheSameParameter) {
+    VerifyRun verify;
+    verify.live.stop();
+    SimMemory memory = verify.live.controller.working();
+    memory.write(3, 22588, std::vector<std::uint8_t>{0, 10, 1, 'O', 'L', 'D', 0});
+    verify.live.controller.load(memory);
+    verify.live.start();
+    const ProgramRun run = verify.onLine("verify plant.qrv");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.out, "ParmString BlockNumber=10 Offset=3: a second text in the controller\n");
+    EXPECT_TRUE(run.err.ends_with("\n1 difference. Not held by a controller: 3 fields.\n")) << run.err;
+    const ProgramRun read = verify.onLine("upload found.qrv");
+    EXPECT_EQ(read.exitCode, 1);
+    EXPECT_TRUE(
+        read.err.ends_with(" The controller has a second text for block 10 offset 3; the first one was taken.\n"))
+        << read.err;
+}
+
+TEST(qrvVerify, KeepsNoLog) {
+    VerifyRun verify;
+    EXPECT_EQ(verify.onLine("verify plant.qrv").exitCode, 0);
+    EXPECT_FALSE(verify.isThere("QRVUploadLog.txt"));
+}
+
 TEST(qrvVerify, ComparesNothingWhereTheCatalogueLacksAFunction) {
     VerifyRun verify;
     verify.live.stop();
@@ -118,7 +162,7 @@ TEST(qrvVerify, AFaultInTheMiddleComparesNothing) {
     const ProgramRun run = verify.onLine("verify plant.qrv");
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_EQ(run.out, "");
-    EXPECT_NE(run.err.find("cable for noise. Nothing was compared. "), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("cable for noise. Nothing was compared.\n"), std::string::npos) << run.err;
     EXPECT_EQ(run.err.find("reverted"), std::string::npos) << run.err;
     EXPECT_EQ(verify.bytesOfFile("plant.qrv"), before);
 }

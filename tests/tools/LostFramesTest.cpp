@@ -100,6 +100,24 @@ TEST(LostFrames, AStringThatIsLostIsShownAsTheOldOneWhereThereWasOne) {
               std::vector<std::string>{"ParmString BlockNumber=10 Offset=3 Pstring: \"NEWER\" -> \"FIRST\""});
 }
 
+TEST(LostFrames, FillerThatIsLostLeavesAnOldTextWhichIsToldAsASecondOne) {
+    Plant plant;
+    plant.runDownload();
+    // The texts move up by one: what stood in the second place stands in the first, and filler goes where it was.
+    plant.bench.db.ParmstrMoveFirst();
+    plant.bench.db.ParmstrDelete();
+    plant.save();
+    plant.strike(wholly("silence", kFirstString + 1));
+    plant.runDownload();
+    ASSERT_TRUE(plant.download.outcome().committed);
+    EXPECT_EQ(plant.download.outcome().unconfirmed, 1);
+    EXPECT_EQ(plant.shown(), std::vector<std::string>{});
+    const auto& repeated = plant.comm.uploadFindings.repeatedStrings;
+    ASSERT_EQ(repeated.size(), 1U);
+    EXPECT_EQ(repeated[0].block, 11);
+    EXPECT_EQ(repeated[0].offset, 3);
+}
+
 TEST(LostFrames, TheLastStringFrameIsAskedFor) {
     Plant plant;
     plant.strike(wholly("silence", kFirstString + 100));

@@ -57,6 +57,11 @@ void PollPump::catchSignals(std::initializer_list<int> signals, std::function<vo
         sigemptyset(&action.sa_mask);
         struct sigaction former {};
         ::sigaction(signal, &action, &former);
+        // Who starts a program so that it survives the terminal has a hang-up ignored.
+        if (signal == SIGHUP && former.sa_handler == SIG_IGN) {
+            ::sigaction(signal, &former, nullptr);
+            continue;
+        }
         formerActions_.emplace_back(signal, former);
     }
 }

@@ -20,7 +20,7 @@ class PollPump final : public EventPump {
     PollPump& operator=(const PollPump&) = delete;
 
     /// From now on these signals don't end the program but are events: `onSignal` is called from within a pump. One
-    /// pump of a program may catch signals; its end gives them back.
+    /// pump of a program may catch signals; its end gives them back. A hang-up that is ignored stays ignored.
     void catchSignals(std::initializer_list<int> signals, std::function<void(int signal)> onSignal);
 
     void pump() override { handleSignals(); }

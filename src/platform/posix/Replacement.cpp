@@ -30,6 +30,18 @@ std::string systemFolderOf(const std::string& path) {
     return folder.empty() ? "." : folder.string();
 }
 
+/// Moves the file unless something is at `to`. False with errno set.
+bool moveToFreePlace(const std::string& from, const std::string& to) {
+#ifdef RENAME_NOREPLACE
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+#endif
+    // A file system that doesn't know the flag. A second name can't be given where there is one either.
+    if (::link(from.c_str(), to.c_str()) != 0) return false;
+    ::unlink(from.c_str());
+    return true;
+}
+
 }  // namespace
 
 std::uint32_t randomNumber() {
@@ -104,7 +116,7 @@ void Replacement::keepOwner() {
     if (::fchown(number, static_cast<uid_t>(-1), targetGroup_) == 0) return;
 }
 
-FileResult Replacement::commit(mode_t mode, Durability durability) {
+FileResult Replacement::finish(mode_t mode, Durability durability) {
     const int number = descriptor_.number();
     if (targetMode_) keepOwner();
     if (uninterrupted([&] { return ::fchmod(number, mode & kPermissionBits); }) < 0) {
@@ -112,12 +124,23 @@ FileResult Replacement::commit(mode_t mode, Durability durability) {
     }
     const bool isFlushed = durability == Durability::Flushed;
     if (isFlushed && uninterrupted([&] { return ::fsync(number); }) < 0) return lastFault("flush", target_);
-    if (!descriptor_.closeChecked()) return lastFault("close", target_);
+    return descriptor_.closeChecked() ? FileResult{} : lastFault("close", target_);
+}
+
+FileResult Replacement::commitAsNew(mode_t mode) {
+    if (FileResult fault = finish(mode, Durability::Flushed)) return fault;
+    if (!moveToFreePlace(temporary_, target_)) return lastFault("put in place", target_);
+    temporary_.clear();
+    return flushFolder();
+}
+
+FileResult Replacement::commit(mode_t mode, Durability durability) {
+    if (FileResult fault = finish(mode, durability)) return fault;
     if (uninterrupted([&] { return std::rename(temporary_.c_str(), target_.c_str()); }) < 0) {
         return lastFault("put in place", target_);
     }
     temporary_.clear();
-    return isFlushed ? flushFolder() : FileResult{};
+    return durability == Durability::Flushed ? flushFolder() : FileResult{};
 }
 
 }  // namespace qrv

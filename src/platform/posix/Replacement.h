@@ -29,6 +29,8 @@ class Replacement {
     [[nodiscard]] FileResult write(std::string_view bytes);
     /// Gives the file its permission bits, flushes it if told, and puts it in place.
     [[nodiscard]] FileResult commit(mode_t mode, Durability durability);
+    /// The same, flushed, where there is nothing to be replaced: fails where anything is there by now.
+    [[nodiscard]] FileResult commitAsNew(mode_t mode);
 
     /// The permission bits of the file that is to be replaced, if there is one.
     [[nodiscard]] const std::optional<mode_t>& targetMode() const { return targetMode_; }
@@ -36,6 +38,7 @@ class Replacement {
  private:
     [[nodiscard]] FileResult inspectTarget();
     void keepOwner();
+    [[nodiscard]] FileResult finish(mode_t mode, Durability durability);
     [[nodiscard]] FileResult flushFolder() const;
 
     std::string target_;

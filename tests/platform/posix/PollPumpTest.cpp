@@ -82,6 +82,19 @@ TEST(PollPump, ASignalThatCameBeforeIsNotSleptOver) {
     EXPECT_EQ(told, (std::vector<int>{SIGUSR2, SIGUSR1}));
 }
 
+TEST(PollPump, AHangUpOfTheTerminalThatIsIgnoredStaysIgnored) {
+    const auto former = std::signal(SIGHUP, SIG_IGN);
+    const SystemClock clock;
+    std::vector<int> told;
+    PollPump pump(clock);
+    pump.catchSignals({SIGHUP, SIGUSR1}, [&](int signal) { told.push_back(signal); });
+    ::raise(SIGHUP);
+    ::raise(SIGUSR1);
+    pump.pump();
+    std::signal(SIGHUP, former);
+    EXPECT_EQ(told, std::vector<int>{SIGUSR1});
+}
+
 TEST(PollPump, GivesTheSignalsBack) {
     struct sigaction before {};
     ::sigaction(SIGUSR1, nullptr, &before);
