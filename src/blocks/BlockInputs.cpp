@@ -8,6 +8,7 @@
 #include "platform/Grid.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
+#include "store/CatalogueCodes.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -22,10 +23,6 @@ constexpr int kDescription = 3;
 constexpr int kSource = 4;
 constexpr int kKind = 5;
 
-// In the catalogue.
-constexpr std::int16_t kAnalogInput = 1;
-constexpr std::int16_t kDiscreteInput = 2;
-
 constexpr const char* kMain = "MAIN";
 
 /// Without " INPUT" and all behind it, unless the text begins with that.
@@ -36,8 +33,8 @@ std::string withoutInput(const std::string& description) {
 
 std::string kindLetter(std::int16_t inputType) {
     switch (inputType) {
-        case kAnalogInput: return "A";
-        case kDiscreteInput: return "D";
+        case kAnalog: return "A";
+        case kDiscrete: return "D";
         default: return "";
     }
 }
@@ -112,11 +109,11 @@ void BlockInputs::connect(int row, std::int16_t source) {
     if (source <= kLastBlock) {
         db.FuncSetIndex("FN");
         db.FuncSeekI(bench_.FnOfBlock.at(static_cast<std::size_t>(source)));
-        if (inputType == kAnalogInput && db.FuncAuxAnalogs() > 0) {
+        if (inputType == kAnalog && db.FuncAuxAnalogs() > 0) {
             const std::int16_t ordinal = picker_.pickOutput(BlockRef::Kind::Analog, kMain);
             UpdateConstant(BlockRef::analog(source, ordinal).word());
             output = bench_.AuxAnalogShort.at(static_cast<std::size_t>(ordinal));
-        } else if (inputType == kDiscreteInput && db.FuncAuxDiscretes() > 0) {
+        } else if (inputType == kDiscrete && db.FuncAuxDiscretes() > 0) {
             const std::int16_t ordinal = picker_.pickOutput(BlockRef::Kind::Discrete, kMain);
             UpdateConstant(BlockRef::discrete(source, ordinal).word());
             output = bench_.AuxDiscreteShort.at(static_cast<std::size_t>(ordinal));

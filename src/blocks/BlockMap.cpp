@@ -7,6 +7,7 @@
 #include "blocks/BlockNumbers.h"
 #include "blocks/BlockRef.h"
 #include "blocks/Boards.h"
+#include "blocks/PageFlag.h"
 #include "platform/Controls.h"
 #include "platform/Grid.h"
 #include "store/Workbench.h"
@@ -18,8 +19,6 @@ namespace {
 constexpr Colour kAlarm{0xFF8080};
 constexpr Colour kEvent{0xC0C0FF};
 constexpr Colour kPage{0xFFC080};
-/// A description that begins with a character of this code or above is a page.
-constexpr unsigned char kFirstPageCode = 129;
 
 constexpr const char* kNopCell = " ";
 constexpr const char* kNoBoardBlock = ".";
@@ -47,10 +46,7 @@ std::string_view tagOf(int slot, int offset, const std::string& description) {
 }
 
 Colour colourOfAlarm(db1& db) {
-    const std::string description = db.AlarmDescription();
-    const auto code =
-        description.empty() ? static_cast<unsigned char>(' ') : static_cast<unsigned char>(description.front());
-    if (code >= kFirstPageCode) return kPage;
+    if (isPage(db.AlarmDescription())) return kPage;
     return db.AlarmIsAlarm() ? kAlarm : kEvent;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/Grid.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
+#include "store/CatalogueCodes.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -218,7 +219,7 @@ void BlockParameters::UpdateAuxOutput() {
         text = kNoOutput;
     } else if (ordinal != 0) {
         db.AuxSeek(source.function, source.kind == BlockRef::Kind::Analog ? "A" : "D", ordinal);
-        text = db.AuxNoMatch() ? "BUNK" : db.AuxDescription();
+        text = db.AuxNoMatch() ? std::string(kNoSuchOutput) : db.AuxDescription();
     }
     describeRow(fg3_, 1, kDescription, text);
     fg3_.setText(1, kValue, std::to_string(ordinal));

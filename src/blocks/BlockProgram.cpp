@@ -2,18 +2,16 @@
 
 #include <algorithm>
 
-#include "blocks/ParameterScale.h"
 #include "platform/CodePage.h"
 #include "platform/MessageBox.h"
 #include "platform/RunTimeError.h"
+#include "store/CatalogueCodes.h"
 #include "store/Workbench.h"
 
 namespace qrv {
 
 namespace {
 
-// In the catalogue.
-constexpr std::int16_t kAnalogInput = 1;
 // Blocks of every program that new inputs are wired to.
 constexpr std::int32_t kAnalogSource = 0;
 constexpr std::int32_t kDiscreteSource = 2;
@@ -58,7 +56,7 @@ void addInputs(db1& db, std::int16_t block, Refusals refusals, WriteConstant wri
     const std::int16_t inputs = db.FuncInputs();
     for (std::int32_t i = 1; i <= inputs; ++i) {
         db.InputSeek(db.FuncFN(), i);
-        const std::int32_t source = db.InputType() == kAnalogInput ? kAnalogSource : kDiscreteSource;
+        const std::int32_t source = db.InputType() == kAnalog ? kAnalogSource : kDiscreteSource;
         under(refusals, [&] { write(db, block, i - 1, source); });
     }
 }

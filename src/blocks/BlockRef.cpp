@@ -1,6 +1,7 @@
 #include "blocks/BlockRef.h"
 
 #include "platform/Numerals.h"
+#include "store/CatalogueCodes.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -47,7 +48,7 @@ std::string BlockOutputName(Workbench& bench, std::int32_t word) {
     if (ref.kind == BlockRef::Kind::Main || !ref.isBlock()) return "";
     const std::int16_t function = bench.FnOfBlock[static_cast<std::size_t>(ref.block)];
     bench.db.AuxSeek(function, ref.kind == BlockRef::Kind::Analog ? "A" : "D", ref.ordinal);
-    return bench.db.AuxNoMatch() ? "BUNK" : bench.db.AuxShort();
+    return bench.db.AuxNoMatch() ? std::string(kNoSuchOutput) : bench.db.AuxShort();
 }
 
 }  // namespace qrv

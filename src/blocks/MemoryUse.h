@@ -8,11 +8,6 @@ namespace qrv {
 
 struct Workbench;
 
-/// The constants that a controller holds.
-inline constexpr std::int32_t kMostConstants = 5632;
-/// The retentive bytes that a controller holds.
-inline constexpr std::int32_t kMostRetentiveBytes = 634;
-
 struct MemoryUse {
     std::int32_t constants = 0;       ///< rows of the constants table
     std::int32_t retentiveBytes = 0;  ///< sum over all blocks of what a block of their function takes

@@ -24,9 +24,4 @@ struct ParameterScale {
     [[nodiscard]] std::string shown(std::int32_t stored) const;
 };
 
-/// In the catalogue.
-inline constexpr std::int16_t kDecimalCountParameter = 2;
-inline constexpr std::int16_t kStringParameter = 3;
-inline constexpr std::int16_t kCountedParameter = 4;
-
 }  // namespace qrv

@@ -3,13 +3,14 @@
 #include <optional>
 #include <string>
 
-#include "blocks/ParameterScale.h"
 #include "link/BlockLayout.h"
 #include "link/BlockTable.h"
 #include "link/frmComm.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
 #include "platform/RunTimeError.h"
+#include "store/CatalogueCodes.h"
+#include "store/ControllerLimits.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -26,15 +27,9 @@ constexpr std::int16_t kFilledSlots = 5640;
 constexpr std::int32_t kHighHalf = 65536;
 constexpr std::chrono::milliseconds kSecondTryTick{333};
 
-constexpr std::int16_t kMostStrings = 100;
 constexpr std::int16_t kUnusedStringLength = 16;
 /// The longest text that still leaves its record within a frame.
 constexpr std::int32_t kLongestString = kMostData - kStringHead - 1;
-
-// In the catalogue.
-constexpr std::int16_t kWholeNumber = 1;
-constexpr std::int16_t kShortNumber = 2;
-constexpr std::int16_t kReference = 4;
 
 constexpr const char* kSyncReason = "Form Comm Download blocks CloseIt";
 
@@ -221,9 +216,9 @@ bool BlockDownload::isInStep(std::int16_t block) {
 void BlockDownload::slotOfParameter(std::int32_t number) {
     db_.ParamSeek(db_.FuncFN(), number);
     switch (db_.ParamType()) {
-        case kWholeNumber: slot_ = db_.ConstantValue(); break;
-        case kShortNumber:
-        case kReference: slot_ = toInt32(std::int64_t{db_.ConstantValue()} * kHighHalf); break;
+        case kPlainParameter: slot_ = db_.ConstantValue(); break;
+        case kDecimalCountParameter:
+        case kCountedParameter: slot_ = toInt32(std::int64_t{db_.ConstantValue()} * kHighHalf); break;
         case kStringParameter: slot_ = 0; break;
         default: break;  // what the last slot left goes out again
     }

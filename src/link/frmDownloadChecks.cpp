@@ -11,6 +11,7 @@
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
 #include "platform/RunTimeError.h"
+#include "store/ControllerLimits.h"
 #include "store/KnownFunctions.h"
 #include "store/Workbench.h"
 

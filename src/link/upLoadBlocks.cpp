@@ -8,7 +8,6 @@
 #include "blocks/BlockNumbers.h"
 #include "blocks/BlockProgram.h"
 #include "blocks/Boards.h"
-#include "blocks/ParameterScale.h"
 #include "link/BlockLayout.h"
 #include "link/BlockTable.h"
 #include "link/UploadHeadings.h"
@@ -16,6 +15,7 @@
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
 #include "platform/RunTimeError.h"
+#include "store/CatalogueCodes.h"
 #include "store/KnownFunctions.h"
 #include "store/Workbench.h"
 
@@ -38,10 +38,6 @@ constexpr std::uint8_t kNoRecord = 255;
 /// Reads of constants: the first, and one as soon as the 32nd slot of each has been used.
 constexpr std::int32_t constantReads(std::int32_t slots) { return slots / kSlotsPerFrame + 1; }
 constexpr std::int32_t kMostSlots = kStringsStart / kSlotLength;
-
-// In the catalogue: parameters that are the first two bytes of their slot.
-constexpr std::int16_t kShortNumber = 2;
-constexpr std::int16_t kReference = 4;
 
 /// Two boards have the same function; one uses eight blocks and the other five, so this one tells them apart.
 constexpr std::int16_t kSixthOutput = 6;
@@ -196,7 +192,7 @@ void BlockUpload::readParameter(std::int16_t block, std::int16_t slot, std::int3
     db_.ConstantSeek(block, slot);
     db_.ParamSeek(db_.FuncFN(), number);
     const std::int16_t type = db_.ParamType();
-    if (type == kShortNumber || type == kReference) {
+    if (type == kDecimalCountParameter || type == kCountedParameter) {
         std::int16_t value = 0;
         comm_.get_integer_constant(value);
         storeConstant(value);

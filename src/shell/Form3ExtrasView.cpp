@@ -19,6 +19,7 @@
 #include "platform/qt/Texts.h"
 #include "platform/qt/Theme.h"
 #include "shell/Form3View.h"
+#include "store/ControllerLimits.h"
 #include "store/KnownFunctions.h"
 #include "store/Workbench.h"
 

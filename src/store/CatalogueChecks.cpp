@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Numerals.h"
+#include "store/CatalogueCodes.h"
 #include "store/CatalogueSlots.h"
 #include "store/KnownFunctions.h"
 #include "store/Schema.h"
@@ -70,7 +71,8 @@ bool isInCapitals(std::string_view text) {
 }
 
 bool isAuxShort(std::string_view text) {
-    return isSoundText(text) && text.size() <= kLongestAuxShort && !isNumeric(text) && text != "MAIN" && text != "BUNK";
+    return isSoundText(text) && text.size() <= kLongestAuxShort && !isNumeric(text) && text != "MAIN" &&
+           text != kNoSuchOutput;
 }
 
 bool isStringFunction(std::int32_t fn) { return isAmong(kStringFunctions, fn); }
@@ -87,7 +89,7 @@ bool isHidden(const CatalogueText& text, const ParamRow& row) {
 bool countStandsBefore(const CatalogueText& text, const ParamRow& row) {
     const auto isCount = [&](std::int32_t number) {
         const ParamRow* param = text.param(row.fn, number);
-        return param != nullptr && param->type == kDecimalCountParam;
+        return param != nullptr && param->type == kDecimalCountParameter;
     };
     if (row.number % 2 == 1) return row.number >= 3 && isCount(row.number - 1);
     return row.number >= 4 && isCount(row.number - 2) && !isCount(row.number - 1);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/CatalogueCodes.h"
 #include "store/CatalogueRules.h"
 #include "store/CatalogueText.h"
 
@@ -21,10 +22,9 @@ inline constexpr std::int32_t kMostInputs = 74;
 inline constexpr std::int32_t kMostParams = 255;
 inline constexpr std::int32_t kMostAuxOutputs = 31;
 inline constexpr std::int32_t kMostIcycle = 46;
-inline constexpr std::int32_t kRetentiveBytes = 634;
 
 /// What the tool's grids show where no function's name stands.
-inline constexpr std::array<std::string_view, 4> kToolsWords{".", "BUNK", "MAIN", "????"};
+inline constexpr std::array<std::string_view, 4> kToolsWords{".", kNoSuchOutput, "MAIN", "????"};
 
 [[nodiscard]] constexpr bool isWithin(std::int32_t value, std::int32_t least, std::int32_t greatest) {
     return least <= value && value <= greatest;

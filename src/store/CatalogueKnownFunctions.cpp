@@ -3,6 +3,7 @@
 #include <array>
 
 #include "store/CatalogueChecks.h"
+#include "store/CatalogueCodes.h"
 #include "store/KnownFunctions.h"
 #include "store/Workbench.h"
 
@@ -41,7 +42,7 @@ void addUnlessAny(CataloguePlaces& places, const CatalogueText& text, std::strin
 }
 
 bool isCurveParam(const ParamRow* row) {
-    return row != nullptr && row->type == kPlainParam && row->min == 0 && row->max == 100000 && row->decimal >= 1;
+    return row != nullptr && row->type == kPlainParameter && row->min == 0 && row->max == 100000 && row->decimal >= 1;
 }
 
 /// One of the ten groups, which begins at parameter `place`.
@@ -51,8 +52,8 @@ bool isLimitGroup(const CatalogueText& text, std::int32_t place) {
         rows[i] = text.param(kLimitMonitorFunction, place + i);
         if (rows[i] == nullptr) return false;
     }
-    return rows[0]->type == kDecimalCountParam && rows[1]->type == kOwnDecimalsParam &&
-           rows[2]->type == kOwnDecimalsParam && rows[3]->type == kDecimalCountParam &&
+    return rows[0]->type == kDecimalCountParameter && rows[1]->type == kCountedParameter &&
+           rows[2]->type == kCountedParameter && rows[3]->type == kDecimalCountParameter &&
            rows[0]->initial == rows[3]->initial;
 }
 
@@ -64,7 +65,7 @@ void addAuxReaderFaults(CataloguePlaces& places, const CatalogueText& text, std:
     if (!hasShape || inputs.size() != 1 || inputs.front()->type != kind) places.push_back(faultAt(*row));
     const ParamRow* ordinal = text.param(row->fn, 1);
     if (ordinal == nullptr) return;
-    const bool isOrdinal = ordinal->type == kPlainParam && ordinal->decimal == 0 && ordinal->min == 0 &&
+    const bool isOrdinal = ordinal->type == kPlainParameter && ordinal->decimal == 0 && ordinal->min == 0 &&
                            ordinal->max == kMostAuxOutputs && ordinal->initial == 0;
     if (!isOrdinal) places.push_back(faultAt(*ordinal));
 }
@@ -167,7 +168,7 @@ CataloguePlaces limitGroupFaults(const CatalogueText& text) {
     const FunctionRow* limits = text.function(kLimitMonitorFunction);
     if (limits == nullptr) return {};
     const ParamRow* first = text.param(kLimitMonitorFunction, 1);
-    if (first == nullptr || first->type != kPlainParam || limits->params < 41) return {faultAt(*limits)};
+    if (first == nullptr || first->type != kPlainParameter || limits->params < 41) return {faultAt(*limits)};
     for (std::int32_t place = 2; place <= 38; place += 4) {
         if (isLimitGroup(text, place)) continue;
         const ParamRow* row = text.param(kLimitMonitorFunction, place);
@@ -228,7 +229,7 @@ CataloguePlaces scalesMissing(const CatalogueText& text) {
         places.insert(places.end(), found.begin(), found.end());
     }
     const CataloguePlaces own = missingUnlessAny(text.params, kParamsFile, "decimals of its own",
-                                                 [](const ParamRow& row) { return row.type == kOwnDecimalsParam; });
+                                                 [](const ParamRow& row) { return row.type == kCountedParameter; });
     places.insert(places.end(), own.begin(), own.end());
     return places;
 }

@@ -4,6 +4,8 @@
 #include <array>
 
 #include "store/CatalogueChecks.h"
+#include "store/CatalogueCodes.h"
+#include "store/ControllerLimits.h"
 
 namespace qrv {
 
@@ -61,7 +63,7 @@ const CatalogueRule kRules[] = {
     {"temporaryRamFitsAWord", "705 blocks of one function stay within a 16-bit sum: Icycle is from 0 to 46.",
      +[](const Text&, const FunctionRow& row) { return isWithin(row.icycle, 0, kMostIcycle); }},
     {"retentiveBytesFit", "VolRam is from 0 to the 634 bytes that a program has.",
-     +[](const Text&, const FunctionRow& row) { return isWithin(row.volRam, 0, kRetentiveBytes); }},
+     +[](const Text&, const FunctionRow& row) { return isWithin(row.volRam, 0, kMostRetentiveBytes); }},
     {"singleIsAFlag", "Single is 0 or 1.",
      +[](const Text&, const FunctionRow& row) { return isWithin(row.single, 0, 1); }},
 
@@ -88,7 +90,7 @@ const CatalogueRule kRules[] = {
 
     // --- parameters ---
     {"paramTypeIsKnown", "A parameter's type is from 1 to 4.",
-     +[](const Text&, const ParamRow& row) { return isWithin(row.type, kPlainParam, kOwnDecimalsParam); }},
+     +[](const Text&, const ParamRow& row) { return isWithin(row.type, kPlainParameter, kCountedParameter); }},
     {"paramOffsetIsItsSlot", "A parameter's offset is the number of its slot, the inputs counted.",
      +[](const Text& text, const ParamRow& row) {
          const FunctionRow* function = text.function(row.fn);
@@ -96,11 +98,11 @@ const CatalogueRule kRules[] = {
      }},
     {"hiddenConstantIsPlain", "A hidden constant is of type 1 and its default is 0.",
      +[](const Text& text, const ParamRow& row) {
-         return !isHidden(text, row) || (row.type == kPlainParam && row.initial == 0);
+         return !isHidden(text, row) || (row.type == kPlainParameter && row.initial == 0);
      }},
     {"defaultIsWithinLimits", "A default lies between its limits.",
      +[](const Text&, const ParamRow& row) {
-         return row.type == kStringParam || isWithin(row.initial, row.min, row.max);
+         return row.type == kStringParameter || isWithin(row.initial, row.min, row.max);
      }},
     {"decimalsAreZeroToThree", "The decimals of a parameter are from 0 to 3.",
      +[](const Text&, const ParamRow& row) { return isWithin(row.decimal, 0, 3); }},
@@ -108,30 +110,32 @@ const CatalogueRule kRules[] = {
      oddDecimals},
     {"highHalfHoldsTheValue", "The limits of a parameter of type 2 or 4 fit 16 bits.",
      +[](const Text&, const ParamRow& row) {
-         const bool isShort = row.type == kDecimalCountParam || row.type == kOwnDecimalsParam;
+         const bool isShort = row.type == kDecimalCountParameter || row.type == kCountedParameter;
          return !isShort || (row.min >= -32768 && row.max <= 32767);
      }},
     {"decimalCountIsZeroToFour", "A parameter of type 2 has the limits 0 and 4 and no decimals.",
      +[](const Text&, const ParamRow& row) {
-         return row.type != kDecimalCountParam || (row.decimal == 0 && row.min == 0 && row.max == 4);
+         return row.type != kDecimalCountParameter || (row.decimal == 0 && row.min == 0 && row.max == 4);
      }},
     {"ownDecimalsFollowTheirCount",
      "A parameter of type 4 stands one or two places behind one of type 2 at an even place.",
      +[](const Text& text, const ParamRow& row) {
-         return row.type != kOwnDecimalsParam || countStandsBefore(text, row);
+         return row.type != kCountedParameter || countStandsBefore(text, row);
      }},
     {"ownDecimalsAreNotInTheRow", "A parameter of type 4 has 0 as its decimals.",
-     +[](const Text&, const ParamRow& row) { return row.type != kOwnDecimalsParam || row.decimal == 0; }},
+     +[](const Text&, const ParamRow& row) { return row.type != kCountedParameter || row.decimal == 0; }},
     {"stringIsSixteenLong", "A string parameter takes 16 characters and has no decimals and 0 as its default.",
      +[](const Text&, const ParamRow& row) {
-         return row.type != kStringParam || (row.max == 16 && row.decimal == 0 && row.initial == 0);
+         return row.type != kStringParameter || (row.max == 16 && row.decimal == 0 && row.initial == 0);
      }},
     {"stringIsInCapitals", "The description of a string parameter, its first text, is in capitals.",
-     +[](const Text&, const ParamRow& row) { return row.type != kStringParam || isInCapitals(row.description); }},
+     +[](const Text&, const ParamRow& row) { return row.type != kStringParameter || isInCapitals(row.description); }},
     {"stringsStandWhereTheyMay", "Only functions 12, 13 and 114 have string parameters.",
-     +[](const Text&, const ParamRow& row) { return row.type != kStringParam || isStringFunction(row.fn); }},
+     +[](const Text&, const ParamRow& row) { return row.type != kStringParameter || isStringFunction(row.fn); }},
     {"someFunctionHasAString", "One of the functions 12, 13 and 114 has a string parameter.",
-     +[](const Text& text) { return anyParam(text, [](const ParamRow& row) { return row.type == kStringParam; }); }},
+     +[](const Text& text) {
+         return anyParam(text, [](const ParamRow& row) { return row.type == kStringParameter; });
+     }},
 
     // --- inputs ---
     {"inputKindIsKnown", "An input is of type 1 or 2.",

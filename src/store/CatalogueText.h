@@ -18,14 +18,6 @@ inline constexpr std::string_view kGroupsFile = "groups.csv";
 inline constexpr std::string_view kVersionFile = "version.csv";
 inline constexpr std::string_view kCommonFile = "common.txt";
 
-// Values of `ftype`, of an input's `type` and of a parameter's `type`. On disk: never renumber.
-inline constexpr std::int32_t kAnalog = 1;
-inline constexpr std::int32_t kDiscrete = 2;
-inline constexpr std::int32_t kPlainParam = 1;
-inline constexpr std::int32_t kDecimalCountParam = 2;
-inline constexpr std::int32_t kStringParam = 3;
-inline constexpr std::int32_t kOwnDecimalsParam = 4;
-
 /// One function. `line` of this and the other rows is the row's line in its file, from 1, the heading included.
 struct FunctionRow {
     std::int32_t fn = 0;
@@ -38,8 +30,8 @@ struct FunctionRow {
     std::int32_t single = 0;  ///< 1: one block of it is enough for a program
     std::int32_t auxAnalogs = 0;
     std::int32_t auxDiscretes = 0;
-    std::int32_t ftype = 0;
-    std::string group{};  ///< key of its purpose group
+    std::int32_t ftype = 0;  ///< as an input's and a parameter's `type` a code of `CatalogueCodes.h`
+    std::string group{};     ///< key of its purpose group
     std::string title{};
     int line = 0;
 

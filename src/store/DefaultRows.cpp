@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "store/KnownFunctions.h"
+#include "store/Workbench.h"
 
 namespace qrv {
 
@@ -12,7 +13,6 @@ namespace {
 
 using Rows = std::vector<std::vector<Value>>;
 
-constexpr std::int32_t kBlocks = 705;
 constexpr std::int32_t kMenus = 25;
 constexpr std::int32_t kItemsOfMenu = 10;
 constexpr std::int32_t kScreens = 25;
@@ -22,7 +22,6 @@ constexpr std::int32_t kPensOfChart = 4;
 constexpr std::int32_t kEgus = 50;
 constexpr std::int32_t kLoops = 20;
 constexpr std::int32_t kPolls = 256;
-constexpr std::int32_t kSlots = 7;
 constexpr std::int32_t kPagerStrings = 5;
 constexpr std::int32_t kUnusedScreenItem = 99;
 
@@ -32,7 +31,7 @@ Value text(std::string_view words) { return std::string(words); }
 
 Rows blockRows() {
     Rows rows;
-    for (std::int32_t block = 0; block < kBlocks; ++block) {
+    for (std::int32_t block = 0; block < kBlockCount; ++block) {
         rows.push_back({block, std::int32_t{defaultFunction(block)}, 0, 0, 0, text(""), text("")});
     }
     return rows;
@@ -99,7 +98,7 @@ constexpr std::array kTableRows{
                   return Rows{{text(""), text(""), text("")}};
               }},
     TableRows{"Pager", [] { return numberedRows(0, kPagerStrings, {text("")}); }},
-    TableRows{"Slots", [] { return numberedRows(0, kSlots, {text("")}); }},
+    TableRows{"Slots", [] { return numberedRows(0, kSlotCount, {text("")}); }},
     TableRows{"Menu List", menuRows},
     TableRows{"Menu Items",
               [] {

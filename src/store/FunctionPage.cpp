@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Numerals.h"
+#include "store/CatalogueCodes.h"
 #include "store/Schema.h"
 
 namespace qrv {
@@ -123,13 +124,13 @@ std::string wrapped(std::string_view text, std::size_t width, std::size_t indent
 }
 
 std::string limitsShown(const CatalogueText& text, const ParamRow& param) {
-    if (param.type == kStringParam) return "text, at most " + std::to_string(param.max) + " characters";
+    if (param.type == kStringParameter) return "text, at most " + std::to_string(param.max) + " characters";
     int scale = param.decimal > 0 ? 3 : 0;
     int shown = param.decimal;
-    if (param.type == kOwnDecimalsParam) {
+    if (param.type == kCountedParameter) {
         // The count stands just before, or one further off behind another value.
         const ParamRow* before = text.param(param.fn, param.number - 1);
-        const bool isNext = before != nullptr && before->type == kDecimalCountParam;
+        const bool isNext = before != nullptr && before->type == kDecimalCountParameter;
         const ParamRow* count = isNext ? before : text.param(param.fn, param.number - 2);
         scale = shown = count == nullptr ? 0 : count->initial;
     }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "store/CatalogueCodes.h"
 #include "store/FunctionPage.h"
 
 namespace qrv {

@@ -5,6 +5,7 @@
 #include "blocks/MemoryUse.h"
 #include "platform/CodePage.h"
 #include "platform/Numerals.h"
+#include "store/ControllerLimits.h"
 #include "store/DefaultRows.h"
 #include "store/KnownFunctions.h"
 
@@ -12,8 +13,7 @@ namespace qrv {
 
 namespace {
 
-// What a controller takes, besides constants and retentive bytes.
-constexpr std::int32_t kMostStrings = 100;
+// What a controller takes, besides what a download tests.
 constexpr std::int32_t kMostAlarms = 80;
 constexpr std::int32_t kRegisters = 128;
 

@@ -3,20 +3,16 @@
 #include <algorithm>
 #include <optional>
 
+#include "blocks/BlockRef.h"
+#include "blocks/PageFlag.h"
 #include "platform/CodePage.h"
+#include "store/CatalogueCodes.h"
 
 namespace qrv {
 
 namespace {
 
-// A block reference: the block in the lowest ten bits, the ordinal of an auxiliary output above them, the sign for a
-// discrete one.
-constexpr std::int32_t kBlockMask = 0x3FF;
-constexpr std::int32_t kOrdinalShift = 10;
-constexpr std::int32_t kReferenceMask = 0x7FFF;
-constexpr std::int32_t kLastBlock = 704;
 constexpr std::int32_t kNoFunction = -1;
-constexpr const char* kDangling = "BUNK";
 
 /// The field that names an output; 0 there says that none is named, but in the alarm list.
 struct ReferenceColumn {
@@ -37,10 +33,9 @@ std::optional<std::int32_t> numberIn(const Table& table, const TableRow& row, st
     return number == nullptr ? std::nullopt : std::optional(*number);
 }
 
-/// An alarm that pages has 128 added to the code of its description's first character.
 bool pages(const Table& table, const TableRow& row) {
     const auto* text = std::get_if<std::string>(&row[static_cast<std::size_t>(table.columnIndex("Description"))]);
-    return text != nullptr && !text->empty() && static_cast<unsigned char>(text->front()) > 128;
+    return text != nullptr && isPage(*text);
 }
 
 std::string inOneLine(std::string text) {
@@ -76,13 +71,13 @@ std::string ContentNotes::functionName(std::int32_t block) {
 
 std::string ContentNotes::referenceName(std::int32_t word) {
     if (word >= 0 && word <= kLastBlock) return std::to_string(word) + " " + functionName(word);
-    const std::int32_t bits = word & kReferenceMask;
-    const std::int32_t block = bits & kBlockMask;
+    const std::string dangling(kNoSuchOutput);
     const bool isWord = word >= INT16_MIN && word <= INT16_MAX;
-    if (!isWord || !seekFunctionOf(block)) return kDangling;
-    const std::string name = std::to_string(block) + " " + trimmed(catalogue_.FuncName());
-    catalogue_.AuxSeek(catalogue_.FuncFN(), word < 0 ? "D" : "A", bits >> kOrdinalShift);
-    return name + " " + (catalogue_.AuxNoMatch() ? kDangling : trimmed(catalogue_.AuxShort()));
+    const BlockRef ref = BlockRef::ofWord(word);
+    if (!isWord || !seekFunctionOf(ref.block)) return dangling;
+    const std::string name = std::to_string(ref.block) + " " + trimmed(catalogue_.FuncName());
+    catalogue_.AuxSeek(catalogue_.FuncFN(), ref.kind == BlockRef::Kind::Discrete ? "D" : "A", ref.ordinal);
+    return name + " " + (catalogue_.AuxNoMatch() ? dangling : trimmed(catalogue_.AuxShort()));
 }
 
 std::string ContentNotes::slotNote(std::int32_t block, std::int32_t slot) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "store/ConfigurationContent.h"
+#include "store/Workbench.h"
 #include "store/db1.h"
 
 namespace qrv {
@@ -20,8 +21,6 @@ class ContentNotes {
     [[nodiscard]] std::string noteOf(const Table& table, const TableRow& row);
 
  private:
-    static constexpr std::size_t kBlocks = 705;
-
     [[nodiscard]] bool seekFunctionOf(std::int32_t block);
     [[nodiscard]] std::string functionName(std::int32_t block);
     [[nodiscard]] std::string referenceName(std::int32_t word);
@@ -30,7 +29,7 @@ class ContentNotes {
     [[nodiscard]] std::string rawNote(const Table& table, const TableRow& row);
 
     db1& catalogue_;
-    std::array<std::int32_t, kBlocks> functions_{};
+    std::array<std::int32_t, kBlockCount> functions_{};
 };
 
 }  // namespace qrv

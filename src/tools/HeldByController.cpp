@@ -5,14 +5,14 @@
 #include <map>
 #include <utility>
 
-#include "blocks/ParameterScale.h"
+#include "store/CatalogueCodes.h"
 
 namespace qrv {
 
 namespace {
 
-// In the catalogue: parameters that go into their slot as numbers.
-constexpr std::array kNumberParameters{1, 2, 4};
+// They go into their slot as numbers.
+constexpr std::array kNumberParameters{kPlainParameter, kDecimalCountParameter, kCountedParameter};
 
 std::int32_t numberIn(const TableRow& row, std::size_t column) {
     const auto* number = std::get_if<std::int32_t>(&row[column]);

@@ -4,6 +4,7 @@
 
 #include "BlockRig.h"
 #include "blocks/MemoryUse.h"
+#include "store/ControllerLimits.h"
 
 namespace qrv {
 namespace {

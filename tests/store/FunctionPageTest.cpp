@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/Files.h"
+#include "store/CatalogueCodes.h"
 #include "store/CatalogueText.h"
 
 namespace qrv {
