@@ -38,6 +38,7 @@ Ending Transaction::run(const Exchange& exchange) {
     if (running_) return Ending::TurnedAway;
     const RunningMark mark(*this);
     retryCount_ = 0;
+    frameLeft_ = false;
     if (lateReplyMayCome_) {
         const bool wasAborted = exchange.aborted;
         letTheLineFallQuiet();
@@ -54,11 +55,10 @@ Ending Transaction::attemptAll(const Exchange& exchange) {
     while (true) {
         if (attempt(exchange)) return Ending::Good;
         if (exchange.aborted) return Ending::Aborted;
+        // The next frame, be it this one again, goes out while the answer to this send may still be on its way.
+        if (timer_.timedOut()) lateReplyMayCome_ = true;
         if (++retryCount_ == kMostSends) return Ending::Failed;
-        if (timer_.timedOut()) {
-            // The frame goes out again while the answer to this send may still be on its way.
-            lateReplyMayCome_ = true;
-        } else {
+        if (!timer_.timedOut()) {
             const bool wasAborted = exchange.aborted;
             resynchronise();
             // So long a sleep has events behind it, and a Cancel among them comes before the next attempt.
@@ -72,6 +72,7 @@ bool Transaction::attempt(const Exchange& exchange) {
     dropInput();
     timer_.clearTimedOut();
     timer_.start(kTick, clock_.now());
+    frameLeft_ = true;
     port_.write(exchange.frame);
     if (observer_ != nullptr) observer_->sent(exchange.frame, retryCount_ + 1);
     awaitReply(exchange.replyLength);

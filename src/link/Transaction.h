@@ -49,6 +49,8 @@ class Transaction {
     [[nodiscard]] bool isRunning() const { return running_; }
     /// Attempts of the last transaction that failed.
     [[nodiscard]] std::int16_t retryCount() const { return retryCount_; }
+    /// Whether the last transaction's frame went out at all: a Cancel may have come before.
+    [[nodiscard]] bool frameLeft() const { return frameLeft_; }
     [[nodiscard]] const TickTimer& timer() const { return timer_; }
     /// `observer` may be null.
     void observe(LinkObserver* observer) { observer_ = observer; }
@@ -70,6 +72,7 @@ class Transaction {
     TickTimer timer_;
     std::int16_t retryCount_ = 0;
     bool running_ = false;
+    bool frameLeft_ = false;
     bool lateReplyMayCome_ = false;
 };
 

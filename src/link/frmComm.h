@@ -55,6 +55,10 @@ class frmComm final : public Form {
     [[nodiscard]] std::int32_t retriesSoFar() const { return retriesSoFar_; }
     /// Transactions so far that came to nothing, after all their attempts.
     [[nodiscard]] std::int32_t failuresSoFar() const { return failuresSoFar_; }
+    /// What the last failure carried went by another transaction: it counts as none.
+    void forgiveFailure() { --failuresSoFar_; }
+    /// Whether the last transaction's frame went out at all.
+    [[nodiscard]] bool frameLeft() const { return transaction_.frameLeft(); }
     [[nodiscard]] std::int16_t timer_ticks() const { return transaction_.timer().ticks(); }
     [[nodiscard]] bool timed_out() const { return transaction_.timer().timedOut(); }
     /// Waits on the same timer: until `timed_out` is set, which can be at once.

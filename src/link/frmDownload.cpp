@@ -93,11 +93,11 @@ void frmDownload::runSections() {
         if (bench_.xfer_ok && bench_.*section.flag && !bench_.xfer_abort) runSection(section);
     }
     if (!anyFlag() || !bench_.xfer_ok || bench_.xfer_abort) return;
-    outcome_.stage = DownloadStage::Commit;
     // The last moment for a Cancel.
     bench_.platform.eventPump.pump();
     if (bench_.xfer_abort) return;
     comm_.SendEE();
+    if (comm_.frameLeft()) outcome_.stage = DownloadStage::Commit;
     outcome_.committed = bench_.xfer_ok;
 }
 

@@ -26,7 +26,7 @@ struct ProgressPicture {
 };
 
 /// How far a download came: does the configuration fit, is a controller there, can its firmware take what is chosen,
-/// the sections, the commit.
+/// the sections, the commit, whose frame has gone out.
 enum class DownloadStage { Fitting, Reaching, Gates, Sections, Commit };
 
 /// How a download ended.

@@ -102,6 +102,39 @@ TEST_F(DownloadBlocksTest, InputsGoInTheHighHalfAndNegativeOnesAsTheirSixteenBit
     EXPECT_EQ(bytesAt(constantsFrame(0), 5, 8), (Bytes{0x02, 0xC0, 0, 0, 0x84, 0x02, 0, 0}));
 }
 
+// OARESET has three inputs, a text, and parameters of the types 2, 4, 4 and 1; AOUT's last two constants are hidden.
+TEST_F(DownloadBlocksTest, EachTypeOfParameterHasItsFormOfSlot) {
+    rig.place(10, "OARESET");
+    rig.place(11, "AOUT");
+    rig.setConstant(10, 3, 77);
+    rig.setConstant(10, 4, 3);
+    rig.setConstant(10, 5, -2);
+    rig.setConstant(10, 6, 32767);
+    rig.setConstant(10, 7, -65537);
+    rig.setConstant(11, 7, 65536);
+    rig.setConstant(11, 8, 17);
+    rig.setConstant(11, 9, -1);
+    send();
+    EXPECT_EQ(bytesAt(constantsFrame(0), 5 + 3 * 4, 20),
+              (Bytes{0, 0, 0, 0, 0, 3, 0, 0, 0xFF, 0xFE, 0, 0, 0x7F, 0xFF, 0, 0, 0xFF, 0xFE, 0xFF, 0xFF}));
+    EXPECT_EQ(bytesAt(constantsFrame(0), 5 + (12 + 7) * 4, 12), (Bytes{0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST_F(DownloadBlocksTest, ConstantsThatEndWithinABlockAreOutOfStep) {
+    rig.place(10, "OARESET");
+    db1& db = rig.bench.db;
+    for (std::int16_t block = 11; block <= 704; ++block) {
+        for (std::int16_t slot = 0; db.ConstantSeek(block, slot), !db.ConstantNoMatch(); ++slot) db.ConstantDelete();
+    }
+    db.ConstantSeek(10, 11);
+    db.ConstantDelete();
+    rig.boxes.expect(
+        {.text = "Block = 10\n Constant = \nDatabase Sync Error\nDOWNLOAD ABORTED", .icon = Icon::Warning});
+    send();
+    EXPECT_TRUE(rig.bench.xfer_abort);
+    EXPECT_EQ(rig.bench.xfer_abort_reason, "Form Comm Download blocks CloseIt");
+}
+
 TEST_F(DownloadBlocksTest, AnInputBeyondSixteenBitsIsAnOverflow) {
     rig.place(4, "PID");
     rig.setConstant(4, 0, 32768);

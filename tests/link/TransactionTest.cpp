@@ -262,6 +262,26 @@ TEST(Transaction, ALineThatIsNeverQuietHoldsUpForThreeTicksAtMost) {
     EXPECT_EQ(rig.record.sentAt.at(2), 1800ms + 1800ms);
 }
 
+TEST(Transaction, TheLineFallsQuietBehindALastSendThatWasNotAnsweredEither) {
+    TransactionRig rig;
+    const Bytes bad{1, 2, 3, 4, 5};
+    rig.answerInTurn({bad, bad, bad, bad, bad, bad, bad, bad, bad, {}, kGoodReply});
+    EXPECT_EQ(rig.run(), Ending::Failed);
+    const auto before = rig.clock.elapsed();
+    EXPECT_EQ(rig.run(), Ending::Good);
+    EXPECT_EQ(rig.record.sentAt.at(10), before + 600ms);
+}
+
+TEST(Transaction, AFrameThatACancelKeptBackHasNotLeft) {
+    TransactionRig rig;
+    rig.answerInTurn({{}, kGoodReply, kGoodReply});
+    EXPECT_EQ(rig.run(), Ending::Good);
+    EXPECT_TRUE(rig.transaction.frameLeft());
+    rig.pump.at(rig.clock.now() + 300ms, [&] { rig.aborted = true; });
+    EXPECT_EQ(rig.run(), Ending::Aborted);
+    EXPECT_FALSE(rig.transaction.frameLeft());
+}
+
 TEST(Transaction, EventsArePumpedWhileTheLineFallsQuiet) {
     TransactionRig rig;
     rig.answerInTurn({{}, kGoodReply, kGoodReply});

@@ -247,6 +247,32 @@ INSTANTIATE_TEST_SUITE_P(Edges, frmDownloadPagerGate,
                                          Gate{"above", "4.39", true}),
                          [](const auto& row) { return row.param.name; });
 
+TEST(frmDownload, AlarmsAloneAskForPagersToo) {
+    TransferRig rig(firmware("4.37"));
+    rig.bench.FnOfBlock[704] = 94;
+    rig.boxes.expect("ROM Version 4.37 Does Not Support Pagers\nPager Numbers Will Not Be Downloaded");
+    EXPECT_EQ(reasonAfterLoad(rig, {&frmSelect::Alarms}), "");
+    EXPECT_TRUE(rig.bench.has_pager_block);
+    EXPECT_TRUE(rig.bench.dl_alarms);
+}
+
+TEST(frmDownload, TheBlockBeforeTheFirstIsNotAskedForPagers) {
+    TransferRig rig;
+    rig.bench.FnOfBlock[0] = 94;
+    EXPECT_EQ(reasonAfterLoad(rig, {&frmSelect::Pager, &frmSelect::Blocks}), "");
+    EXPECT_FALSE(rig.bench.has_pager_block);
+    EXPECT_FALSE(rig.bench.dl_pager);
+}
+
+TEST(frmDownload, WhatAnEarlierDownloadKnewOfPagersIsForgotten) {
+    TransferRig rig;
+    rig.bench.has_pager_block = true;
+    rig.bench.pager_supported = true;
+    EXPECT_EQ(reasonAfterLoad(rig, {&frmSelect::Blocks}), "");
+    EXPECT_FALSE(rig.bench.has_pager_block);
+    EXPECT_FALSE(rig.bench.pager_supported);
+}
+
 class frmDownloadModbusGate : public testing::TestWithParam<Gate> {};
 
 TEST_P(frmDownloadModbusGate, ModbusAsksForFirmware41) {
@@ -371,59 +397,6 @@ TEST(frmDownload, CancelStopsBeforeTheCommitAndSaysNothing) {
     EXPECT_TRUE(rig.command1);
 }
 
-namespace {
-
-/// The number of the frame, from 1, in which each Cancel falls: into the block table, the constants, the strings.
-class frmDownloadCancelAt : public testing::TestWithParam<std::size_t> {};
-
-}  // namespace
-
-TEST_P(frmDownloadCancelAt, NoFurtherFrameLeaves) {
-    TransferRig rig;
-    rig.place(4, "LIMIT10");
-    rig.place(5, "SCHEDULE");
-    rig.download.onProgress = [&] {
-        if (rig.record.sends.size() == GetParam()) rig.download.Cancel_Click();
-    };
-    rig.runDownload();
-    EXPECT_EQ(rig.record.sends.size(), GetParam());
-    EXPECT_EQ(rig.controller.counters().commits, 0U);
-    EXPECT_EQ(rig.download.outcome().reason, "Form Download Cancel Button Click");
-    EXPECT_FALSE(rig.bench.xfer_abort);
-}
-
-// Poll, version and announce are the first three; the table takes 141 frames, the constants 176.
-INSTANTIATE_TEST_SUITE_P(Phases, frmDownloadCancelAt, testing::Values(4, 5, 144, 145, 146, 147, 320, 321, 322, 421));
-
-TEST(frmDownload, ACancelInTheQuietTimeBeforeTheCommitKeepsItBack) {
-    TransferRig rig;
-    constexpr std::size_t kStringsEnd = 3 + 141 + 176 + 1;
-    // The strings' end goes unanswered once, so that the line falls quiet before the commit.
-    rig.controller.play(SimFaultPlan::at("silence", kStringsEnd));
-    bool isSeen = false;
-    rig.download.onProgress = [&] {
-        if (isSeen || rig.record.sends.size() != kStringsEnd + 1) return;
-        isSeen = true;
-        rig.pump.at(rig.clock.now() + std::chrono::milliseconds(300), [&] { rig.download.Cancel_Click(); });
-    };
-    rig.runDownload();
-    EXPECT_EQ(rig.record.sends.size(), kStringsEnd + 1);
-    EXPECT_EQ(rig.controller.counters().commits, 0U);
-    EXPECT_FALSE(rig.download.outcome().committed);
-    EXPECT_EQ(rig.download.outcome().reason, "Form Download Cancel Button Click");
-}
-
-TEST(frmDownload, ACancelDuringTheCommitComesTooLate) {
-    TransferRig rig;
-    rig.download.onProgress = [&] {
-        if (rig.record.sends.back() == Bytes{8, 0xFF, 0xF7}) rig.download.Cancel_Click();
-    };
-    rig.runDownload();
-    EXPECT_EQ(rig.controller.counters().commits, 1U);
-    EXPECT_TRUE(rig.download.outcome().committed);
-    EXPECT_EQ(rig.download.outcome().reason, "");
-}
-
 TEST(frmDownload, ATextLongerThanItsFieldEndsTheDownloadAndNotTheProgram) {
     TransferRig rig;
     rig.place(5, "SCHEDULE");
@@ -439,26 +412,6 @@ TEST(frmDownload, ATextLongerThanItsFieldEndsTheDownloadAndNotTheProgram) {
     EXPECT_EQ(rig.download.outcome().reason, "Runtime Error");
     EXPECT_FALSE(rig.port.isOpen());
     EXPECT_TRUE(rig.command1);
-}
-
-TEST(frmSelect, WaitsForTheDownloadThatItBegan) {
-    TransferRig rig;
-    rig.host.load(rig.select);
-    rig.select.Blocks.value = true;
-    int downloads = 0;
-    rig.host.onModal("frmDownload", [&](Form&) {
-        ++downloads;
-        rig.download.Cancel_Click();
-    });
-    rig.pump.at(rig.clock.now(), [&] {
-        // The user's hand while the controller is looked for.
-        rig.select.Command1_Click();
-        rig.select.Command2_Click();
-        EXPECT_FALSE(rig.select.queryUnload(UnloadMode::ByUser));
-    });
-    rig.command1 = false;
-    rig.select.Command1_Click();
-    EXPECT_EQ(downloads, 1);
 }
 
 TEST(frmDownload, ClosingTheWindowInTheMidstCancels) {
@@ -489,31 +442,6 @@ TEST(DownloadSections, OnlyTheBlocksCanGoYetAndTheirOrderIsFixed) {
         EXPECT_EQ(section.isAvailable(), section.word == "blocks");
     }
     EXPECT_EQ(found, order);
-}
-
-TEST(frmSelect, BoxesOfMissingSectionsAreDisabledAndStayClear) {
-    TransferRig rig;
-    rig.host.load(rig.select);
-    rig.select.btnAll_Click();
-    for (const Choice* box : rig.select.boxes()) {
-        EXPECT_EQ(box->enabled, box == &rig.select.Blocks) << box->caption;
-        EXPECT_EQ(box->value, box == &rig.select.Blocks) << box->caption;
-    }
-    rig.select.btnNone_Click();
-    EXPECT_FALSE(rig.select.Blocks.value);
-}
-
-TEST(frmWarn, OnlyContinueConsents) {
-    TransferRig rig;
-    rig.host.onModal("frmWarn", [&](Form&) { rig.warn.Command1_Click(); });
-    rig.host.showModal(rig.warn);
-    EXPECT_FALSE(rig.warn.cancelled);
-    rig.host.unload(rig.warn);
-    rig.command1 = false;
-    rig.host.onModal("frmWarn", [&](Form&) { rig.host.close(rig.warn); });
-    rig.host.showModal(rig.warn);
-    EXPECT_TRUE(rig.warn.cancelled);
-    EXPECT_TRUE(rig.command1);
 }
 
 }  // namespace qrv::test

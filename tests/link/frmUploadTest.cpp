@@ -326,6 +326,12 @@ TEST(frmUpload, BoxesOfMissingSectionsAreDisabledAndStayClear) {
     }
 }
 
+TEST(UploadSections, PagersAloneAskForAFirmware) {
+    for (const UploadSection& section : kUploadSections) {
+        EXPECT_EQ(section.leastFirmware, section.shown == "Pager" ? 4.38F : 0.0F) << section.shown;
+    }
+}
+
 TEST(UploadSections, TheirOrderIsFixed) {
     const std::vector<std::string> order{"Blocks", "Modbus", "Alarms", "Pager", "EGUs", "Charts", "Menus", "Screens"};
     std::vector<std::string> found;
