@@ -27,8 +27,8 @@ constexpr const char* kMain = "MAIN";
 
 /// Without " INPUT" and all behind it, unless the text begins with that.
 std::string withoutInput(const std::string& description) {
-    const std::size_t place = description.find(" INPUT", 1);
-    return place == std::string::npos ? description : description.substr(0, place);
+    const std::size_t place = description.find(" INPUT");
+    return place == std::string::npos || place == 0 ? description : description.substr(0, place);
 }
 
 std::string kindLetter(std::int16_t inputType) {

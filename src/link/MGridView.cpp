@@ -3,7 +3,6 @@
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 
 #include "platform/qt/GridView.h"
 #include "platform/qt/Texts.h"
@@ -24,8 +23,6 @@ MGridView::MGridView(MGrid& form, DesktopHost& host) : FormView(form, host), for
     // A pass reads from the first row in sight on, and as many rows as the window first shows.
     grid->setRowsInHint(MGrid::kBlocksInSight / MGrid::kBlocksPerRow);
     grid->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
-    connect(grid->verticalScrollBar(), &QScrollBar::valueChanged, this,
-            [this](int rowsAbove) { form_.Grid2.setTopRow(rowsAbove + 1); });
     QBoxLayout* body = makeBody();
     body->addWidget(grid, 1);
     body->addLayout(makeButtons());

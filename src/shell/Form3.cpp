@@ -58,15 +58,16 @@ bool Form3::queryUnload(UnloadMode mode) {
 
 // --- coming up ---
 
+void Form3::showBoards() {
+    blocks.fillIg();
+    if (bench_.AlreadyActive) blocks.paintAlarmColours();
+}
+
 void Form3::activate() {
     SetReadOnly();
-    blocks.fillIg();
+    showBoards();
     // Closing a dialog that the first activation opened activates again, and that is no second activation.
-    if (isStarting_) return;
-    if (bench_.AlreadyActive) {
-        blocks.paintAlarmColours();
-        return;
-    }
+    if (isStarting_ || bench_.AlreadyActive) return;
     const WhileSet<bool> starting(isStarting_, true);
     activateFirstTime();
 }
@@ -147,6 +148,7 @@ void Form3::ReloadGlobalFile() {
     if (bench_.CurrentFileName.empty()) return;
     OpenConfiguration(bench_, bench_.CurrentFileName);
     blocks.fill_grid1();
+    showBoards();
     bench_.platform.formHost.refresh(*this);
     SetReadOnly();
     blocks.showAgain();

@@ -111,6 +111,7 @@ class Form3 final : public Form {
     void showOpened();
     /// The data view, without a click on a block.
     void leaveAssignmentView();
+    void showBoards();
     void activateFirstTime();
     void runProvided(std::string_view entry);
     void wireWindows();

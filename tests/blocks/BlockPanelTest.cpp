@@ -96,6 +96,17 @@ TEST(BlockPanel, ANameThatTheCatalogueLacksIsTold) {
     EXPECT_EQ(rig.panel.Label5.caption, "BLOCK 0 - ZERO");
 }
 
+TEST(BlockPanel, AFunctionOfAnIoBlockThatTheCatalogueLacksIsTold) {
+    OpenBlockRig rig;
+    rig.bench.db.BlockSeek(602);
+    rig.bench.db.BlockEdit();
+    rig.bench.db.BlockFn(200);
+    rig.bench.db.BlockUpdate();
+    rig.boxes.expect(Notice{.text = "Database Error, Record Not Found", .title = "Warning!"});
+    rig.clickBlock(602);
+    EXPECT_EQ(rig.panel.Label5.caption, "");
+}
+
 TEST(BlockPanel, AnIoBlockIsShownByItsFunction) {
     OpenBlockRig rig;
     rig.clickBlock(602);

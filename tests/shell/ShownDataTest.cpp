@@ -83,6 +83,15 @@ TEST_F(ShownDataTest, ValuesThatWereThrownAwayAreSeenNoMore) {
     EXPECT_EQ(run.bench.CurBlock, 10);
 }
 
+TEST_F(ShownDataTest, BoardsThatWereThrownAwayAreSeenNoMore) {
+    constexpr int kFirstRow = 1;
+    constexpr int kColumnOfSlot1 = 2;
+    putBoard("", kAnalogBoard);
+    ASSERT_EQ(panel.Ig.text(kFirstRow, kColumnOfSlot1), "AI");
+    throwAwayAndKeepTheFile();
+    EXPECT_EQ(panel.Ig.text(kFirstRow, kColumnOfSlot1), ".");
+}
+
 TEST_F(ShownDataTest, ABlockThatWasThrownAwayIsSeenNoMore) {
     run.place(10, "ADD");
     run.form3.choose("mnuEditBlk");

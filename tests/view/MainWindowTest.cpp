@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QWheelEvent>
 
@@ -146,6 +147,31 @@ TEST_F(MainWindow, AnEditorIsAsLargeAsItsCell) {
     QTest::keyClick(&grid("fg3"), Qt::Key_F2);
     ASSERT_NE(editorOf("fg3"), nullptr);
     EXPECT_EQ(editorOf("fg3")->geometry(), grid("fg3").rectOf(1, 1));
+}
+
+// --- what is in sight ---
+
+TEST_F(MainWindow, AnotherBlocksRowsBeginAtTheTop) {
+    place("PID");
+    for (const char* name : {"fg2", "fg3"}) {
+        auto* bar = grid(name).verticalScrollBar();
+        bar->setValue(bar->maximum());
+        ASSERT_GT(bar->value(), 0) << name;
+    }
+    ViewRig::clickCell(grid("Grid1"), 1, 2);
+    EXPECT_EQ(grid("fg2").verticalScrollBar()->value(), 0);
+    EXPECT_EQ(grid("fg3").verticalScrollBar()->value(), 0);
+}
+
+TEST_F(MainWindow, SavingLeavesTheRowsInSight) {
+    place("PID");
+    auto* bar = grid("fg3").verticalScrollBar();
+    bar->setValue(bar->maximum() / 2);
+    const int rowInSight = blocks().fg3.topRow();
+    ASSERT_GT(rowInSight, 1);
+    ViewRig::choose(rig.mainView(), "mnuFileSave");
+    EXPECT_EQ(blocks().fg3.topRow(), rowInSight);
+    EXPECT_EQ(grid("fg3").rowAt(0) + 1, rowInSight);
 }
 
 // --- a small window ---

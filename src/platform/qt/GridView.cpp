@@ -118,6 +118,7 @@ void GridView::refresh() {
     if (!grid_ || grid_->revision() == shownRevision_) return;
     shownRevision_ = grid_->revision();
     const Grid::Changes changes = grid_->takeChanges();
+    const int wantedTop = grid_->topRow();
     following_ = true;
     model_->publish(changes);
     applyRowHeights();
@@ -126,9 +127,8 @@ void GridView::refresh() {
     if (isHidden() == grid_->visible()) setVisible(grid_->visible());
     setEnabled(grid_->enabled());
     followSelection();
-    if (grid_->topRow() != shownTopRow_) {
-        shownTopRow_ = grid_->topRow();
-        scrollTo(model_->indexOf(shownTopRow_, grid_->fixedCols()), QAbstractItemView::PositionAtTop);
+    if (wantedTop != topRow()) {
+        scrollTo(model_->indexOf(wantedTop, grid_->fixedCols()), QAbstractItemView::PositionAtTop);
     }
     if (editor_ && !committing_ && !grid_->editing()) removeEditor();
 }
@@ -234,6 +234,13 @@ void GridView::resizeEvent(QResizeEvent* event) {
 void GridView::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
     placeEditor();
+    // The form knows what is in sight, so that it can go back there, or to the first row.
+    if (grid_ && !following_ && dy != 0) grid_->setTopRow(topRow());
+}
+
+int GridView::topRow() const {
+    const int section = rowAt(0);
+    return section < 0 ? grid_->topRow() : section + grid_->fixedRows();
 }
 
 // --- the user's events ---

@@ -78,6 +78,8 @@ class GridView : public QTableView {
 
  private:
     void run(const Event& event);
+    /// Of the rows in sight, as the grid counts them.
+    [[nodiscard]] int topRow() const;
     void followSelection();
     void followFocus();
     [[nodiscard]] bool hasOrLendsFocus() const;
@@ -113,7 +115,6 @@ class GridView : public QTableView {
     QPersistentModelIndex pressed_;
     std::vector<int> shownHeights_;
     std::vector<int> shownWidths_;
-    int shownTopRow_ = -1;
     std::uint64_t shownRevision_ = ~std::uint64_t{0};
     int rowsInHint_;
     bool fillsWidth_ = true;
