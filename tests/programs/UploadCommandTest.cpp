@@ -234,6 +234,16 @@ TEST(qrvUpload, AnAdapterThatGoesWhileTheUserThinksIsNoFaultOfTheProgramInIt) {
     EXPECT_NE(user.shown().find("qrv: " + upload.live.path() + " is not there: "), std::string::npos) << user.shown();
 }
 
+// The version is asked for in vain for 18 seconds, and then the user is asked.
+TEST(qrvUpload, AUserMayRefuseWhereTheVersionCouldNotBeRead) {
+    UploadRun upload;
+    upload.play(SimFaultPlan::from("silence", 2));
+    test::UserTerminal user("n\n");
+    const ProgramRun run = upload.onLine("upload plant.qrv --force" + user.redirections());
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(user.shown(), std::string(kQuestion) + "Continue? [y/N] qrv: Not wanted. plant.qrv is as it was.\n");
+}
+
 TEST(qrvUpload, NothingIsAskedAfterACancel) {
     UploadRun upload;
     upload.play(SimFaultPlan::always("silence"));
