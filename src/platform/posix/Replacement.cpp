@@ -37,9 +37,17 @@ bool moveToFreePlace(const std::string& from, const std::string& to) {
     if (errno != EINVAL && errno != ENOSYS) return false;
 #endif
     // A file system that doesn't know the flag. A second name can't be given where there is one either.
-    if (::link(from.c_str(), to.c_str()) != 0) return false;
-    ::unlink(from.c_str());
-    return true;
+    if (::link(from.c_str(), to.c_str()) == 0) {
+        ::unlink(from.c_str());
+        return true;
+    }
+    // Nor does every one know second names; there a look is all that can be done.
+    struct stat state {};
+    if (errno == EEXIST || ::lstat(to.c_str(), &state) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return std::rename(from.c_str(), to.c_str()) == 0;
 }
 
 }  // namespace
