@@ -229,6 +229,7 @@ void Form3View::afterRefresh() {
     ig_->setMuted(!isIo);
     if (blocks_.focus.empty()) return;
     const std::string name = std::exchange(blocks_.focus, {});
+    if (fg3_->isBeingLeft()) return;
     if (auto* widget = findChild<QWidget*>(QString::fromStdString(name))) widget->setFocus(Qt::OtherFocusReason);
 }
 

@@ -36,6 +36,10 @@ class MainWindow : public testing::Test {
     QLineEdit* editorOf(const char* name) {
         return grid(name).viewport()->findChild<QLineEdit*>(QStringLiteral("gridEditor"));
     }
+    std::int32_t constantOf(std::int16_t block, std::int16_t slot) {
+        bench().db.ConstantSeek(block, slot);
+        return bench().db.ConstantValue();
+    }
     Workbench& bench() { return rig.program.bench; }
     BlockPanel& blocks() { return rig.program.mainWindow.blocks; }
 
@@ -128,6 +132,68 @@ TEST_F(MainWindow, AClickElsewhereIsNotHeededWhereTheTextIsRefused) {
     EXPECT_TRUE(editorOf("fg2")->hasFocus());
     EXPECT_EQ(blocks().Label5.caption, "BLOCK 10 - ADD");
     QTest::keyClick(editorOf("fg2"), Qt::Key_Escape);
+}
+
+TEST_F(MainWindow, AKeyToAnotherBlockStoresTheTypedValueFirst) {
+    place("PID");
+    ViewRig::clickCell(grid("fg3"), 2, 1);
+    QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
+    ASSERT_NE(editorOf("fg3"), nullptr);
+    QTest::keyClick(editorOf("fg3"), Qt::Key_F6);
+    EXPECT_FALSE(grid("fg3").isEditing());
+    EXPECT_EQ(constantOf(10, 5), 7000);  // behind four inputs, the second parameter
+    EXPECT_EQ(bench().SeekBlock, 11);
+    EXPECT_EQ(blocks().fg3.text(2, 1), "");
+}
+
+TEST_F(MainWindow, AKeyToAnotherBlockDoesNothingWhereTheTextIsRefused) {
+    place("ADD");
+    ViewRig::clickCell(grid("fg2"), 1, 1);
+    QTest::keyClicks(&grid("fg2"), QStringLiteral("x"));
+    rig.boxes.expect("Enter A Block Number\n        0 to 704");
+    QTest::keyClick(editorOf("fg2"), Qt::Key_F5);
+    ASSERT_TRUE(grid("fg2").isEditing());
+    EXPECT_EQ(bench().SeekBlock, 10);
+    QTest::keyClick(editorOf("fg2"), Qt::Key_Escape);
+}
+
+TEST_F(MainWindow, AKeyAlongTheGridStoresTheTypedValueInItsOwnRowFirst) {
+    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_End}) {
+        place("PID");
+        ViewRig::clickCell(grid("fg3"), 2, 1);
+        QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
+        ASSERT_NE(editorOf("fg3"), nullptr);
+        QTest::keyClick(editorOf("fg3"), key, Qt::ControlModifier);
+        EXPECT_FALSE(grid("fg3").isEditing()) << key;
+        EXPECT_EQ(constantOf(10, 5), 7000) << key;
+        EXPECT_GT(blocks().fg3.row(), 2) << key;
+        rig.boxes.expect({.text = "Replace PID With PID", .buttons = Buttons::YesNo}, Answer::Yes);
+    }
+    place("PID");
+}
+
+TEST_F(MainWindow, AKeyThatMeansNothingLeavesTheTypedValueOpen) {
+    place("PID");
+    ViewRig::clickCell(grid("fg3"), 2, 1);
+    QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
+    ASSERT_NE(editorOf("fg3"), nullptr);
+    QTest::keyClick(editorOf("fg3"), Qt::Key_Shift);
+    QTest::keyClick(editorOf("fg3"), Qt::Key_F2);
+    ASSERT_TRUE(grid("fg3").isEditing());
+    EXPECT_EQ(editorOf("fg3")->text(), "7");
+    QTest::keyClick(editorOf("fg3"), Qt::Key_Escape);
+}
+
+TEST_F(MainWindow, ATypedValueLeftForTheBlockNumberLetsTheNumberBeTyped) {
+    place("PID");
+    ViewRig::clickCell(grid("fg3"), 2, 1);
+    QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
+    ASSERT_TRUE(grid("fg3").isEditing());
+    auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
+    QTest::mouseClick(box, Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !grid("fg3").isEditing(); }));
+    EXPECT_EQ(constantOf(10, 5), 7000);
+    EXPECT_TRUE(box->hasFocus());
 }
 
 TEST_F(MainWindow, TheFocusOfOneDataGridTakesTheOthersSelectionToItsFirstRow) {

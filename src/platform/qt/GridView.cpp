@@ -37,6 +37,13 @@ std::optional<Key> keyOf(const QKeyEvent& event) {
     }
 }
 
+/// Keys by which the user leaves a text that is being typed: they go along the grid, or to another block.
+bool leavesEditor(const QKeyEvent& event) {
+    static constexpr Qt::Key kLeave[] = {Qt::Key_F5,   Qt::Key_F6,  Qt::Key_PageUp, Qt::Key_PageDown,
+                                         Qt::Key_Home, Qt::Key_End, Qt::Key_Left,   Qt::Key_Right};
+    return std::ranges::find(kLeave, event.key()) != std::end(kLeave);
+}
+
 bool isTyping(const QKeyEvent& event) {
     const QString text = event.text();
     if (text.isEmpty() || !text.at(0).isPrint()) return false;
@@ -261,8 +268,16 @@ bool GridView::tellKey(Key key) {
     return taken;
 }
 
+/// Of keys that the open editor has no use for, those that leave the cell end the edit first, and no other does
+/// anything.
+bool GridView::leaveEditor(QKeyEvent* event) {
+    if (!editor_) return true;
+    event->setAccepted(leavesEditor(*event));
+    return event->isAccepted() && finishEdit();
+}
+
 void GridView::keyPressEvent(QKeyEvent* event) {
-    if (!grid_) return;
+    if (!leaveEditor(event) || !grid_) return;
     const std::optional<Key> key = keyOf(*event);
     const bool taken = key && tellKey(*key);
     if (!grid_ || taken) {

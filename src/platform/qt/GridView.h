@@ -56,6 +56,8 @@ class GridView : public QTableView {
     /// False: the typed text was refused, and the editor stays.
     bool finishEdit();
     [[nodiscard]] bool isEditing() const { return editor_ != nullptr; }
+    /// An edit is being stored because the user goes elsewhere: the focus stays where the user puts it.
+    [[nodiscard]] bool isBeingLeft() const { return isBeingLeft_; }
     /// The grid is about to go: the view is empty and deaf from now on.
     void detach();
 
@@ -87,6 +89,7 @@ class GridView : public QTableView {
     void applyColWidths();
     [[nodiscard]] int widthOf(int col) const;
     bool tellKey(Key key);
+    bool leaveEditor(QKeyEvent* event);
     bool editorKey(QKeyEvent* event);
     bool listKey(const QKeyEvent& event);
     void startEdit(const std::optional<QString>& typed);
@@ -122,6 +125,7 @@ class GridView : public QTableView {
     bool isMuted_ = false;
     bool following_ = false;
     bool committing_ = false;
+    bool isBeingLeft_ = false;
     bool toldFocus_ = false;
 };
 

@@ -105,10 +105,15 @@ QString GridView::editorText() const {
 bool GridView::finishEdit() {
     if (!editor_ || !grid_) return true;
     if (committing_) return false;
-    if (!qobject_cast<QComboBox*>(editor_)) return commitEditor();
     // A list that is left without a choice is an edit given up.
-    giveUpEdit();
-    return true;
+    if (qobject_cast<QComboBox*>(editor_)) {
+        giveUpEdit();
+        return true;
+    }
+    isBeingLeft_ = true;
+    const bool done = commitEditor();
+    isBeingLeft_ = false;
+    return done;
 }
 
 /// By Enter, or by a choice in the list.
