@@ -117,7 +117,8 @@ void frmGeneral::txtCfg_Change() {
 void frmGeneral::Text1_DblClick() {
     bench_.platform.formHost.hide(*this);
     description.caption = bench_.TitleText;
-    bench_.platform.formHost.show(description);
+    // Whoever waits for this form goes on waiting until it is left itself.
+    bench_.platform.formHost.showModal(description);
 }
 
 void frmGeneral::mnuexit() {

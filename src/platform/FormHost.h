@@ -41,7 +41,9 @@ class FormHost {
  public:
     virtual ~FormHost() = default;
 
-    /// Loads the form if it isn't loaded, shows it, and comes back when it has been hidden or unloaded.
+    /// Loads the form if it isn't loaded, shows it, and comes back when it has been hidden or unloaded. A form that
+    /// hides while a modal one of its own is up, and is shown again when that one goes, stays modal. Not to be called
+    /// while another form loads.
     virtual void showModal(Form& form) = 0;
     /// Loads the form if it isn't loaded, and shows nothing. A host that doesn't, loads it when it is first shown.
     virtual void load(Form&) {}

@@ -306,16 +306,17 @@ TEST(frmvga, IsTheLongTextEditorOfTheDescription) {
     frmvga& editor = rig.general.description;
     EXPECT_EQ(editor.caption, "Configuration Description");
     EXPECT_TRUE(rig.general.Text1.locked);
+    rig.host.onModal("frmvga", [&](Form&) {
+        EXPECT_FALSE(rig.host.isVisible(rig.general));
+        EXPECT_EQ(editor.caption, rig.bench.TitleText);
+        EXPECT_FALSE(editor.txtCmt.locked);
+        editor.txtCmt.text = "two\n\n\nlines";
+        editor.txtCmt_Change();
+        EXPECT_EQ(editor.txtCmt.text, "two\nlines");
+        EXPECT_EQ(rig.db().CommentComment(), "two\r\nlines");
+        editor.mnuexit();
+    });
     rig.general.Text1_DblClick();
-    EXPECT_FALSE(rig.host.isVisible(rig.general));
-    EXPECT_TRUE(rig.host.isVisible(editor));
-    EXPECT_EQ(editor.caption, rig.bench.TitleText);
-    EXPECT_FALSE(editor.txtCmt.locked);
-    editor.txtCmt.text = "two\n\n\nlines";
-    editor.txtCmt_Change();
-    EXPECT_EQ(editor.txtCmt.text, "two\nlines");
-    EXPECT_EQ(rig.db().CommentComment(), "two\r\nlines");
-    editor.mnuexit();
     EXPECT_FALSE(rig.host.isVisible(editor));
     EXPECT_TRUE(rig.host.isVisible(rig.general));
     EXPECT_EQ(rig.general.Text1.text, "two\nlines");
@@ -323,8 +324,8 @@ TEST(frmvga, IsTheLongTextEditorOfTheDescription) {
 
 TEST(frmvga, ItsCloseBoxIsDone) {
     GeneralRig rig;
+    rig.host.onModal("frmvga", [&](Form& editor) { EXPECT_TRUE(rig.host.close(editor)); });
     rig.general.Text1_DblClick();
-    EXPECT_TRUE(rig.host.close(rig.general.description));
     EXPECT_TRUE(rig.host.isVisible(rig.general));
 }
 
@@ -332,8 +333,11 @@ TEST(frmvga, IsLockedOnAReadOnlyFile) {
     GeneralRig rig;
     rig.reopenReadOnly();
     rig.host.show(rig.general);
+    rig.host.onModal("frmvga", [&](Form&) {
+        EXPECT_TRUE(rig.general.description.txtCmt.locked);
+        rig.general.description.mnuexit();
+    });
     rig.general.Text1_DblClick();
-    EXPECT_TRUE(rig.general.description.txtCmt.locked);
 }
 
 }  // namespace

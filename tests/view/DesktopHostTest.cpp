@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCursor>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
@@ -112,6 +113,34 @@ TEST_F(DesktopHostTest, HiddenFormIsNotActivatedByALeavingModal) {
     soon([&] { host.unload(dialog); });
     host.showModal(dialog);
     EXPECT_EQ(events, (Events{"dialog load", "dialog activate", "dialog unload"}));
+}
+
+TEST_F(DesktopHostTest, AModalFormThatGivesItsPlaceForAWhileIsAwaitedOnAndStaysModal) {
+    ToyForm third("dialog", events);
+    host.show(main);
+    dialog.onGo = [&] {
+        host.hide(dialog);
+        soon([&] {
+            host.hide(third);
+            host.show(dialog);
+        });
+        host.showModal(third);
+    };
+    bool cameBack = false;
+    Qt::WindowModality modality = Qt::NonModal;
+    soon([&] {
+        QTest::mouseClick(buttonOf(dialog), Qt::LeftButton);
+        soon([&] {
+            cameBack = host.isVisible(dialog);
+            modality = host.viewOf(dialog)->windowModality();
+            host.hide(dialog);
+        });
+    });
+    host.showModal(dialog);
+    EXPECT_TRUE(cameBack);
+    EXPECT_EQ(modality, Qt::ApplicationModal);
+    EXPECT_FALSE(host.isVisible(dialog));
+    EXPECT_EQ(events.back(), "main activate");
 }
 
 TEST_F(DesktopHostTest, CloseBoxAsksTheForm) {
@@ -224,6 +253,28 @@ TEST_F(DesktopHostTest, NobodyBeginsAgainWhatIsStillLoading) {
     EXPECT_EQ(clicks, 1);
     EXPECT_EQ(std::count(events.begin(), events.end(), "dialog load"), 1);
     EXPECT_TRUE(host.isVisible(main));
+}
+
+TEST_F(DesktopHostTest, TheWaitCursorOfALongLoadGoesWhileABoxIsUp) {
+    SlowForm slow("main", events);
+    const auto waits = [] {
+        const QCursor* shape = QGuiApplication::overrideCursor();
+        return shape && shape->shape() == Qt::WaitCursor;
+    };
+    bool waitsOverTheBox = true;
+    slow.meanwhile = [&] {
+        ASSERT_TRUE(QTest::qWaitFor(waits));
+        QDialog box;
+        soon([&] {
+            waitsOverTheBox = waits();
+            box.accept();
+        });
+        box.exec();
+        EXPECT_TRUE(QTest::qWaitFor(waits));
+    };
+    host.show(slow);
+    EXPECT_FALSE(waitsOverTheBox);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(DesktopHostTest, ABoxThatALoadingFormShowsTakesInput) {

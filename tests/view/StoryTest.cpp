@@ -135,12 +135,12 @@ class Story : public testing::Test {
     }
     void describeIt(Desk& desk) {
         auto* comments = ViewRig::find<QPlainTextEdit>(desk.general(), "Text1");
+        desk.rig.whenUp("frmvga", [&desk](FormView& description) {
+            EXPECT_FALSE(desk.general().isVisible());
+            typeInto(ViewRig::find<QPlainTextEdit>(description, "txtCmt"), "Two boilers\nand their pumps");
+            Desk::pressAlt(description, Qt::Key_D);
+        });
         QTest::mouseDClick(comments->viewport(), Qt::LeftButton, {}, comments->viewport()->rect().center());
-        FormView& description = *desk.rig.host.viewOf(desk.rig.program.general.description);
-        ASSERT_TRUE(description.isVisible());
-        EXPECT_FALSE(desk.general().isVisible());
-        typeInto(ViewRig::find<QPlainTextEdit>(description, "txtCmt"), "Two boilers\nand their pumps");
-        Desk::pressAlt(description, Qt::Key_D);
         EXPECT_TRUE(desk.general().isVisible());
         EXPECT_EQ(comments->toPlainText(), "Two boilers\nand their pumps");
     }

@@ -51,25 +51,33 @@ class InputBarrier final : public QObject {
     InputBarrier() {
         QCoreApplication::instance()->installEventFilter(this);
         QTimer::singleShot(kBusyAfter, this, [this] {
-            QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-            isBusyShown_ = true;
+            isLong_ = true;
+            showBusy(!boxIsUp());
         });
     }
-    ~InputBarrier() override {
-        if (isBusyShown_) QGuiApplication::restoreOverrideCursor();
-    }
+    ~InputBarrier() override { showBusy(false); }
 
     bool eventFilter(QObject* /*receiver*/, QEvent* event) override {
-        if (!isInput(*event)) return false;
-        const QWidget* modal = QApplication::activeModalWidget();
-        const bool boxIsUp = modal && !dynamic_cast<const FormView*>(modal);
-        if (boxIsUp) return false;
+        const bool answers = boxIsUp();
+        showBusy(isLong_ && !answers);
+        if (answers || !isInput(*event)) return false;
         event->ignore();
         return true;
     }
 
  private:
+    static bool boxIsUp() {
+        const QWidget* modal = QApplication::activeModalWidget();
+        return modal && !dynamic_cast<const FormView*>(modal);
+    }
+    void showBusy(bool isBusy) {
+        if (isBusy == isBusyShown_) return;
+        isBusyShown_ = isBusy;
+        isBusy ? QGuiApplication::setOverrideCursor(Qt::WaitCursor) : QGuiApplication::restoreOverrideCursor();
+    }
+
     static constexpr std::chrono::milliseconds kBusyAfter{200};
+    bool isLong_ = false;
     bool isBusyShown_ = false;
 };
 
@@ -104,10 +112,12 @@ DesktopHost::Window* DesktopHost::loaded(Form& form) {
     // A form that is still loading can't be asked for again.
     if (Window* window = find(form)) return window->view ? window : nullptr;
     windows_[&form].form = &form;
+    ++loading_;
     {
         const InputBarrier barrier;
         form.load();
     }
+    --loading_;
     Window* window = find(form);
     if (window && !window->view) window->view = makeView(form);
     return window;
@@ -142,7 +152,7 @@ void DesktopHost::activate(Form& form) {
 void DesktopHost::show(Form& form) {
     Window* window = loaded(form);
     if (!window) return;
-    bringUp(*window, false);
+    bringUp(*window, window->loop != nullptr);
     activate(form);
 }
 
@@ -150,11 +160,13 @@ void DesktopHost::showModal(Form& form) {
     Form* before = active_;
     Window* window = loaded(form);
     if (!window) return;
+    Q_ASSERT_X(loading_ == 0, "DesktopHost", "a form that another shows while it loads would be deaf");
     QEventLoop loop;
     bringUp(*window, true);
     window->loop = &loop;
     activate(form);
-    if (isVisible(form) && !exitCode_) loop.exec();
+    // A form that another took the place of for a while is back.
+    while (isVisible(form) && !exitCode_) loop.exec();
     if (Window* left = find(form)) left->loop = nullptr;
     // Another form may have come up from within; then control is there already.
     const bool returns = active_ == &form || active_ == nullptr;

@@ -82,6 +82,7 @@ class DesktopHost final : public FormHost {
     Form* active_ = nullptr;
     std::optional<int> exitCode_;
     bool hasTips_ = true;
+    int loading_ = 0;  ///< forms whose load is under way
 };
 
 }  // namespace qrv
