@@ -258,6 +258,13 @@ void BlockPanel::showCurrent() {
     setParametersEditable(fg3);
 }
 
+void BlockPanel::showNone() {
+    clearData();
+    txtCmt.visible = false;
+    Label4.caption.clear();
+    Label5.caption.clear();
+}
+
 void BlockPanel::showAgain() {
     if (!isShown_ || !isDataView() || !bench_.FileIsOpen) return;
     db1& db = bench_.db;
@@ -265,13 +272,7 @@ void BlockPanel::showAgain() {
     const bool isThere = bench_.FnOfBlock.at(static_cast<std::size_t>(bench_.CurBlock)) == function;
     db.FuncSetIndex("FN");
     if (isThere) db.FuncSeekI(function);
-    if (!isThere || db.FuncNoMatch()) {
-        clearData();
-        txtCmt.visible = false;
-        Label4.caption.clear();
-        Label5.caption.clear();
-        return;
-    }
+    if (!isThere || db.FuncNoMatch()) return showNone();
     bench_.SeekBlock = bench_.CurBlock;
     db.BlockSeek(bench_.SeekBlock);
     showComment(true);

@@ -83,6 +83,8 @@ class BlockPanel {
     void mnuEditCfg();
     /// The data view without a click on the current block: for a read-only file, which can't be in the other view.
     void showDataView();
+    /// Another program has come: no block of the former one is on show.
+    void showNone();
     /// The file may hold other data than the data view shows: shows the block again, or none where its function has
     /// gone. Neither a click nor a move of any selection.
     void showAgain();

@@ -40,6 +40,7 @@ void EditorProgram::wireTransfer() {
         mainWindow.caption = bench.TitleText;
         mainWindow.blocks.fill_grid1();
         mainWindow.blocks.fillIg();
+        mainWindow.blocks.showNone();
         // The block on show may be another one now. In the assignment view a click would place a function.
         mainWindow.blocks.mnuEditBlk();
         mainWindow.SetReadOnly();

@@ -133,6 +133,7 @@ bool Form3::mayClose() {
 
 void Form3::afterOpening() {
     blocks.fill_grid1();
+    blocks.showNone();
     blocks.Grid1_Click();
     SetReadOnly();
     dialogs_.general.caption = bench_.TitleText;

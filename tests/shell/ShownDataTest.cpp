@@ -100,6 +100,43 @@ TEST_F(ShownDataTest, ABlockThatWasThrownAwayIsSeenNoMore) {
     expectNothingShown();
 }
 
+TEST_F(ShownDataTest, BoardsThatWereThrownAwayAreBackOnTheMap) {
+    putBoard("", kAnalogBoard);
+    save();
+    putBoard(kAnalogBoard, "NONE");
+    ASSERT_EQ(run.cellOf(kFirstOfSlot1), ".");
+    throwAwayAndKeepTheFile();
+    EXPECT_EQ(run.cellOf(kFirstOfSlot1), "AI");
+    run.clickBlock(kFirstOfSlot1);
+    EXPECT_EQ(panel.Label5.caption, "BLOCK 615 - AIN");
+}
+
+TEST_F(ShownDataTest, AColourOfAnAlarmThatWasThrownAwayIsSeenNoMore) {
+    db1& db = run.bench.db;
+    db.AlarmAddNew();
+    db.AlarmBlockNumber(10);
+    db.AlarmDescription("HIGH PRESSURE");
+    db.AlarmIsAlarm(true);
+    db.AlarmUpdate();
+    run.form3.choose("mnuEditComments");
+    run.leaveGeneral();
+    ASSERT_TRUE(panel.Grid1.cell(2, 1).back.has_value());
+    throwAwayAndKeepTheFile();
+    EXPECT_FALSE(panel.Grid1.cell(2, 1).back.has_value());
+    EXPECT_FALSE(panel.Grid1.cell(2, 1).bold);
+}
+
+TEST_F(ShownDataTest, ABlockOfTheFormerFileIsSeenNoMoreInANewOne) {
+    run.place(10, "PID");
+    run.form3.choose("mnuEditBlk");
+    ASSERT_EQ(panel.Label5.caption, "BLOCK 10 - PID");
+    run.expectSaveQuestion(a, Answer::Yes);
+    machine.dialogs.answer(machine.path("b.qrv"));
+    run.form3.choose("mnuFileNew");
+    run.leaveGeneral();
+    expectNothingShown();
+}
+
 TEST_F(ShownDataTest, SavingLeavesTheSelectedRows) {
     run.place(10, "PID");
     run.form3.choose("mnuEditBlk");
