@@ -55,13 +55,7 @@ constexpr std::array kCounts{
     CountRow{"Modbus coils", "coils", &ConfigurationSummary::coils},
 };
 
-std::string inOneLine(const std::string& cp1252) {
-    std::string text = toUtf8(cp1252);
-    for (char& c : text) {
-        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
-    }
-    return text;
-}
+std::string shownLine(const std::string& cp1252) { return toUtf8(inOneLine(cp1252)); }
 
 std::string labelled(const std::string& label, const std::string& value) {
     constexpr std::size_t kWidth = 24;
@@ -78,14 +72,14 @@ struct InfoSubject {
 std::string infoText(const InfoSubject& subject) {
     const ConfigurationSummary& summary = subject.summary;
     std::string text = labelled("File", subject.path);
-    text += labelled("Title", inOneLine(summary.title));
-    text += labelled("Configuration", inOneLine(summary.configLine));
+    text += labelled("Title", shownLine(summary.title));
+    text += labelled("Configuration", shownLine(summary.configLine));
     text += labelled("Read-only", subject.isReadOnly ? "yes" : "no");
     text += labelled("File layout", summary.layoutRevision);
     text += labelled("File version", summary.version);
-    text += labelled("Function catalogue", inOneLine(subject.catalogueVersion));
+    text += labelled("Function catalogue", shownLine(subject.catalogueVersion));
     for (std::size_t i = 0; i < summary.boards.size(); ++i) {
-        text += labelled("Board " + std::to_string(i), inOneLine(summary.boards[i]));
+        text += labelled("Board " + std::to_string(i), shownLine(summary.boards[i]));
     }
     for (const auto& [label, key, usage] : kCounts) {
         text += labelled(label, std::to_string((summary.*usage).used) + " of " + std::to_string((summary.*usage).most));

@@ -8,10 +8,12 @@
 #include "Commands.h"
 #include "LinkSession.h"
 #include "Terminal.h"
+#include "link/BlockTable.h"
 #include "link/LiveOutputs.h"
 #include "platform/CodePage.h"
 #include "platform/FileSettings.h"
 #include "platform/Folders.h"
+#include "platform/HexText.h"
 #include "platform/posix/SerialPorts.h"
 
 namespace qrv {
@@ -85,36 +87,21 @@ void poll(Terminal& terminal, const LineOptions& options) {
     terminal.write("A controller answers on " + session.lineName() + ".\n");
 }
 
-/// Control characters would do things to the user's terminal.
-std::string shown(std::string text) {
-    for (char& character : text) {
-        if (static_cast<unsigned char>(character) < 32 || character == 127) character = ' ';
-    }
-    return toUtf8(text);
-}
-
 void version(Terminal& terminal, const LineOptions& options) {
     LinkSession session(terminal, options);
     session.connect();
     std::string text;
     session.exchange([&](frmComm& comm) { comm.get_version(text); });
-    terminal.write(shown(text) + "\n");
+    terminal.write(toUtf8(inOneLine(text)) + "\n");
 }
 
-/// A block's record in the block table as the controller gives it back.
-struct BlockRecord {
-    std::uint8_t function;
-    std::uint8_t type;
-};
-
 BlockRecord blockRecord(LinkSession& session, std::int16_t block) {
-    constexpr std::int16_t kRecordLength = 10;
     constexpr std::int16_t kRecordsPerRead = 15;
-    constexpr std::int16_t kReadLength = kRecordLength * kRecordsPerRead;
+    constexpr std::int16_t kReadLength = kBlockRecordLength * kRecordsPerRead;
     const auto data = session.read(static_cast<std::uint8_t>(Section::BlockTableBack), kReadLength,
                                    block / kRecordsPerRead * kReadLength);
-    const auto start = static_cast<std::size_t>(block % kRecordsPerRead * kRecordLength);
-    return {.function = data[start + 1], .type = data[start + 8]};
+    const auto start = static_cast<std::size_t>(block % kRecordsPerRead * kBlockRecordLength);
+    return blockRecordOf(std::span(data).subspan(start).first<kBlockRecordLength>());
 }
 
 void readBlock(Terminal& terminal, const LineOptions& options, std::int16_t block) {
@@ -134,16 +121,9 @@ void readBlock(Terminal& terminal, const LineOptions& options, std::int16_t bloc
 }
 
 std::string hexLine(std::size_t offset, std::span<const std::uint8_t> bytes) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
     std::string line;
-    for (int shift = 12; shift >= 0; shift -= 4) line += kDigits[(offset >> shift) & 15];
-    line += ' ';
-    for (const std::uint8_t byte : bytes) {
-        line += ' ';
-        line += kDigits[byte >> 4];
-        line += kDigits[byte & 15];
-    }
-    return line + "\n";
+    for (int shift = 12; shift >= 0; shift -= 4) line += kHexDigits[(offset >> shift) & 15];
+    return line + ' ' + hexPairs(bytes) + "\n";
 }
 
 struct ReadOptions {

@@ -2,12 +2,13 @@
 
 #include <CLI/CLI.hpp>
 #include <csignal>
-#include <iomanip>
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include "link/BadAnswer.h"
 #include "link/CommSettings.h"
 #include "platform/SerialPort.h"
+#include "platform/UtcText.h"
 #include "platform/posix/SerialPorts.h"
 
 namespace qrv {
@@ -26,22 +27,14 @@ Platform withBox(Platform services, MessageBox& box) {
             .serialPort = services.serialPort};
 }
 
-std::string timeOfDay(std::chrono::system_clock::time_point time) {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-    std::tm parts{};
-    ::gmtime_r(&seconds, &parts);
-    std::ostringstream text;
-    text << std::put_time(&parts, "%Y-%m-%d %H:%M:%S UTC");
-    return text.str();
-}
-
 }  // namespace
 
 void addLineOptions(CLI::App& command, LineOptions& options) {
     command.add_option("--port", options.port,
                        "Serial port, as COM7 or as a device path; else the one of the settings");
-    command.add_option("--baud", options.baud, "Bits a second")
-        ->check(CLI::IsMember({"38400", "19200", "9600", "4800", "2400", "1200", "300"}));
+    std::vector<std::string> rates;
+    for (const BaudRate& rate : kBaudRates) rates.emplace_back(rate.baud_rate);
+    command.add_option("--baud", options.baud, "Bits a second")->check(CLI::IsMember(rates));
     command.add_option("--parity", options.parity, "O for odd, E for even, N for none")
         ->transform(CLI::IsMember({"O", "E", "N"}, CLI::ignore_case));
     command.add_option("--trace", options.trace, "Append every frame, both ways, to this file; - for standard error");
@@ -93,7 +86,7 @@ void LinkSession::beginTrace(const std::string& file, TransferReport* report) {
         if (!traceFile_) throw CommandFailure(ExitCode::File, file + " can't be written.");
         line = [this](const std::string& text) { traceToFile(text); };
     }
-    line(timeOfDay(bench_.platform.clock.wallTime()) + ", " + lineName());
+    line(utcText(bench_.platform.clock.wallTime(), "%Y-%m-%d %H:%M:%S UTC") + ", " + lineName());
     trace_ = std::make_unique<FrameTrace>(bench_.platform.clock, line);
 }
 

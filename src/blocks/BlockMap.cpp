@@ -9,16 +9,11 @@
 #include "blocks/Boards.h"
 #include "blocks/PageFlag.h"
 #include "platform/Controls.h"
-#include "platform/Grid.h"
 #include "store/Workbench.h"
 
 namespace qrv {
 
 namespace {
-
-constexpr Colour kAlarm{0xFF8080};
-constexpr Colour kEvent{0xC0C0FF};
-constexpr Colour kPage{0xFFC080};
 
 constexpr const char* kNopCell = " ";
 constexpr const char* kNoBoardBlock = ".";
@@ -46,8 +41,8 @@ std::string_view tagOf(int slot, int offset, const std::string& description) {
 }
 
 Colour colourOfAlarm(db1& db) {
-    if (isPage(db.AlarmDescription())) return kPage;
-    return db.AlarmIsAlarm() ? kAlarm : kEvent;
+    if (isPage(db.AlarmDescription())) return kPageColour;
+    return db.AlarmIsAlarm() ? kAlarmColour : kEventColour;
 }
 
 BlockColours alarmColours(Workbench& bench) {

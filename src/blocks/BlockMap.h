@@ -2,11 +2,17 @@
 // with the alarms' colours, and the step from a block to its neighbour.
 #pragma once
 
+#include "platform/Grid.h"
+
 namespace qrv {
 
-class Grid;
 struct ListBox;
 struct Workbench;
+
+// Of the blocks in the alarm list.
+inline constexpr Colour kAlarmColour{0xFF8080};
+inline constexpr Colour kEventColour{0xC0C0FF};
+inline constexpr Colour kPageColour{0xFFC080};
 
 class BlockMap {
  public:

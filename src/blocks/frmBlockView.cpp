@@ -4,7 +4,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace qrv {
 
@@ -15,19 +14,16 @@ frmBlockView::frmBlockView(frmBlock& form, DesktopHost& host) : FormView(form, h
     blocks->setAccessibleName(QStringLiteral("Blocks of this function"));
     QLineEdit* number = addLine(QStringLiteral("Text1"), form.Text1, [] {});
     number->setAccessibleName(QStringLiteral("Block number"));
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }));
-    QPushButton* cancel = addButton(QStringLiteral("Command2"), form.Command2, [this] { form_.Command2_Click(); });
-    buttons->addWidget(cancel);
-    setCancelButton(cancel);
 
     QBoxLayout* body = makeBody();
     body->addWidget(purpose);
     body->addWidget(blocks);
     body->addWidget(number);
     body->addStretch(1);
-    body->addLayout(buttons);
+    addLastRow(
+        body,
+        {.name = QStringLiteral("Command1"), .source = form.Command1, .clicked = [this] { form_.Command1_Click(); }},
+        {.name = QStringLiteral("Command2"), .source = form.Command2, .clicked = [this] { form_.Command2_Click(); }});
     setMinimumWidth(320);
     number->setFocus();
 }

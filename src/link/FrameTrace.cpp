@@ -1,21 +1,11 @@
 #include "link/FrameTrace.h"
 
 #include "link/Commands.h"
+#include "platform/HexText.h"
 
 namespace qrv {
 
 namespace {
-
-std::string hexOf(std::span<const std::uint8_t> bytes) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += ' ';
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 15];
-    }
-    return text;
-}
 
 std::string lengthOf(std::span<const std::uint8_t> bytes) {
     return std::to_string(bytes.size()) + (bytes.size() == 1 ? " byte" : " bytes");
@@ -43,16 +33,16 @@ std::string FrameTrace::stamp() const {
 
 void FrameTrace::sent(std::span<const std::uint8_t> frame, int attempt) {
     const std::string retry = attempt > 1 ? ", retry " + std::to_string(attempt - 1) : "";
-    line_(stamp() + " > " + describedRequest(frame) + retry + ", " + lengthOf(frame) + ":" + hexOf(frame));
+    line_(stamp() + " > " + describedRequest(frame) + retry + ", " + lengthOf(frame) + ":" + hexPairs(frame));
 }
 
 void FrameTrace::received(std::span<const std::uint8_t> reply, Verdict verdict) {
-    const std::string bytes = reply.empty() ? "" : ":" + hexOf(reply);
+    const std::string bytes = reply.empty() ? "" : ":" + hexPairs(reply);
     line_(stamp() + " < " + std::string(wordsOf(verdict)) + ", " + lengthOf(reply) + bytes);
 }
 
 void FrameTrace::discarded(std::span<const std::uint8_t> bytes) {
-    line_(stamp() + " < dropped, " + lengthOf(bytes) + ":" + hexOf(bytes));
+    line_(stamp() + " < dropped, " + lengthOf(bytes) + ":" + hexPairs(bytes));
 }
 
 void FrameTrace::resynchronised(std::span<const std::uint8_t> filler) {

@@ -68,7 +68,6 @@ class frmComm final : public Form {
     bool bank_delay_done = false;
     /// Its tick would set `bank_delay_done`; it never comes.
     TickTimer tmrBlockBankDelay;
-    [[nodiscard]] bool transactionRuns() const { return transaction_.isRunning(); }
     void observe(LinkObserver* observer) { transaction_.observe(observer); }
     /// What a frame of that length adds to `bytes_sent`.
     [[nodiscard]] static std::int32_t countedBytes(std::int16_t tx_count);

@@ -1,11 +1,11 @@
 // "Comm Port Settings": what the form shows and stores.
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 
 #include "link/CommSettings.h"
 #include "link/frmComm.h"
+#include "platform/CodePage.h"
 #include "platform/SerialPort.h"
 #include "platform/SerialPortList.h"
 #include "store/Workbench.h"
@@ -13,16 +13,6 @@
 namespace qrv {
 
 namespace {
-
-struct BaudRate {
-    const char* entry;  ///< as the list shows it; null where the list doesn't hold it
-    const char* baud_rate;
-};
-
-constexpr std::array kBaudRates{
-    BaudRate{"38400", "38400"}, BaudRate{"19200", "19200"}, BaudRate{" 9600", "9600"}, BaudRate{" 4800", "4800"},
-    BaudRate{" 2400", "2400"},  BaudRate{" 1200", "1200"},  BaudRate{nullptr, "300"},
-};
 
 struct ParityEntry {
     const char* entry;
@@ -35,16 +25,6 @@ constexpr std::array kParities{ParityEntry{"ODD", "O"}, ParityEntry{"EVEN", "E"}
 constexpr std::size_t kMostNames = 256;
 constexpr int kNamesWithoutList = 32;
 constexpr std::string_view kPortWord = "COM";
-
-std::string upperCase(std::string text) {
-    for (char& character : text) character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-    return text;
-}
-
-std::string trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 /// The whole number that the text begins with, 0 where it begins with none.
 std::int16_t leadingNumber(std::string_view text) {

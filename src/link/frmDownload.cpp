@@ -83,7 +83,7 @@ void frmDownload::runSections() {
         ++count;
         expectedBytes_ += section.closely == nullptr ? section.estimate(bench_) : section.closely(bench_);
     }
-    // The bytes sent never count beyond the told total.
+    // The bytes sent never count beyond the total that was shown.
     expectedBytes_ = std::min(expectedBytes_, bench_.bytes_total);
     progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();

@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 
 #include "platform/qt/Theme.h"
 
@@ -26,13 +25,10 @@ frmSelectView::frmSelectView(frmSelect& form, DesktopHost& host) : FormView(form
                           .allClicked = [this] { form_.btnAll_Click(); },
                           .none = form.btnNone,
                           .noneClicked = [this] { form_.btnNone_Click(); }});
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }));
-    QPushButton* cancel = addButton(QStringLiteral("Command2"), form.Command2, [this] { form_.Command2_Click(); });
-    buttons->addWidget(cancel);
-    setCancelButton(cancel);
-    body->addLayout(buttons);
+    addLastRow(
+        body,
+        {.name = QStringLiteral("Command1"), .source = form.Command1, .clicked = [this] { form_.Command1_Click(); }},
+        {.name = QStringLiteral("Command2"), .source = form.Command2, .clicked = [this] { form_.Command2_Click(); }});
 }
 
 }  // namespace qrv

@@ -4,7 +4,6 @@
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPushButton>
 
 #include "platform/qt/Theme.h"
 
@@ -33,13 +32,10 @@ frmUploadView::frmUploadView(frmUpload& form, DesktopHost& host) : FormView(form
     progress->addWidget(addLabel(QStringLiteral("BytesRecLbl"), form.BytesRecLbl), 1, 0);
     progress->addWidget(addLabel(QStringLiteral("BytesReceived"), form.BytesReceived), 1, 1);
     body->addLayout(progress);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(addButton(QStringLiteral("Continue"), form.Continue, [this] { form_.Continue_Click(); }));
-    QPushButton* cancel = addButton(QStringLiteral("Cancel"), form.Cancel, [this] { form_.Cancel_Click(); });
-    buttons->addWidget(cancel);
-    setCancelButton(cancel);
-    body->addLayout(buttons);
+    addLastRow(
+        body,
+        {.name = QStringLiteral("Continue"), .source = form.Continue, .clicked = [this] { form_.Continue_Click(); }},
+        {.name = QStringLiteral("Cancel"), .source = form.Cancel, .clicked = [this] { form_.Cancel_Click(); }});
     setMinimumWidth(340);
 }
 

@@ -2,7 +2,6 @@
 
 #include <QBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 
 #include "platform/qt/Theme.h"
 
@@ -17,13 +16,10 @@ frmWarnView::frmWarnView(frmWarn& form, DesktopHost& host) : FormView(form, host
         body->addWidget(label);
         ++number;
     }
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }));
-    QPushButton* cancel = addButton(QStringLiteral("Command2"), form.Command2, [this] { form_.Command2_Click(); });
-    buttons->addWidget(cancel);
-    setCancelButton(cancel);
-    body->addLayout(buttons);
+    addLastRow(
+        body,
+        {.name = QStringLiteral("Command1"), .source = form.Command1, .clicked = [this] { form_.Command1_Click(); }},
+        {.name = QStringLiteral("Command2"), .source = form.Command2, .clicked = [this] { form_.Command2_Click(); }});
 }
 
 }  // namespace qrv

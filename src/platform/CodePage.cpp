@@ -160,6 +160,14 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
                       [](char x, char y) { return upperCase(x) == upperCase(y); });
 }
 
+std::string inOneLine(std::string cp1252) {
+    for (char& character : cp1252) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < 0x20 || code == 0x7F) character = ' ';
+    }
+    return cp1252;
+}
+
 std::string trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(' ');
     if (first == std::string_view::npos) return {};

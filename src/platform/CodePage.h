@@ -21,6 +21,9 @@ namespace qrv {
 /// Equal but for capitals and small letters.
 [[nodiscard]] bool equalIgnoringCase(std::string_view a, std::string_view b);
 
+/// With a blank for each control character, which would do things to a line or to the user's terminal.
+[[nodiscard]] std::string inOneLine(std::string cp1252);
+
 /// Without the blanks at both ends; other white space stays.
 [[nodiscard]] std::string trimmed(std::string_view text);
 

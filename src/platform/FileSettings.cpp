@@ -8,6 +8,7 @@
 
 #include "platform/CodePage.h"
 #include "platform/Folders.h"
+#include "platform/HexText.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Replacement.h"
 
@@ -16,7 +17,6 @@ namespace qrv {
 namespace {
 
 constexpr std::size_t kMostBytes = 1024 * 1024;
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
 std::string folderOfFile(const std::string& path) {
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();

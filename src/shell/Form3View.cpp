@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <QSplitter>
 
+#include "blocks/BlockMap.h"
 #include "blocks/BlockNumbers.h"
 #include "platform/qt/GridView.h"
 #include "platform/qt/Texts.h"
@@ -25,11 +26,6 @@ constexpr int kWindowWidth = 1280;  // pixels, without the frame
 constexpr int kWindowHeight = 690;
 constexpr int kCommentLines = 4;
 constexpr int kSideMargin = 12;  // pixels beside the data grids
-
-// The alarm colours of the maps, for their legend.
-constexpr QRgb kAlarm = 0xFFFF8080;
-constexpr QRgb kEvent = 0xFFC0C0FF;
-constexpr QRgb kPage = 0xFFFFC080;
 
 QBoxLayout* columnIn(QWidget* pane) {
     auto* layout = new QVBoxLayout(pane);
@@ -86,10 +82,10 @@ void Form3View::makeMenus() {
     }
 }
 
-QLabel* Form3View::legend(const char* name, const Label& label, QRgb colour) {
+QLabel* Form3View::legend(const char* name, const Label& label, Colour colour) {
     QLabel* sample = addLabel(QString::fromLatin1(name), label);
     QPalette palette = sample->palette();
-    palette.setColor(QPalette::Window, QColor(colour));
+    palette.setColor(QPalette::Window, QColor(colour.rgb));
     sample->setPalette(palette);
     sample->setAutoFillBackground(true);
     sample->setMargin(2);
@@ -112,9 +108,9 @@ QWidget* Form3View::makeMaps() {
     column->addWidget(ig_);
     auto* colours = new QHBoxLayout;
     colours->setSpacing(4);
-    colours->addWidget(legend("Label8", blocks_.Label8, kAlarm));
-    colours->addWidget(legend("Label9", blocks_.Label9, kEvent));
-    colours->addWidget(legend("Label10", blocks_.Label10, kPage));
+    colours->addWidget(legend("Label8", blocks_.Label8, kAlarmColour));
+    colours->addWidget(legend("Label9", blocks_.Label9, kEventColour));
+    colours->addWidget(legend("Label10", blocks_.Label10, kPageColour));
     column->addLayout(colours);
     column->addSpacing(6);
     QLabel* boards = addLabel(QStringLiteral("Label7"), blocks_.Label7);

@@ -12,7 +12,7 @@ namespace qrv {
 
 struct Workbench;
 
-/// Whether a window has what we add to the told one.
+/// Whether a window has what we add to the usual one.
 enum class Extras { Shown, Absent };
 /// Absent with QRV_EDIT_CLASSIC=1 in the environment.
 [[nodiscard]] Extras extrasOfEnvironment();
@@ -34,7 +34,7 @@ class Form3View final : public FormView {
     QWidget* makeMaps();
     QWidget* makeDataPane();
     QWidget* makeListPane(Extras extras);
-    QLabel* legend(const char* name, const Label& label, QRgb colour);
+    QLabel* legend(const char* name, const Label& label, Colour colour);
     void nameCells();
 
     Form3& form_;

@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QBoxLayout>
 #include <QGroupBox>
-#include <QPushButton>
 
 #include "platform/qt/Texts.h"
 
@@ -20,16 +19,12 @@ FrmAskView::FrmAskView(FrmAsk& form, DesktopHost& host) : FormView(form, host), 
     options->addWidget(addOption(QStringLiteral("Option2"), form.Option2, [this] { form_.Option2_Click(); }));
     options->addWidget(addOption(QStringLiteral("Option3"), form.Option3, [this] { form_.Option3_Click(); }));
 
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }));
-    QPushButton* cancel = addButton(QStringLiteral("Command2"), form.Command2, [this] { form_.Command2_Click(); });
-    buttons->addWidget(cancel);
-    setCancelButton(cancel);
-
     QBoxLayout* body = makeBody();
     body->addWidget(frame, 1);
-    body->addLayout(buttons);
+    addLastRow(
+        body,
+        {.name = QStringLiteral("Command1"), .source = form.Command1, .clicked = [this] { form_.Command1_Click(); }},
+        {.name = QStringLiteral("Command2"), .source = form.Command2, .clicked = [this] { form_.Command2_Click(); }});
     setMinimumWidth(360);
     first->setFocus();
 }

@@ -1,7 +1,6 @@
 #include "shell/FrmRecentView.h"
 
 #include <QBoxLayout>
-#include <QPushButton>
 
 #include "platform/qt/GridView.h"
 
@@ -12,17 +11,14 @@ FrmRecentView::FrmRecentView(FrmRecent& form, DesktopHost& host) : FormView(form
     files->setAccessibleName(QStringLiteral("Recent files"));
     GridView* paths = addGrid(form.Grid2);
     paths->setAccessibleName(QStringLiteral("Paths of the recent files"));
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }));
-    QPushButton* cancel = addButton(QStringLiteral("Command2"), form.Command2, [this] { form_.Command2_Click(); });
-    buttons->addWidget(cancel);
-    setCancelButton(cancel);
 
     QBoxLayout* body = makeBody();
     body->addWidget(files, 1);
     body->addWidget(paths);
-    body->addLayout(buttons);
+    addLastRow(
+        body,
+        {.name = QStringLiteral("Command1"), .source = form.Command1, .clicked = [this] { form_.Command1_Click(); }},
+        {.name = QStringLiteral("Command2"), .source = form.Command2, .clicked = [this] { form_.Command2_Click(); }});
     files->setFocus();
 }
 

@@ -1,13 +1,12 @@
 #include "store/Backups.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 
 #include "platform/Files.h"
+#include "platform/UtcText.h"
 
 namespace qrv {
 
@@ -18,18 +17,11 @@ namespace fs = std::filesystem;
 constexpr const char* kNoteSuffix = ".from";  // beside each copy: the path of the file that it could not be saved to
 constexpr int kMostTries = 1000;
 
-std::string stamp(const char* format, std::time_t time) {
-    std::tm parts{};
-    gmtime_r(&time, &parts);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), format, &parts)};
-}
-
-std::string freeName(const fs::path& folder, const std::string& original, std::time_t now) {
+std::string freeName(const fs::path& folder, const std::string& original, std::chrono::system_clock::time_point now) {
     const fs::path name(original);
     // A copy's name never begins like that of an unfinished one.
     const std::string ownStem = name.stem().string();
-    const std::string stem = (ownStem.starts_with('.') ? "_" : "") + ownStem + " " + stamp("%Y-%m-%d %H-%M-%S", now);
+    const std::string stem = (ownStem.starts_with('.') ? "_" : "") + ownStem + " " + utcText(now, "%Y-%m-%d %H-%M-%S");
     std::string tried = (folder / (stem + name.extension().string())).string();
     for (int i = 2; exists(tried) && i < kMostTries; ++i) {
         tried = (folder / (stem + " (" + std::to_string(i) + ")" + name.extension().string())).string();
@@ -55,9 +47,7 @@ std::string timeOf(const fs::path& copy) {
     const auto written = fs::last_write_time(copy, ignored);
     if (ignored) return {};
     const auto systemTime = std::chrono::file_clock::to_sys(written);
-    return stamp("%Y-%m-%d %H:%M:%S",
-                 std::chrono::system_clock::to_time_t(
-                     std::chrono::time_point_cast<std::chrono::system_clock::duration>(systemTime)));
+    return utcText(std::chrono::time_point_cast<std::chrono::system_clock::duration>(systemTime), "%Y-%m-%d %H:%M:%S");
 }
 
 }  // namespace
@@ -67,7 +57,7 @@ std::string keepBackup(const std::string& folder, const std::string& workFile, c
     fs::create_directories(folder, failed);
     if (failed) return {};
     fs::permissions(folder, fs::perms::owner_all, failed);
-    const std::string copy = freeName(folder, original, std::time(nullptr));
+    const std::string copy = freeName(folder, original, std::chrono::system_clock::now());
     if (copyFile(workFile, copy, Permissions::OwnerOnly)) return {};
     // Without its note the copy is still whole, and listed.
     static_cast<void>(writeWholeAtOnce(copy + kNoteSuffix, original));

@@ -38,12 +38,6 @@ bool pages(const Table& table, const TableRow& row) {
     return text != nullptr && isPage(*text);
 }
 
-std::string inOneLine(std::string text) {
-    std::ranges::replace_if(
-        text, [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
-    return toUtf8(trimmed(text));
-}
-
 }  // namespace
 
 ContentNotes::ContentNotes(const ConfigurationContent& content, db1& catalogue) : catalogue_(catalogue) {
@@ -122,6 +116,8 @@ std::string ContentNotes::rawNote(const Table& table, const TableRow& row) {
     return {};
 }
 
-std::string ContentNotes::noteOf(const Table& table, const TableRow& row) { return inOneLine(rawNote(table, row)); }
+std::string ContentNotes::noteOf(const Table& table, const TableRow& row) {
+    return toUtf8(trimmed(inOneLine(rawNote(table, row))));
+}
 
 }  // namespace qrv

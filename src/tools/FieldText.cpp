@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/CodePage.h"
+#include "platform/HexText.h"
 
 namespace qrv {
 
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::string_view kTrue = "true";
 constexpr std::string_view kFalse = "false";
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
 bool isText(const Column& column) { return column.type == ColumnType::Text || column.type == ColumnType::Memo; }
 

@@ -345,13 +345,13 @@ TEST(frmDownload, TheWheelTurnsThroughTheRainbowIn1530Steps) {
     frmDownload& form = rig.download;
     form.red = 255;
     form.reddir = 1;
-    const std::map<int, std::int32_t> told{{1, 255},      {2, 511},        {256, 65535},     {257, 65534},
-                                           {511, 65280},  {766, 16776960}, {1021, 16711680}, {1276, 16711935},
-                                           {1530, 65791}, {1531, 255}};
+    const std::map<int, std::int32_t> expected{{1, 255},      {2, 511},        {256, 65535},     {257, 65534},
+                                               {511, 65280},  {766, 16776960}, {1021, 16711680}, {1276, 16711935},
+                                               {1530, 65791}, {1531, 255}};
     for (int update = 1; update <= 1531; ++update) {
         form.update_progress_picture();
-        const auto found = told.find(update);
-        if (found == told.end()) continue;
+        const auto found = expected.find(update);
+        if (found == expected.end()) continue;
         EXPECT_EQ(form.colr, found->second) << "after " << update;
     }
 }

@@ -29,7 +29,6 @@ class DesktopHost final : public FormHost {
         add(formName,
             [](Form& form, DesktopHost& host) -> FormView* { return new View(static_cast<FormClass&>(form), host); });
     }
-    [[nodiscard]] bool hasViewOf(const std::string& formName) const { return factories_.contains(formName); }
 
     /// Whether the windows tell more in tool tips than a control's text says; on from the start.
     void setTips(bool shown) { hasTips_ = shown; }

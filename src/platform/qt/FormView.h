@@ -72,6 +72,13 @@ class FormView : public QMainWindow {
         Event noneClicked;
     };
     void addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group);
+    struct ButtonOf {
+        QString name;
+        const Button& source;
+        Event clicked;
+    };
+    /// The last row of most dialogs, at its right end: the button that goes on, and the one that Esc clicks.
+    void addLastRow(QBoxLayout* body, const ButtonOf& goOn, const ButtonOf& cancel);
     GridView* addGrid(Grid& source);
     void addTimer(const Timer& source, const Event& tick);
     /// A menu entry that follows the form's; "-" is a separator.

@@ -226,6 +226,16 @@ void FormView::addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group) {
     body->addLayout(choose);
 }
 
+void FormView::addLastRow(QBoxLayout* body, const ButtonOf& goOn, const ButtonOf& cancel) {
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(addButton(goOn.name, goOn.source, goOn.clicked));
+    QPushButton* last = addButton(cancel.name, cancel.source, cancel.clicked);
+    row->addWidget(last);
+    setCancelButton(last);
+    body->addLayout(row);
+}
+
 GridView* FormView::addGrid(Grid& source) {
     auto* grid = new GridView(source, this);
     grid->setTellsCutTexts(host_.hasTips());

@@ -13,17 +13,6 @@ namespace qrv {
 
 namespace {
 
-class Depth {
- public:
-    explicit Depth(int& depth) : depth_(depth) { ++depth_; }
-    ~Depth() { --depth_; }
-    Depth(const Depth&) = delete;
-    Depth& operator=(const Depth&) = delete;
-
- private:
-    int& depth_;
-};
-
 bool handleWaiting() {
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
     return dispatcher && dispatcher->processEvents(QEventLoop::AllEvents);
@@ -31,13 +20,9 @@ bool handleWaiting() {
 
 }  // namespace
 
-void QtPump::pump() {
-    const Depth guard(depth_);
-    QCoreApplication::processEvents(QEventLoop::AllEvents);
-}
+void QtPump::pump() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
 
 void QtPump::pumpUntil(Clock::TimePoint deadline, SerialPort* port) {
-    const Depth guard(depth_);
     if (handleWaiting()) return;
     const bool listens = port && port->isOpen() && port->descriptor() >= 0;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::TimePoint::clock::now());

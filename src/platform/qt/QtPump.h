@@ -9,12 +9,6 @@ class QtPump final : public EventPump {
  public:
     void pump() override;
     void pumpUntil(Clock::TimePoint deadline, SerialPort* port) override;
-
-    /// True while a routine waits here: whoever would destroy a form or begin a second wait asks first.
-    [[nodiscard]] bool isPumping() const { return depth_ > 0; }
-
- private:
-    int depth_ = 0;
 };
 
 }  // namespace qrv
