@@ -4,11 +4,13 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <random>
 
 #include "platform/RunTimeError.h"
 #include "twins/Seed.h"
+#include "twins/TemporaryFolder.h"
 
 namespace qrv {
 namespace {
@@ -232,16 +234,37 @@ TEST(Numerals, GoesFromTextToNumberAndBackUnchanged) {
     }
 }
 
-TEST(Numerals, NeverMindsTheLocale) {
-    const char* chosen = nullptr;
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8"}) {
-        if (!chosen) chosen = std::setlocale(LC_ALL, name);
+/// A German locale, made for this test and in force while it lives.
+class GermanLocale {
+ public:
+    GermanLocale() {
+        const std::string command = "localedef -i de_DE -f UTF-8 '" + folder_.file("de_DE.UTF-8") + "' >/dev/null 2>&1";
+        if (std::system(command.c_str()) != 0) return;
+        ::setenv("LOCPATH", folder_.path().c_str(), 1);
+        isInForce_ = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
     }
+    ~GermanLocale() {
+        std::setlocale(LC_ALL, "C");
+        ::unsetenv("LOCPATH");
+    }
+    GermanLocale(const GermanLocale&) = delete;
+    GermanLocale& operator=(const GermanLocale&) = delete;
+
+    [[nodiscard]] bool isInForce() const { return isInForce_; }
+
+ private:
+    TemporaryFolder folder_;
+    bool isInForce_ = false;
+};
+
+TEST(Numerals, NeverMindsTheLocale) {
+    const GermanLocale german;
+    if (!german.isInForce()) GTEST_SKIP() << "localedef makes no German locale here";
+    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     EXPECT_EQ(formatNumber(1234.5, 2), "1234.50");
     EXPECT_EQ(joined(0.5), "0.5");
     EXPECT_EQ(numberFrom("0.5"), 0.5);
     EXPECT_FALSE(isNumeric("0,5"));
-    std::setlocale(LC_ALL, "C");
 }
 
 TEST(Numerals, TakesAnyBytesWithoutHarm) {

@@ -6,65 +6,20 @@
 #include <string>
 #include <vector>
 
-#include "platform/Files.h"
-#include "store/ConfigurationFile.h"
+#include "OpenFileRig.h"
 #include "store/Sqlite.h"
 #include "twins/ScriptedBox.h"
 #include "twins/TemporaryFolder.h"
 
 namespace qrv {
+
+using test::errorOf;
+using test::OpenFileRig;
+
 namespace {
 
-std::int32_t errorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RunTimeError& error) {
-        return error.code();
-    }
-    return 0;
-}
-
-/// A new configuration, open.
-struct Rig {
-    Rig() {
-        db.create_new_database(path);
-        db.open_existing_database(path);
-    }
-    void reopen() {
-        db.close_work_dbs();
-        db.open_existing_database(path);
-    }
-    /// Runs SQL on the closed file, as another program would.
-    void alter(const std::string& sql) {
-        db.close_work_dbs();
-        Sqlite file(path, Sqlite::Mode::ReadWrite);
-        file.execute(sql);
-    }
-    void addConstant(std::int32_t block, std::int32_t offset, std::int32_t value) {
-        db.ConstantAddNew();
-        db.ConstantBlockNumber(block);
-        db.ConstantOffset(offset);
-        db.ConstantValue(value);
-        db.ConstantUpdate();
-    }
-    void addAlarm(std::int32_t block, const std::string& text) {
-        db.AlarmAddNew();
-        db.AlarmBlockNumber(block);
-        db.AlarmDescription(text);
-        db.AlarmEvent0("");
-        db.AlarmEvent1("");
-        db.AlarmIsAlarm(true);
-        db.AlarmUpdate();
-    }
-
-    TemporaryFolder folder;
-    std::string path = folder.file("a.qrv");
-    ScriptedBox boxes;
-    db1 db{boxes};
-};
-
 TEST(db1, ANewFileHasItsDefaultRows) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.close_work_dbs();
     Sqlite file(rig.path, Sqlite::Mode::ReadOnly);
     const auto count = [&file](const std::string& table) {
@@ -119,7 +74,7 @@ TEST(db1, AFamilyWithoutAnOpenFileIsAnError) {
 }
 
 TEST(db1, WalksEditsAndKeepsABlock) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.BlockSeek(12);
     rig.db.BlockEdit();
     rig.db.BlockFn(45);
@@ -136,7 +91,7 @@ TEST(db1, WalksEditsAndKeepsABlock) {
 }
 
 TEST(db1, NumbersAreCheckedAgainstTheirColumn) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.BlockMoveFirst();
     rig.db.BlockEdit();
     EXPECT_EQ(errorOf([&] { rig.db.BlockFn(32768); }), 6);
@@ -151,7 +106,7 @@ TEST(db1, NumbersAreCheckedAgainstTheirColumn) {
 }
 
 TEST(db1, AnUnusedScreenItemReadsAsZeroAndEmpty) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.ScreenItemSeek(3, 150);
     EXPECT_EQ(rig.db.ScreenItemX(), 0);
     EXPECT_EQ(rig.db.ScreenItemY(), 0);
@@ -166,7 +121,7 @@ TEST(db1, AnUnusedScreenItemReadsAsZeroAndEmpty) {
 }
 
 TEST(db1, ANullIsAnErrorWhereNothingElseIsTold) {
-    Rig rig;
+    OpenFileRig rig;
     rig.alter(
         "UPDATE [Menu Items] SET Description = NULL; UPDATE [Menu List] SET MenuTitle = NULL;"
         "UPDATE [Screen List] SET ScreenTitle = NULL; UPDATE [Chart List] SET Description = NULL;"
@@ -195,21 +150,21 @@ TEST(db1, ANullIsAnErrorWhereNothingElseIsTold) {
 }
 
 TEST(db1, ATitleIsEmptyWithoutACurrentRow) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.MenuSeek(99);
     EXPECT_EQ(rig.db.MenuTitle(), "");
     EXPECT_EQ(errorOf([&] { static_cast<void>(rig.db.MenuCount()); }), 3021);
 }
 
 TEST(db1, AMissedSeekFollowedByAGetterIsAnError) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.ConstantSeek(4, 0);
     EXPECT_TRUE(rig.db.ConstantNoMatch());
     EXPECT_EQ(errorOf([&] { static_cast<void>(rig.db.ConstantValue()); }), 3021);
 }
 
 TEST(db1, ARepeatedConstantIsSilentlyLeftOut) {
-    Rig rig;
+    OpenFileRig rig;
     rig.addConstant(4, 0, 40);
     rig.addConstant(4, 0, 99);
     rig.db.ConstantSeek(4, 0);
@@ -221,7 +176,7 @@ TEST(db1, ARepeatedConstantIsSilentlyLeftOut) {
 }
 
 TEST(db1, OnlyFourUpdatesIgnoreErrors) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.ConstantUpdate();
     rig.db.MenuItemUpdate();
     rig.db.ScreenItemUpdate();
@@ -237,7 +192,7 @@ TEST(db1, OnlyFourUpdatesIgnoreErrors) {
 }
 
 TEST(db1, AnEmptyStringParameterIsSilentlyLeftOut) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.ParmstrAddNew();
     rig.db.ParmstrBlockNumber(9);
     rig.db.ParmstrOffset(2);
@@ -248,14 +203,14 @@ TEST(db1, AnEmptyStringParameterIsSilentlyLeftOut) {
 }
 
 TEST(db1, AnEmptyVersionTextIsRefused) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.VersionEdit();
     rig.db.VersionVtext("");
     EXPECT_EQ(errorOf([&] { rig.db.VersionUpdate(); }), 3315);
 }
 
 TEST(db1, TheVersionRowCanBeReadAndChanged) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.VersionMoveFirst();
     EXPECT_EQ(rig.db.VersionRevLevel(), 5.01F);
     EXPECT_EQ(rig.db.VersionVtext(), "Describe");
@@ -266,7 +221,7 @@ TEST(db1, TheVersionRowCanBeReadAndChanged) {
 }
 
 TEST(db1, EmptyTablesAreHarmlessWhereTold) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.ParmstrMoveFirst();
     EXPECT_TRUE(rig.db.ParmstrEOF());
     EXPECT_EQ(rig.db.AlarmHowMany(), 0);
@@ -279,7 +234,7 @@ TEST(db1, EmptyTablesAreHarmlessWhereTold) {
 }
 
 TEST(db1, AnEmptyPollListSaysSo) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.PollMoveFirst();
     while (!rig.db.PollEOF()) {
         rig.db.PollDeleteRecord();
@@ -291,7 +246,7 @@ TEST(db1, AnEmptyPollListSaysSo) {
 }
 
 TEST(db1, AlarmsAreWalkedAsAddedUntilTheFirstSeek) {
-    Rig rig;
+    OpenFileRig rig;
     for (const int block : {30, 10, 20}) rig.addAlarm(block, std::to_string(block));
     const auto walk = [&rig] {
         std::string texts;
@@ -309,7 +264,7 @@ TEST(db1, AlarmsAreWalkedAsAddedUntilTheFirstSeek) {
 }
 
 TEST(db1, AThresholdIsRoundedHalfToEvenByItsColumn) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.PenSeek(1, 1);
     for (const auto& [given, kept] : {std::pair{2.5F, 2.0F}, {3.5F, 4.0F}, {-0.4F, 0.0F}}) {
         rig.db.PenEdit();
@@ -322,7 +277,7 @@ TEST(db1, AThresholdIsRoundedHalfToEvenByItsColumn) {
 }
 
 TEST(db1, FlagsAreMinusOneInTheFileAndAnyNumberReadsAsTrue) {
-    Rig rig;
+    OpenFileRig rig;
     rig.db.PenSeek(1, 1);
     rig.db.PenEdit();
     rig.db.PenAnalog(true);
@@ -338,85 +293,6 @@ TEST(db1, FlagsAreMinusOneInTheFileAndAnyNumberReadsAsTrue) {
     EXPECT_TRUE(rig.db.PenAnalog());
     rig.db.PenSeek(3, 1);
     EXPECT_FALSE(rig.db.PenAnalog());
-}
-
-TEST(db1, TheFileItselfRefusesWhatAColumnRefuses) {
-    Rig rig;
-    rig.db.close_work_dbs();
-    Sqlite file(rig.path, Sqlite::Mode::ReadWrite);
-    for (const char* sql : {"UPDATE [Block List] SET FunctionNumber = 32768", "UPDATE [Screen Items] SET X = 256",
-                            "UPDATE [Block List] SET FunctionNumber = 'PID'", "UPDATE Version SET Vtext = ''",
-                            "UPDATE EGUs SET Zero = 2147483648", "UPDATE Comments SET Title = printf('%81d', 1)",
-                            "UPDATE [Block List] SET BlockNumber = NULL", "UPDATE Slots SET Offset = 1"}) {
-        EXPECT_NE(errorOf([&] { file.execute(sql); }), 0) << sql;
-    }
-}
-
-TEST(db1, AReadOnlyFileIsReadAndRefusesEdits) {
-    Rig rig;
-    rig.db.close_work_dbs();
-    ASSERT_FALSE(setReadOnly(rig.path, true));
-    rig.db.open_existing_database(rig.path);
-    EXPECT_TRUE(rig.db.ReadOnlyFile());
-    rig.db.BlockSeek(2);
-    EXPECT_EQ(rig.db.BlockFn(), 90);
-    EXPECT_EQ(errorOf([&] { rig.db.BlockEdit(); }), 3027);
-    EXPECT_EQ(errorOf([&] { rig.db.ConstantAddNew(); }), 3027);
-    EXPECT_EQ(errorOf([&] { rig.db.SlotEdit(); }), 3027);
-}
-
-TEST(db1, AnOldFileGetsWhatItLacksWithTwoNotices) {
-    Rig rig;
-    rig.alter(
-        "DROP TABLE Pager; DROP TABLE [Poll List]; DROP TABLE [mod comm];"
-        "ALTER TABLE [Block List] DROP COLUMN VisioComment");
-    EXPECT_EQ(rig.db.TestVisioComments(rig.path), 3265);
-    rig.boxes.expect("no pager table");
-    rig.boxes.expect("no poll list");
-    rig.db.open_existing_database(rig.path);
-    EXPECT_EQ(rig.db.PollHowMany(), 256);
-    EXPECT_EQ(rig.db.ModcommAddress(), 1);
-    rig.db.PagerMoveFirst();
-    EXPECT_EQ(rig.db.PagerPagerInfo(), "");
-    rig.db.BlockSeek(0);
-    EXPECT_EQ(rig.db.BlockVisioComment(), "");
-    rig.db.close_work_dbs();
-    EXPECT_EQ(rig.db.TestVisioComments(rig.path), 0);
-    rig.db.open_existing_database(rig.path);
-}
-
-TEST(db1, OnlyTheMissingModbusTableIsAdded) {
-    Rig rig;
-    rig.alter("UPDATE [Poll List] SET Comments = 'kept' WHERE Offset = 7; DROP TABLE [mod comm]");
-    rig.boxes.expect("no poll list");
-    rig.db.open_existing_database(rig.path);
-    rig.db.PollSeek(7);
-    EXPECT_EQ(rig.db.PollComments(), "kept");
-    EXPECT_EQ(rig.db.ModcommAddress(), 1);
-}
-
-TEST(db1, AReadOnlyFileWithoutItsSecondCommentsGetsThemAndStaysReadOnly) {
-    Rig rig;
-    rig.alter("ALTER TABLE [Block List] DROP COLUMN VisioComment");
-    ASSERT_FALSE(setReadOnly(rig.path, true));
-    rig.db.open_existing_database(rig.path);
-    EXPECT_TRUE(rig.db.ReadOnlyFile());
-    EXPECT_TRUE(isReadOnly(rig.path));
-    rig.db.BlockSeek(704);
-    EXPECT_EQ(rig.db.BlockVisioComment(), "");
-}
-
-TEST(db1, ASecondFileIsOpenBesideTheFirst) {
-    Rig first;
-    Rig second;
-    second.db.BlockSeek(5);
-    first.db.BlockSeek(2);
-    second.db.BlockEdit();
-    second.db.BlockFn(33);
-    second.db.BlockUpdate();
-    EXPECT_EQ(first.db.blockNumber(), 2);
-    first.db.BlockSeek(5);
-    EXPECT_EQ(first.db.BlockFn(), 127);
 }
 
 /// The shipped catalogue, open.
@@ -471,71 +347,6 @@ TEST(db1Catalogue, AMissingFileRaises) {
     db1 db(boxes);
     EXPECT_EQ(errorOf([&] { db.open_database(folder.path()); }), 53);
     EXPECT_EQ(errorOf([&] { static_cast<void>(db.FuncName()); }), 91);
-}
-
-TEST(db1, ABatchThatTheDiskUndidIsToldAndNotSaved) {
-    TemporaryFolder folder;
-    const std::string path = folder.file("a.db");
-    Sqlite made("", Sqlite::Mode::Memory);
-    made.execute("CREATE TABLE t (a)");
-    ASSERT_FALSE(writeWholeAtOnce(path, made.bytes()));
-    Sqlite file(path, Sqlite::Mode::ReadWrite);
-    file.joinBatch();
-    file.execute("INSERT INTO t VALUES (1)");
-    // What a full disk does to an open transaction.
-    file.execute("ROLLBACK");
-    EXPECT_EQ(errorOf([&] { file.settle(); }), 57);
-    EXPECT_EQ(errorOf([&] { file.settle(); }), 57);
-}
-
-struct Damage {
-    const char* name;
-    const char* sql;
-    const char* reason;
-};
-
-class db1Damaged : public testing::TestWithParam<Damage> {};
-
-TEST_P(db1Damaged, IsRefusedWithFileAndReason) {
-    Rig rig;
-    rig.alter(GetParam().sql);
-    try {
-        rig.db.open_existing_database(rig.path);
-        FAIL() << "opened";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.code(), 3343);
-        EXPECT_NE(error.description().find(rig.path), std::string::npos) << error.description();
-        EXPECT_NE(error.description().find(GetParam().reason), std::string::npos) << error.description();
-    }
-    EXPECT_EQ(errorOf([&] { rig.db.BlockMoveFirst(); }), 91);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, db1Damaged,
-    testing::Values(Damage{"missingTable", "DROP TABLE Pens", "table Pens is missing"},
-                    Damage{"viewForTable",
-                           "ALTER TABLE Slots RENAME TO Other; CREATE VIEW Slots AS SELECT * FROM Other",
-                           "Slots is no table"},
-                    Damage{"extraTable", "CREATE TABLE Mine (a)", "it holds Mine"},
-                    Damage{"trigger", "CREATE TRIGGER t AFTER UPDATE ON Slots BEGIN SELECT 1; END", "it holds t"},
-                    Damage{"renamedColumn", "ALTER TABLE EGUs RENAME COLUMN Span TO Spam", "columns of table EGUs"},
-                    Damage{"missingColumn", "ALTER TABLE EGUs DROP COLUMN Units", "columns of table EGUs"},
-                    Damage{"missingIndex", "DROP INDEX [Pens.PrimaryKey]", "index of table Pens"},
-                    Damage{"missingBlock", "DELETE FROM [Block List] WHERE BlockNumber = 300", "table Block List"},
-                    Damage{"extraBlock", "INSERT INTO [Block List] VALUES (705, 127, 0, 0, 0, '', '')", "row too many"},
-                    Damage{"noComments", "DELETE FROM Comments", "row of table Comments is missing"},
-                    Damage{"twoVersions", "INSERT INTO Version SELECT * FROM Version", "Version has a row too many"},
-                    Damage{"otherMark", "PRAGMA application_id = 77", "another program's mark"},
-                    Damage{"newer", "PRAGMA user_version = 2", "newer version"},
-                    Damage{"foreignCharacter", "UPDATE Slots SET Description = char(9731) WHERE Offset = 3",
-                           "row 4 of table Slots has a Description"}),
-    [](const auto& row) { return row.param.name; });
-
-TEST(db1, AFileWithoutAMarkIsOursByItsTables) {
-    Rig rig;
-    rig.alter("PRAGMA application_id = 0");
-    rig.db.open_existing_database(rig.path);
-    EXPECT_FALSE(rig.db.BlockEOF());
 }
 
 }  // namespace
