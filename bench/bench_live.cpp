@@ -9,6 +9,7 @@
 #include "LinkBench.h"
 #include "link/LinkObserver.h"
 #include "platform/qt/Application.h"
+#include "view/OffscreenDisplay.h"
 
 namespace qrv {
 namespace {
@@ -140,7 +141,7 @@ bool measureMemory() {
 }  // namespace qrv
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qrv::test::useOffscreenDisplay();
     testing::InitGoogleTest(&argc, argv);
     const qrv::Application application(argc, argv);
     bool isWithin = qrv::measureUnpaced(3);

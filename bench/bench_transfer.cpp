@@ -1,6 +1,6 @@
 // A whole block program of 5632 constants into a controller and out of it, from the program's own windows, against what
 // bounds it: a raw loop of the same frames, and the wire. Offscreen, over a pseudo-terminal.
-// The sleeps that a transfer is told to make are left out of our time where the raw loop is what it is held against.
+// A transfer's fixed sleeps are left out of our time where the raw loop is what it is held against.
 #include <gtest/gtest.h>
 
 #include <QTimer>
@@ -13,6 +13,7 @@
 #include "platform/posix/PosixSerialPort.h"
 #include "platform/qt/Application.h"
 #include "platform/qt/QtPump.h"
+#include "view/OffscreenDisplay.h"
 
 namespace qrv {
 namespace {
@@ -32,10 +33,10 @@ class CountedClock final : public Clock {
     [[nodiscard]] std::chrono::system_clock::time_point wallTime() const override { return clock_.wallTime(); }
     void sleep(Milliseconds duration) override {
         clock_.sleep(duration);
-        told += std::chrono::duration<double>(duration).count();
+        slept += std::chrono::duration<double>(duration).count();
         onSlept();
     }
-    double told = 0;  ///< seconds
+    double slept = 0;  ///< seconds
     std::function<void()> onSlept = [] {};
 
  private:
@@ -98,7 +99,7 @@ class Recorder final : public LinkObserver {
 struct Measured {
     double seconds = 0;
     double cpu = 0;      ///< seconds of this thread
-    double sleeps = 0;   ///< told, of `seconds`
+    double sleeps = 0;   ///< fixed, of `seconds`
     double longest = 0;  ///< gap of the event loop outside these, until the transfer's window is gone
     std::vector<RecordedExchange> exchanges;
 
@@ -162,7 +163,7 @@ class TransferBench {
 
     Measured measure(const std::function<void()>& press) {
         recorder_.exchanges.clear();
-        const double toldBefore = clock_.told;
+        const double sleptBefore = clock_.slept;
         const double cpuBefore = cpuOfThread();
         const double began = now();
         measuredGap_ = -1;
@@ -172,7 +173,7 @@ class TransferBench {
         Measured measured;
         measured.seconds = recorder_.ended - began;
         measured.cpu = cpuOfThread() - cpuBefore;
-        measured.sleeps = clock_.told - toldBefore;
+        measured.sleeps = clock_.slept - sleptBefore;
         measured.longest = measuredGap_ < 0 ? gap : measuredGap_;
         measured.exchanges = recorder_.exchanges;
         return measured;
@@ -224,11 +225,11 @@ bool measurePaced(TransferBench& bench, const SimPace& pace, const std::string& 
     std::snprintf(rawRatio, sizeof rawRatio, ", a raw loop: %.3f x", medianOf(raw) / wire.count());
     bool isWithin = row(name + " / raw loop", medianOf(our) / medianOf(raw), "x", 1.01,
                         seconds("ours", medianOf(our)) + seconds(", raw", medianOf(raw)));
-    isWithin = row(name + " / wire and told sleeps", (medianOf(our) + ours.sleeps) / least, "x", 1.015,
+    isWithin = row(name + " / wire and fixed sleeps", (medianOf(our) + ours.sleeps) / least, "x", 1.015,
                    seconds("wire", wire.count()) + seconds(", sleeps", ours.sleeps) + rawRatio) &&
                isWithin;
     isWithin = row(name + ": this program", medianOf(cpu), "%", 3, "of a core") && isWithin;
-    return row(name + ": longest gap of events", longest * 1e3, "ms", 50, "outside the told sleeps") && isWithin;
+    return row(name + ": longest gap of events", longest * 1e3, "ms", 50, "outside the fixed sleeps") && isWithin;
 }
 
 bool measureUnpaced(TransferBench& bench, const std::string& name, const std::function<Measured()>& transfer) {
@@ -245,7 +246,7 @@ bool measureUnpaced(TransferBench& bench, const std::string& name, const std::fu
     }
     const bool isWithin = row(name + " / raw loop", medianOf(our) / medianOf(raw), "x", 5,
                               seconds("ours", medianOf(our)) + seconds(", raw", medianOf(raw)));
-    return row(name + ": longest gap of events", longest * 1e3, "ms", 50, "outside the told sleeps") && isWithin;
+    return row(name + ": longest gap of events", longest * 1e3, "ms", 50, "outside the fixed sleeps") && isWithin;
 }
 
 bool measureAll() {
@@ -271,7 +272,7 @@ bool measureAll() {
 }  // namespace qrv
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qrv::test::useOffscreenDisplay();
     testing::InitGoogleTest(&argc, argv);
     const qrv::Application application(argc, argv);
     return qrv::measureAll() ? 0 : 1;

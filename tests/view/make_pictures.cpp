@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "LiveViewRig.h"
+#include "OffscreenDisplay.h"
 #include "platform/qt/Application.h"
 
 namespace {
@@ -126,7 +127,7 @@ class Pictures {
 }  // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qrv::test::useOffscreenDisplay();
     testing::InitGoogleTest(&argc, argv);
     if (argc != 4) {
         std::puts("usage: make_pictures FILE DEVICE FOLDER");
