@@ -32,7 +32,7 @@ inline constexpr std::array<std::uint8_t, 3> kPoll{0x01, 0xFF, 0xFE};
 inline constexpr std::array<std::uint8_t, 5> kPollReply{0x10, 0x00, 0x00, 0xFF, 0xEF};
 
 /// CPU time of this thread.
-inline double cpuSeconds() {
+inline double threadSeconds() {
     timespec used{};
     ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
     return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9;
@@ -40,9 +40,9 @@ inline double cpuSeconds() {
 
 /// Prints what share of a core the action took. False where it is above `atMost`.
 inline bool measureShare(const char* what, const std::function<void()>& action, double atMost) {
-    const double before = cpuSeconds();
+    const double before = threadSeconds();
     const double elapsed = secondsOf(action);
-    const double share = (cpuSeconds() - before) / elapsed;
+    const double share = (threadSeconds() - before) / elapsed;
     std::printf("%s: %.2f %% of a core over %.1f s (at most %.1f %%)%s\n", what, share * 100, elapsed, atMost * 100,
                 share > atMost ? "  OVER" : "");
     std::fflush(stdout);

@@ -20,6 +20,7 @@
 #include "LargeFile.h"
 #include "Measure.h"
 #include "platform/qt/Application.h"
+#include "view/OffscreenDisplay.h"
 
 namespace qrv {
 namespace {
@@ -37,7 +38,8 @@ long residentMemory(const std::string& process = "self") {
     return 0;
 }
 
-double cpuSeconds() {
+/// CPU time of the whole process.
+double processSeconds() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     const auto seconds = [](const timeval& time) {
@@ -199,12 +201,12 @@ void measureClick(ViewRig& rig) {
 }
 
 void measureIdle() {
-    const double before = cpuSeconds();
+    const double before = processSeconds();
     // Not qWait: that looks at the clock a hundred times a second.
     QEventLoop idle;
     QTimer::singleShot(std::chrono::seconds(5), &idle, &QEventLoop::quit);
     idle.exec();
-    std::printf("%-44s %9.3f %% of a core  (at most 0.1 %%)\n", "idle window", (cpuSeconds() - before) / 5 * 100);
+    std::printf("%-44s %9.3f %% of a core  (at most 0.1 %%)\n", "idle window", (processSeconds() - before) / 5 * 100);
 }
 
 void measureGrowth(ViewRig& rig, const std::string& file) {
@@ -261,6 +263,7 @@ void provideScreen(const qrv::TemporaryFolder& folder) {
 int main(int argc, char** argv) {
     const qrv::TemporaryFolder folder;
     provideScreen(folder);
+    qrv::test::useOffscreenDisplay();
     testing::InitGoogleTest(&argc, argv);
     const qrv::Application application(argc, argv);
     const std::string word = argc > 1 ? argv[1] : "";

@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
+#include "Measure.h"
 #include "platform/Grid.h"
 #include "platform/qt/Application.h"
 #include "platform/qt/GridView.h"
 
 namespace {
 
-constexpr int kRounds = 9;
 constexpr int kRefillsEach = 5;
 constexpr std::array kNames = {"PID", "AIN", "F(X)", "TIMER", "AND", "OR", "LIMIT", "RAMP", "COUNTER", "SELECT"};
 
@@ -76,11 +76,6 @@ double millisecondsOf(const std::function<void()>& action) {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 }
 
-double medianOf(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -95,7 +90,7 @@ int main(int argc, char** argv) {
     int turn = 0;
     std::vector<double> oursTook;
     std::vector<double> theirsTook;
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < qrv::kRounds; ++round) {
         for (int again = 0; again < kRefillsEach; ++again) {
             ++turn;
             oursTook.push_back(millisecondsOf([&] {
@@ -107,8 +102,8 @@ int main(int argc, char** argv) {
             QApplication::processEvents();
         }
     }
-    const double a = medianOf(oursTook);
-    const double b = medianOf(theirsTook);
+    const double a = qrv::medianOf(oursTook);
+    const double b = qrv::medianOf(theirsTook);
     std::printf("refill of both block grids: %.2f ms, QTableWidget %.2f ms, ratio %.2f (at most 1.0)\n", a, b, a / b);
     return a <= b ? 0 : 1;
 }

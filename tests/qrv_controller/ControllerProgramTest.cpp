@@ -8,12 +8,12 @@
 
 #include <array>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "link/sim/SimRig.h"
 #include "platform/posix/PosixSerialPort.h"
+#include "twins/TemporaryFolder.h"
 
 namespace qrv::test {
 
@@ -118,24 +118,17 @@ class Tool {
 
 class ControllerProgram : public testing::Test {
  protected:
-    void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "qrv_controller_XXXXXX").string();
-        ASSERT_NE(::mkdtemp(name.data()), nullptr);
-        folder_ = name;
-        ::setenv("QRV_SETTINGS", (folder_ / "settings.ini").c_str(), 1);
-    }
-    void TearDown() override {
-        ::unsetenv("QRV_SETTINGS");
-        std::filesystem::remove_all(folder_);
-    }
-    [[nodiscard]] std::string file(const char* name) const { return (folder_ / name).string(); }
+    ControllerProgram() { ::setenv("QRV_SETTINGS", file("settings.ini").c_str(), 1); }
+    ~ControllerProgram() override { ::unsetenv("QRV_SETTINGS"); }
+
+    [[nodiscard]] std::string file(const char* name) const { return folder_.file(name); }
     [[nodiscard]] std::string settings() const {
         std::ostringstream text;
-        text << std::ifstream(folder_ / "settings.ini").rdbuf();
+        text << std::ifstream(file("settings.ini")).rdbuf();
         return text.str();
     }
 
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 }  // namespace
@@ -234,7 +227,7 @@ TEST_F(ControllerProgram, MapsItsDeviceWhileItRuns) {
 }
 
 TEST_F(ControllerProgram, GivesTheNumberBackToTheDeviceThatHadIt) {
-    std::ofstream(folder_ / "settings.ini") << "[Serial Ports]\nCOM7=/dev/null\n";
+    std::ofstream(file("settings.ini")) << "[Serial Ports]\nCOM7=/dev/null\n";
     Running controller({"--map", "COM7"});
     const auto device = controller.device();
     EXPECT_EQ(controller.line(), "Port COM7");

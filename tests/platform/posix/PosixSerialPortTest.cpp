@@ -11,7 +11,6 @@
 
 #include <array>
 #include <csignal>
-#include <filesystem>
 #include <fstream>
 #include <thread>
 
@@ -19,6 +18,7 @@
 #include "platform/RunTimeError.h"
 #include "platform/posix/PollPump.h"
 #include "platform/posix/PseudoTerminal.h"
+#include "twins/TemporaryFolder.h"
 
 namespace qrv::test {
 namespace {
@@ -231,14 +231,12 @@ TEST(PosixSerialPort, TellsWhatIsNoTerminal) {
 }
 
 TEST(PosixSerialPort, TellsAPlainFile) {
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / ("no_port_" + std::to_string(::getpid()));
-    std::ofstream(file) << "text";
+    const TemporaryFolder folder;
     PortRig rig;
-    rig.path = file.string();
+    rig.path = folder.file("file");
+    std::ofstream(rig.path) << "text";
     EXPECT_FALSE(rig.open());
     EXPECT_EQ(rig.port.fault(), SerialFault::NotAPort);
-    std::filesystem::remove(file);
 }
 
 TEST(PosixSerialPort, NamesTheGroupOfADeviceThatIsForbidden) {

@@ -1,7 +1,6 @@
 #include "platform/posix/SerialPorts.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -10,6 +9,7 @@
 
 #include "platform/Settings.h"
 #include "twins/MemorySettings.h"
+#include "twins/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
 
@@ -19,15 +19,11 @@ namespace {
 /// A machine of files: its devices, and what the system tells of them.
 class Machine {
  public:
-    Machine() : root_(fs::temp_directory_path() / ("ports_" + std::to_string(::getpid()))) {
-        fs::remove_all(root_);
+    Machine() {
         fs::create_directories(root_ / "dev/serial/by-id");
         fs::create_directories(root_ / "dev/serial/by-path");
         fs::create_directories(root_ / "sys/class/tty");
     }
-    ~Machine() { fs::remove_all(root_); }
-    Machine(const Machine&) = delete;
-    Machine& operator=(const Machine&) = delete;
 
     [[nodiscard]] const fs::path& root() const { return root_; }
     [[nodiscard]] std::string at(const std::string& path) const { return (root_ / path).string(); }
@@ -70,7 +66,8 @@ class Machine {
         fs::create_symlink("../../" + name, path);
     }
 
-    fs::path root_;
+    TemporaryFolder folder_;
+    fs::path root_ = folder_.path();
 };
 
 struct PortsRig {
