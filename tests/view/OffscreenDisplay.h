@@ -4,21 +4,30 @@
 
 #include <QString>
 #include <QtGlobal>
+#include <algorithm>
+#include <array>
 
 namespace qrv::test {
 
 inline QtMessageHandler nextMessageHandler = nullptr;
 
-/// Windows have no order here, and the display says so at every `raise()`. That line is dropped, and no other.
-inline void passAllButRaise(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    if (type == QtWarningMsg && text == QLatin1String("This plugin does not support raise()")) return;
-    nextMessageHandler(type, context, text);
+/// What this display says at each of these calls, for it has no order of windows, no frames and no other program to
+/// keep the keys from.
+inline constexpr std::array kWordsOfTheDisplay{"This plugin does not support raise()",
+                                               "This plugin does not support propagateSizeHints()",
+                                               "This plugin does not support grabbing the keyboard"};
+
+/// Those lines are dropped, and no other.
+inline void passAllButTheDisplays(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    const bool isTheDisplays =
+        std::ranges::any_of(kWordsOfTheDisplay, [&text](const char* words) { return text == QLatin1String(words); });
+    if (type != QtWarningMsg || !isTheDisplays) nextMessageHandler(type, context, text);
 }
 
 /// Before the application is made. A display that the caller's environment names stays.
 inline void useOffscreenDisplay() {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    nextMessageHandler = qInstallMessageHandler(passAllButRaise);
+    nextMessageHandler = qInstallMessageHandler(passAllButTheDisplays);
 }
 
 }  // namespace qrv::test
