@@ -197,7 +197,7 @@ void seeks(Rig& rig) {
         },
         5.0);
     Sqlite file(rig.large, Sqlite::Mode::ReadOnly);
-    Transaction transaction(file);
+    SqlTransaction transaction(file);
     Statement find = file.prepare("SELECT ConstantValue FROM Constants WHERE BlockNumber = ? AND Offset = ?");
     compare(
         "100,000 seeks", ours, "prepared statement in one transaction",
@@ -267,7 +267,7 @@ void rewrite(Rig& rig) {
             ++round;
             Statement change =
                 file.prepare("UPDATE Constants SET ConstantValue = ? WHERE BlockNumber = ? AND Offset = ?");
-            Transaction transaction(file);
+            SqlTransaction transaction(file);
             for (int n = 0; n < kLargeConstants; ++n) {
                 change.bind(1, n + round);
                 change.bind(2, n / kSlotsOfLargeBlock);

@@ -59,7 +59,7 @@ std::string catalogueFile(const CatalogueText& text) {
     Sqlite file("QRVDATA.DAT", Sqlite::Mode::Memory);
     file.execute("PRAGMA application_id = " + std::to_string(kCatalogueApplicationId));
     file.execute("PRAGMA user_version = " + std::to_string(kCatalogueUserVersion));
-    Transaction transaction(file);
+    SqlTransaction transaction(file);
     createTables(file);
     addFunctions(text, file);
     addInputs(text, file);

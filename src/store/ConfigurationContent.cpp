@@ -66,7 +66,7 @@ void makeConfigurationFile(const std::string& path, const ConfigurationContent& 
     Sqlite file(path, Sqlite::Mode::Memory);
     file.execute("PRAGMA application_id = " + std::to_string(kConfigurationApplicationId) +
                  "; PRAGMA user_version = " + std::to_string(kConfigurationUserVersion));
-    Transaction transaction(file);
+    SqlTransaction transaction(file);
     for (const Table& table : configurationTables()) addTable(file, table);
     for (const TableContent& table : content.tables) addRows(file, *table.table, table.rows);
     transaction.commit();

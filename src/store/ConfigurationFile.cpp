@@ -145,7 +145,7 @@ bool hasVisioComment(Sqlite& file) {
 }
 
 void addVisioComment(Sqlite& file) {
-    Transaction transaction(file);
+    SqlTransaction transaction(file);
     const Column& column = blockList().columns.back();
     const std::string table = bracketed(blockList().name);
     file.execute("ALTER TABLE " + table + " ADD COLUMN " + columnSql(column, false));
@@ -159,7 +159,7 @@ void addTable(Sqlite& file, const Table& table) {
 }
 
 void addRows(Sqlite& file, const Table& table, std::span<const std::vector<Value>> rows) {
-    Transaction transaction(file);
+    SqlTransaction transaction(file);
     TableWriter writer(table, file);
     for (const std::vector<Value>& row : rows) writer.insert(row);
     transaction.commit();

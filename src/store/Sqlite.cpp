@@ -199,16 +199,16 @@ std::string_view Statement::text(int column) const {
 
 int Statement::columnCount() const { return sqlite3_column_count(handle_.get()); }
 
-Transaction::Transaction(Sqlite& database) : database_(database), open_(!database.inTransaction()) {
+SqlTransaction::SqlTransaction(Sqlite& database) : database_(database), open_(!database.inTransaction()) {
     if (open_) database_.execute("BEGIN");
 }
 
-Transaction::~Transaction() {
+SqlTransaction::~SqlTransaction() {
     // A rollback that fails leaves what the next open will refuse; there is nobody to tell here.
     if (open_) ignoringErrors([this] { database_.execute("ROLLBACK"); });
 }
 
-void Transaction::commit() {
+void SqlTransaction::commit() {
     if (!open_) return;
     database_.execute("COMMIT");
     open_ = false;

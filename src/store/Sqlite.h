@@ -38,7 +38,7 @@ class Sqlite {
     [[nodiscard]] bool inTransaction() const;
 
     /// Joins the next write to those before it in one open transaction, which settle() ends; every so many writes it is
-    /// ended on the way. Within a Transaction it does nothing.
+    /// ended on the way. Within a SqlTransaction it does nothing.
     void joinBatch();
     /// Ends the open batch: all writes so far are in the file. Raises where they can't be.
     void settle();
@@ -99,12 +99,12 @@ class Statement {
 };
 
 /// A transaction that is rolled back unless it was committed. Inside another one it does nothing.
-class Transaction {
+class SqlTransaction {
  public:
-    explicit Transaction(Sqlite& database);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
+    explicit SqlTransaction(Sqlite& database);
+    ~SqlTransaction();
+    SqlTransaction(const SqlTransaction&) = delete;
+    SqlTransaction& operator=(const SqlTransaction&) = delete;
     void commit();
 
  private:

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "TransferRig.h"
+#include "store/Sqlite.h"
 
 namespace qrv::test {
 
@@ -118,6 +121,28 @@ TEST_F(DownloadBlocksTest, EachTypeOfParameterHasItsFormOfSlot) {
     EXPECT_EQ(bytesAt(constantsFrame(0), 5 + 3 * 4, 20),
               (Bytes{0, 0, 0, 0, 0, 3, 0, 0, 0xFF, 0xFE, 0, 0, 0x7F, 0xFF, 0, 0, 0xFF, 0xFE, 0xFF, 0xFF}));
     EXPECT_EQ(bytesAt(constantsFrame(0), 5 + (12 + 7) * 4, 12), (Bytes{0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+// No function of the shipped catalogue has such a parameter: here ACONST's only one is, and OARESET's sixth.
+TEST_F(DownloadBlocksTest, AParameterOfAnotherTypeSendsWhatTheSlotBeforeLeft) {
+    const std::string catalogue = rig.made("catalogue");
+    std::filesystem::copy_file(QRV_CATALOGUE_FOLDER "/QRVDATA.DAT", catalogue + "/QRVDATA.DAT");
+    Sqlite(catalogue + "/QRVDATA.DAT", Sqlite::Mode::ReadWrite)
+        .execute("UPDATE Params SET type = 9 WHERE (fn = 3 AND pn = 1) OR (fn = 12 AND pn = 6)");
+    rig.bench.db.open_database(catalogue);
+    rig.place(4, "ACONST");
+    rig.place(10, "OARESET");
+    rig.place(11, "ACONST");
+    rig.setConstant(4, 0, 5);
+    rig.setConstant(10, 7, -65537);
+    rig.setConstant(10, 8, 5);
+    rig.setConstant(10, 11, 0x12345);
+    rig.setConstant(11, 0, 5);
+    send();
+    EXPECT_EQ(bytesAt(constantsFrame(0), 5, 4), (Bytes{0, 0, 0, 0})) << "nothing was before";
+    EXPECT_EQ(bytesAt(constantsFrame(0), 5 + 8 * 4, 8), (Bytes{0xFF, 0xFE, 0xFF, 0xFF, 0, 0, 0xFF, 0xFF}));
+    EXPECT_EQ(bytesAt(constantsFrame(0), 5 + 12 * 4, 8), (Bytes{0, 1, 0x23, 0x45, 0, 0, 0x23, 0x45}))
+        << "from block to block";
 }
 
 TEST_F(DownloadBlocksTest, ConstantsThatEndWithinABlockAreOutOfStep) {
