@@ -40,6 +40,6 @@ installPackages() {
   "${asRoot[@]}" apt-get update -qq &&
     "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
       apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null && return 0
-  echo "The packages could not be installed. As root: apt-get install ${missing[*]}" >&2
+  echo "The packages could not be installed; apt-get's reason stands above. As root: apt-get install ${missing[*]}" >&2
   return 1
 }
