@@ -3,7 +3,9 @@
 #include <QAction>
 #include <QBoxLayout>
 #include <QPlainTextEdit>
+#include <QStatusBar>
 
+#include "platform/qt/DesktopHost.h"
 #include "platform/qt/Theme.h"
 
 namespace qrv {
@@ -19,6 +21,11 @@ FormCommentView::FormCommentView(FormComment& form, DesktopHost& host) : FormVie
     for (QPlainTextEdit* text : {first, second}) {
         text->setFont(theme::fixedFont());
         body->addWidget(text, 1);
+    }
+    if (host.hasTips()) {
+        statusBar()->setObjectName(QStringLiteral("statusBar"));
+        statusBar()->showMessage(
+            QStringLiteral("Above the comment; below a second one, shown instead unless it is empty"));
     }
     resize(theme::sizeOfText(72, 20));
     first->setFocus();

@@ -194,6 +194,15 @@ TEST(ClassicLook, ACutCellIsNotReadInFull) {
     EXPECT_EQ(tipOfCutCell(Extras::Absent), "");
 }
 
+TEST(FormCommentView, TellsWhichCommentIsWhichUnlessTheLookIsClassic) {
+    ViewRig modern;
+    ViewRig classic("", Extras::Absent);
+    const auto window = windowOf(modern, "FormComment");
+    EXPECT_EQ(ViewRig::find<QStatusBar>(*window, "statusBar")->currentMessage(),
+              "Above the comment; below a second one, shown instead unless it is empty");
+    EXPECT_EQ(windowOf(classic, "FormComment")->findChild<QStatusBar*>(), nullptr);
+}
+
 TEST(frmDownloadView, ProgressSentenceIsAbsentInTheClassicLook) {
     ViewRig modern;
     ViewRig classic("", Extras::Absent);
