@@ -311,6 +311,22 @@ TEST_F(Session, F6GoesToTheNextBlockFromTheParameters) {
     EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "Label5")->text().left(9), "BLOCK 1 -");
 }
 
+TEST_F(Session, WhoWaitsForTheConfigurationInfoWaitsThroughItsDescription) {
+    bool isBack = false;
+    rig.whenUp("frmvga", [](FormView& description) { ViewRig::choose(description, "mnuexit"); });
+    rig.whenUp("frmGeneral", [this, &isBack](FormView& info) {
+        auto* comments = ViewRig::find<QPlainTextEdit>(info, "Text1");
+        QTest::mouseDClick(comments->viewport(), Qt::LeftButton, {}, comments->viewport()->rect().center());
+        rig.whenUp("frmGeneral", [&isBack](FormView& again) {
+            isBack = true;
+            ViewRig::choose(again, "mnuexit");
+        });
+    });
+    rig.host.showModal(rig.program.general);
+    EXPECT_TRUE(isBack);
+    EXPECT_TRUE(rig.host.isVisible(rig.program.mainWindow));
+}
+
 TEST_F(Session, GoToBlockFindsNumbersAndNames) {
     auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
     QTest::keyClicks(box, QStringLiteral("602"));
