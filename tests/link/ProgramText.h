@@ -11,23 +11,31 @@
 
 namespace qrv::test {
 
+/// One line of a program: what stands at a place.
+[[nodiscard]] inline std::string programRow(const char* kind, int place, int offset, const std::string& value) {
+    return kind + std::to_string(place) + '.' + std::to_string(offset) + '=' + value + '\n';
+}
+
+[[nodiscard]] inline std::string blockRows(db1& db) {
+    std::string text;
+    for (db.BlockMoveFirst(); !db.BlockEOF(); db.BlockMoveNext()) {
+        text += programRow("block ", db.blockNumber(), db.BlockConstant(), std::to_string(db.BlockFn()));
+    }
+    return text;
+}
+
 /// Every function with its count of constants, every constant with its place, every string.
 [[nodiscard]] inline std::string programOf(Workbench& bench) {
     db1& db = bench.db;
-    std::string text;
-    const auto row = [&text](const char* kind, int place, int offset, const std::string& value) {
-        text += kind + std::to_string(place) + '.' + std::to_string(offset) + '=' + value + '\n';
-    };
-    for (db.BlockMoveFirst(); !db.BlockEOF(); db.BlockMoveNext()) {
-        row("block ", db.blockNumber(), db.BlockConstant(), std::to_string(db.BlockFn()));
-    }
+    std::string text = blockRows(db);
     // An empty table refuses to move.
     const bool hasConstants = ignoringErrors([&] { db.ConstantMoveFirst(); });
     for (; hasConstants && !db.ConstantEOF(); db.ConstantMoveNext()) {
-        row("constant ", db.ConstantBlockNumber(), db.ConstantOffset(), std::to_string(db.ConstantValue()));
+        text +=
+            programRow("constant ", db.ConstantBlockNumber(), db.ConstantOffset(), std::to_string(db.ConstantValue()));
     }
     for (db.ParmstrMoveFirst(); !db.ParmstrEOF(); db.ParmstrMoveNext()) {
-        row("string ", db.ParmstrBlockNumber(), db.ParmstrOffset(), db.ParmstrStr());
+        text += programRow("string ", db.ParmstrBlockNumber(), db.ParmstrOffset(), db.ParmstrStr());
     }
     return text;
 }

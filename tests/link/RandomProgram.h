@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "ProgramText.h"
 #include "blocks/BlockProgram.h"
 #include "platform/RunTimeError.h"
 #include "store/Workbench.h"
@@ -160,13 +161,7 @@ class ProgramDrawer {
 /// A program as it comes back, in the words of programOf: hidden constants and the slots of strings are 0.
 [[nodiscard]] inline std::string heldPartOf(Workbench& bench) {
     db1& db = bench.db;
-    std::string text;
-    const auto row = [&text](const char* kind, int place, int offset, const std::string& value) {
-        text += kind + std::to_string(place) + '.' + std::to_string(offset) + '=' + value + '\n';
-    };
-    for (db.BlockMoveFirst(); !db.BlockEOF(); db.BlockMoveNext()) {
-        row("block ", db.blockNumber(), db.BlockConstant(), std::to_string(db.BlockFn()));
-    }
+    std::string text = blockRows(db);
     db.FuncSetIndex("FN");
     // An empty table refuses to move.
     if (!ignoringErrors([&] { db.ConstantMoveFirst(); })) return text;
@@ -179,10 +174,10 @@ class ProgramDrawer {
             isHeld = db.ParamType() != 3;
         }
         const std::int32_t value = isHeld ? db.ConstantValue() : 0;
-        row("constant ", db.ConstantBlockNumber(), db.ConstantOffset(), std::to_string(value));
+        text += programRow("constant ", db.ConstantBlockNumber(), db.ConstantOffset(), std::to_string(value));
     }
     for (db.ParmstrMoveFirst(); !db.ParmstrEOF(); db.ParmstrMoveNext()) {
-        row("string ", db.ParmstrBlockNumber(), db.ParmstrOffset(), db.ParmstrStr());
+        text += programRow("string ", db.ParmstrBlockNumber(), db.ParmstrOffset(), db.ParmstrStr());
     }
     return text;
 }

@@ -13,6 +13,7 @@
 #include "link/LiveController.h"
 #include "platform/posix/FarEnd.h"
 #include "programs/ProgramRun.h"
+#include "twins/AsNobody.h"
 
 namespace qrv {
 namespace {
@@ -114,27 +115,20 @@ TEST(qrvLink, TellsAPortThatAnotherProcessHolds) {
 }
 
 TEST(qrvLink, NamesTheGroupOfAPortThatIsForbidden) {
-    constexpr uid_t kNobody = 65534;
     LinkRun link;
     ASSERT_EQ(::chmod(link.live.path().c_str(), 0), 0);
     ASSERT_EQ(::chmod(link.qrv.folder.path().c_str(), 0777), 0);
     struct stat status {};
     ASSERT_EQ(::stat(link.live.path().c_str(), &status), 0);
     const std::string group = ::getgrgid(status.st_gid)->gr_name;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(99);
-        ::_exit(link.run("poll" + link.onLine()).exitCode);
-    }
-    int ended = 0;
-    ::waitpid(child, &ended, 0);
+    const int ended = asNobody([&] { return link.run("poll" + link.onLine()).exitCode; });
     // The shell's own codes: the build lies where only its owner may look.
     constexpr int kNotExecutable = 126;
     constexpr int kNotFound = 127;
-    if (WEXITSTATUS(ended) == kNotExecutable || WEXITSTATUS(ended) == kNotFound) {
+    if (ended == kNotExecutable || ended == kNotFound) {
         GTEST_SKIP() << "another user may not run " QRV_PROGRAM;
     }
-    EXPECT_EQ(WEXITSTATUS(ended), 4);
+    EXPECT_EQ(ended, 4);
     EXPECT_EQ(bytesOf(link.qrv.path(".err")), "qrv: " + link.live.path() +
                                                   " may not be opened by you: become a member of the group \"" + group +
                                                   "\" and log in again.\n");

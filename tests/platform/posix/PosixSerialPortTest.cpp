@@ -18,6 +18,7 @@
 #include "platform/RunTimeError.h"
 #include "platform/posix/PollPump.h"
 #include "platform/posix/PseudoTerminal.h"
+#include "twins/AsNobody.h"
 #include "twins/TemporaryFolder.h"
 
 namespace qrv::test {
@@ -132,20 +133,6 @@ TEST(PosixSerialPort, TellsAPortThatIsHeldByAnotherProcess) {
     ASSERT_EQ(::flock(other.descriptor(), LOCK_EX), 0);
     EXPECT_FALSE(rig.open());
     EXPECT_EQ(rig.port.fault(), SerialFault::InUse);
-}
-
-/// Runs `action` in a child that has no privileges, and gives its exit code.
-template <typename Action>
-int asNobody(Action&& action) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        constexpr uid_t kNobody = 65534;
-        if (::geteuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(99);
-        ::_exit(action());
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 /// A program in the midst of a transfer: the device marked as its own, three bytes waiting for it.
