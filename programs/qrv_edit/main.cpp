@@ -1,5 +1,10 @@
 // `qrv_edit`: the desktop tool. Brings the machine's services and the windows together with the program's forms.
+#include <unistd.h>
+
+#include <QSocketNotifier>
 #include <QStringList>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -7,8 +12,10 @@
 #include "platform/FileSettings.h"
 #include "platform/Folders.h"
 #include "platform/Platform.h"
+#include "platform/RunTimeError.h"
 #include "platform/posix/PosixSerialPort.h"
 #include "platform/posix/SerialPorts.h"
+#include "platform/posix/SignalPipe.h"
 #include "platform/qt/Application.h"
 #include "platform/qt/DesktopHost.h"
 #include "platform/qt/QtFileDialog.h"
@@ -18,6 +25,7 @@
 #include "shell/AllFormsView.h"
 #include "shell/CommandLine.h"
 #include "shell/EditorProgram.h"
+#include "store/LifeCycle.h"
 #include "store/ProgramPlaces.h"
 
 namespace {
@@ -29,10 +37,34 @@ std::string tailOf(const QStringList& arguments) {
     return qrv::commandTail(words);
 }
 
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value && *value;
+}
+
+/// The toolkit would only abort.
+bool hasDisplay() { return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM"); }
+
+/// At Ctrl+C in the program's terminal, a logout, a shutdown: nobody can be asked, and nothing may be lost.
+[[noreturn]] void endUnasked(qrv::Workbench& bench, int signal) {
+    try {
+        const std::string copy = qrv::KeepUnsavedWork(bench);
+        if (!copy.empty()) std::fprintf(stderr, "qrv_edit: what was not saved is kept in %s\n", copy.c_str());
+    } catch (const qrv::RunTimeError& error) {
+        std::fprintf(stderr, "qrv_edit: %s\n", error.description().c_str());
+    }
+    constexpr int kBySignal = 128;
+    ::_exit(kBySignal + signal);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     qrv::provideTemp();
+    if (!hasDisplay()) {
+        std::fputs("qrv_edit: there is no display (DISPLAY is not set); qrv does its work in a terminal.\n", stderr);
+        return EXIT_FAILURE;
+    }
     const qrv::Application application(argc, argv);
     qrv::DesktopHost host;
     qrv::QtMessageBox messageBox;
@@ -54,6 +86,12 @@ int main(int argc, char** argv) {
                                 .commandLine = tailOf(qrv::Application::arguments()),
                                 .isClassic = extras == qrv::Extras::Absent,
                                 .serialPorts = &ports});
+    qrv::SignalPipe endSignals;
+    endSignals.catchSignals({SIGINT, SIGTERM, SIGHUP});
+    const QSocketNotifier endNotifier(endSignals.descriptor(), QSocketNotifier::Read);
+    QObject::connect(&endNotifier, &QSocketNotifier::activated, [&] {
+        if (const auto signal = endSignals.take()) endUnasked(program.bench, *signal);
+    });
     // What the user has done is in the work file before the next event comes.
     host.onEventDone = [&program] { program.bench.settle(); };
     qrv::addAllViews(host, program.bench, extras);

@@ -62,6 +62,13 @@ void openWorkCopy(Workbench& bench, const std::string& path, const FileResult& c
     }
 }
 
+bool haveSameBytes(const std::string& file, const std::string& other) {
+    constexpr std::size_t kMost = 64 * 1024 * 1024;  // far more than a configuration
+    const FileContent one = readWhole(file, kMost);
+    const FileContent two = readWhole(other, kMost);
+    return !one.fault && !two.fault && one.bytes == two.bytes;
+}
+
 std::string titleOf(const Workbench& bench) {
     return "QRV Edit - " + bench.CurrentFileName + (bench.IsReadOnlyFile ? " - READ ONLY" : "");
 }
@@ -125,6 +132,20 @@ void CloseConfiguration(Workbench& bench, Answer answer) {
     const bool isKept =
         answer != Answer::Yes || bench.IsReadOnlyFile || storeWork(bench, bench.CurrentFileName, written);
     if (isKept) deleteWorkFile(bench.WorkFileName);
+}
+
+std::string KeepUnsavedWork(Workbench& bench) {
+    if (!bench.FileIsOpen) return "";
+    bench.db.close_work_dbs();
+    bench.FileIsOpen = false;
+    std::string copy;
+    if (!bench.IsReadOnlyFile && !haveSameBytes(bench.WorkFileName, bench.CurrentFileName)) {
+        copy = keepBackup(bench.places.backups, bench.WorkFileName, bench.CurrentFileName);
+        // Then the work file is all that there is.
+        if (copy.empty()) return bench.WorkFileName;
+    }
+    deleteWorkFile(bench.WorkFileName);
+    return copy;
 }
 
 bool newFileDialog(Workbench& bench) {

@@ -21,6 +21,10 @@ void OpenConfiguration(Workbench& bench, const std::string& path);
 /// copy of the work stays in the folder for backups.
 void CloseConfiguration(Workbench& bench, Answer answer);
 
+/// Ends the session where nobody can be asked, as when the machine goes down: what the user's file doesn't hold stays
+/// as a copy in the folder for backups. Gives that copy's path; "" where nothing was left to save.
+std::string KeepUnsavedWork(Workbench& bench);
+
 /// Reads the function of every block into FnOfBlock.
 void LoadFnOfBlock(Workbench& bench);
 

@@ -138,6 +138,42 @@ TEST(LifeCycle, ASymbolicLinkKeepsPointingAndTheModeIsKept) {
     EXPECT_EQ(rig.titleIn(file), "through the link");
 }
 
+TEST(LifeCycle, WhereNobodyCanBeAskedUnsavedWorkIsKept) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    OpenConfiguration(rig.bench, file);
+    rig.setTitle("not lost");
+    const std::string copy = KeepUnsavedWork(rig.bench);
+    const auto kept = backupsIn(rig.bench.places.backups);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].path, copy);
+    EXPECT_EQ(kept[0].original, file);
+    EXPECT_EQ(rig.titleIn(copy), "not lost");
+    EXPECT_EQ(rig.titleIn(file), "");
+    EXPECT_TRUE(rig.workFiles().empty());
+    EXPECT_FALSE(rig.bench.FileIsOpen);
+    EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
+}
+
+TEST(LifeCycle, WhereNobodyCanBeAskedSavedWorkLeavesNoCopy) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    OpenConfiguration(rig.bench, file);
+    EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
+    EXPECT_TRUE(backupsIn(rig.bench.places.backups).empty());
+    EXPECT_TRUE(rig.workFiles().empty());
+}
+
+TEST(LifeCycle, WhereNobodyCanBeAskedAndNoCopyCanBeKeptTheWorkFileStays) {
+    Rig rig;
+    OpenConfiguration(rig.bench, rig.configuration("a.qrv"));
+    rig.setTitle("not lost");
+    writeText(rig.bench.places.backups, "a file where the folder should be");
+    const std::string copy = KeepUnsavedWork(rig.bench);
+    EXPECT_EQ(copy, rig.bench.WorkFileName);
+    EXPECT_EQ(rig.titleIn(copy), "not lost");
+}
+
 TEST(LifeCycle, AnUnsavableWorkIsKeptAsABackup) {
     Rig rig;
     const std::string file = rig.configuration("a.qrv");

@@ -2,25 +2,19 @@
 // them and on the port.
 #pragma once
 
-#include <csignal>
 #include <functional>
 #include <initializer_list>
-#include <utility>
-#include <vector>
 
 #include "platform/EventPump.h"
+#include "platform/posix/SignalPipe.h"
 
 namespace qrv {
 
 class PollPump final : public EventPump {
  public:
     explicit PollPump(const Clock& clock) : clock_(clock) {}
-    ~PollPump() override;
-    PollPump(const PollPump&) = delete;
-    PollPump& operator=(const PollPump&) = delete;
 
-    /// From now on these signals don't end the program but are events: `onSignal` is called from within a pump. One
-    /// pump of a program may catch signals; its end gives them back. A hang-up that is ignored stays ignored.
+    /// From now on these signals don't end the program but are events: `onSignal` is called from within a pump.
     void catchSignals(std::initializer_list<int> signals, std::function<void(int signal)> onSignal);
 
     void pump() override { handleSignals(); }
@@ -31,9 +25,8 @@ class PollPump final : public EventPump {
     bool handleSignals();
 
     const Clock& clock_;
-    int signalPipe_ = -1;  ///< the end that is read
+    SignalPipe signals_;
     std::function<void(int)> onSignal_;
-    std::vector<std::pair<int, struct sigaction>> formerActions_;
 };
 
 }  // namespace qrv
