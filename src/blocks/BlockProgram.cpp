@@ -55,9 +55,11 @@ using WriteConstant = decltype(&addConstant);
 void addInputs(db1& db, std::int16_t block, Refusals refusals, WriteConstant write) {
     const std::int16_t inputs = db.FuncInputs();
     for (std::int32_t i = 1; i <= inputs; ++i) {
-        db.InputSeek(db.FuncFN(), i);
-        const std::int32_t source = db.InputType() == kAnalog ? kAnalogSource : kDiscreteSource;
-        under(refusals, [&] { write(db, block, i - 1, source); });
+        under(refusals, [&] {
+            db.InputSeek(db.FuncFN(), i);
+            const std::int32_t source = db.InputType() == kAnalog ? kAnalogSource : kDiscreteSource;
+            write(db, block, i - 1, source);
+        });
     }
 }
 
@@ -74,10 +76,10 @@ void addParameters(db1& db, std::int16_t block, StringRows strings, Refusals ref
     const std::int32_t inputs = db.FuncInputs();
     for (std::int32_t p = 1; p <= count; ++p) {
         const std::int32_t slot = inputs + p - 1;
-        db.ParamSeek(db.FuncFN(), p);
-        if (strings == StringRows::Make && db.ParamType() == kStringParameter) {
-            under(refusals, [&] { addString(db, block, slot); });
-        }
+        under(refusals, [&] {
+            db.ParamSeek(db.FuncFN(), p);
+            if (strings == StringRows::Make && db.ParamType() == kStringParameter) addString(db, block, slot);
+        });
         under(refusals, [&] { write(db, block, slot, db.ParamDefault()); });
     }
 }

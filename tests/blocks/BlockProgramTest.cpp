@@ -5,6 +5,7 @@
 #include "BlockRig.h"
 #include "blocks/MemoryUse.h"
 #include "store/ControllerLimits.h"
+#include "store/Sqlite.h"
 
 namespace qrv {
 namespace {
@@ -181,6 +182,21 @@ TEST(FunctionPlacing, TheListHoldsAllButTheBoardsFunctions) {
     rig.chooseFunction("METER");
     EXPECT_EQ(rig.panel.CurFuncName, "METER");
     EXPECT_EQ(rig.panel.focus, "List1");
+}
+
+TEST(FunctionPlacing, OnceARowIsGoneAnInputThatTheCatalogueLacksIsPassedOver) {
+    PlacingRig rig;
+    rig.put(20, "TEXTS");
+    rig.db().close_database();
+    Sqlite(rig.path("catalogue") + "/QRVDATA.DAT", Sqlite::Mode::ReadWrite).execute("DELETE FROM Inputs");
+    rig.db().open_database(rig.path("catalogue"));
+    rig.boxes.expect({.text = "Replace TEXTS With SUM", .title = "Warning!", .buttons = Buttons::YesNo}, Answer::Yes);
+    rig.put(20, "SUM");
+    EXPECT_EQ(rig.functionInFile(20), 10);
+    rig.db().ConstantSeek(20, 0);
+    EXPECT_TRUE(rig.db().ConstantNoMatch());
+    rig.db().ConstantSeek(20, 3);  // the first behind the three inputs
+    EXPECT_EQ(rig.db().ConstantValue(), 1000);
 }
 
 TEST(FunctionPlacing, OnAReadOnlyFileTheEngineRefuses) {
