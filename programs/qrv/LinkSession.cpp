@@ -33,6 +33,7 @@ void addLineOptions(CLI::App& command, LineOptions& options) {
     command.add_option("--port", options.port,
                        "Serial port, as COM7 or as a device path; else the one of the settings");
     std::vector<std::string> rates;
+    rates.reserve(kBaudRates.size());
     for (const BaudRate& rate : kBaudRates) rates.emplace_back(rate.baud_rate);
     command.add_option("--baud", options.baud, "Bits a second")->check(CLI::IsMember(rates));
     command.add_option("--parity", options.parity, "O for odd, E for even, N for none")
