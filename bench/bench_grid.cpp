@@ -1,5 +1,5 @@
 // Refill of both block grids of a full program, painted, against a QTableWidget filled with the same texts.
-// Both sides in one run, interleaved; the medians' ratio is what counts.
+// Offscreen. Both sides in one run, interleaved; the medians' ratio is what counts.
 #include <QApplication>
 #include <QHeaderView>
 #include <QTableWidget>
@@ -16,6 +16,7 @@
 #include "platform/Grid.h"
 #include "platform/qt/Application.h"
 #include "platform/qt/GridView.h"
+#include "view/OffscreenDisplay.h"
 
 namespace {
 
@@ -79,6 +80,7 @@ double millisecondsOf(const std::function<void()>& action) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    qrv::test::useOffscreenDisplay();
     const qrv::Application application(argc, argv);
     std::vector<std::unique_ptr<Ours>> ours;
     std::vector<std::unique_ptr<Theirs>> theirs;
