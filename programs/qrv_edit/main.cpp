@@ -3,9 +3,11 @@
 
 #include <QSocketNotifier>
 #include <QStringList>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Clock.h"
@@ -42,13 +44,18 @@ bool isSet(const char* variable) {
     return value && *value;
 }
 
-/// The toolkit would only abort.
-bool hasDisplay() { return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM"); }
+/// Without one the toolkit only aborts. A platform of its own may be asked for by the environment or by an argument.
+bool hasDisplay(int argc, char** argv) {
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM") ||
+           std::any_of(argv, argv + argc, [](const char* word) { return std::string_view(word) == "-platform"; });
+}
 
 /// At Ctrl+C in the program's terminal, a logout, a shutdown: nobody can be asked, and nothing may be lost.
-[[noreturn]] void endUnasked(qrv::Workbench& bench, int signal) {
+[[noreturn]] void endUnasked(qrv::EditorProgram& program, int signal) {
     try {
-        const std::string copy = qrv::KeepUnsavedWork(bench);
+        // A board that is being chosen is none yet.
+        program.general.fg.cancelEdit();
+        const std::string copy = qrv::KeepUnsavedWork(program.bench);
         if (!copy.empty()) std::fprintf(stderr, "qrv_edit: what was not saved is kept in %s\n", copy.c_str());
     } catch (const qrv::RunTimeError& error) {
         std::fprintf(stderr, "qrv_edit: %s\n", error.description().c_str());
@@ -61,7 +68,7 @@ bool hasDisplay() { return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet
 
 int main(int argc, char** argv) {
     qrv::provideTemp();
-    if (!hasDisplay()) {
+    if (!hasDisplay(argc, argv)) {
         std::fputs("qrv_edit: there is no display (DISPLAY is not set); qrv does its work in a terminal.\n", stderr);
         return EXIT_FAILURE;
     }
@@ -90,7 +97,7 @@ int main(int argc, char** argv) {
     endSignals.catchSignals({SIGINT, SIGTERM, SIGHUP});
     const QSocketNotifier endNotifier(endSignals.descriptor(), QSocketNotifier::Read);
     QObject::connect(&endNotifier, &QSocketNotifier::activated, [&] {
-        if (const auto signal = endSignals.take()) endUnasked(program.bench, *signal);
+        if (const auto signal = endSignals.take()) endUnasked(program, *signal);
     });
     // What the user has done is in the work file before the next event comes.
     host.onEventDone = [&program] { program.bench.settle(); };

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QBoxLayout>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 
@@ -24,8 +25,10 @@ FormCommentView::FormCommentView(FormComment& form, DesktopHost& host) : FormVie
     }
     if (host.hasTips()) {
         statusBar()->setObjectName(QStringLiteral("statusBar"));
-        statusBar()->showMessage(
-            QStringLiteral("Above the comment; below a second one, shown instead unless it is empty"));
+        auto* words =
+            new QLabel(QStringLiteral("Above the comment; below a second one, shown instead unless it is empty"));
+        words->setObjectName(QStringLiteral("whichIsWhich"));
+        statusBar()->addWidget(words);
     }
     resize(theme::sizeOfText(72, 20));
     first->setFocus();

@@ -148,8 +148,15 @@ void Grid::select(int row, int col) {
 }
 
 void Grid::setTopRow(int row) {
-    topRow_ = std::clamp(row, 0, std::max(rows_ - 1, 0));
+    noteTopRow(row);
+    mustScroll_ = true;
     ++revision_;
+}
+
+void Grid::noteTopRow(int row) { topRow_ = std::clamp(row, 0, std::max(rows_ - 1, 0)); }
+
+std::optional<int> Grid::takeTopRow() {
+    return std::exchange(mustScroll_, false) ? std::optional(topRow_) : std::nullopt;
 }
 
 void Grid::setVisible(bool visible) {

@@ -75,7 +75,12 @@ class Grid {
     /// Moves the selection by the program: no event.
     void select(int row, int col);
     [[nodiscard]] int topRow() const { return topRow_; }
+    /// Scrolls this row to the top, as far as there are rows below it.
     void setTopRow(int row);
+    /// For the view: the user scrolled.
+    void noteTopRow(int row);
+    /// For the view: the row to scroll to, once.
+    [[nodiscard]] std::optional<int> takeTopRow();
 
     // --- what the user sees and may do ---
     [[nodiscard]] bool visible() const { return visible_; }
@@ -156,6 +161,7 @@ class Grid {
     int row_;
     int col_;
     int topRow_;
+    bool mustScroll_ = false;
     bool visible_ = true;
     bool enabled_ = true;
     bool editable_ = false;

@@ -94,7 +94,7 @@ Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
 QAction* Form3ExtrasView::borrow(const char* entry, const char* icon, const QString& tip) {
     auto* action = window_.findChild<QAction*>(QString::fromLatin1(entry));
     action->setIcon(theme::icon(QString::fromLatin1(icon)));
-    // The menu stays as it is told: words alone.
+    // A menu has words alone.
     action->setIconVisibleInMenu(false);
     action->setToolTip(tip);
     return action;
@@ -273,7 +273,7 @@ int Form3ExtrasView::nextOf(const QString& name) const {
     for (int step = 1; step <= kBlockCount; ++step) {
         const int block = (start + step) % kBlockCount;
         const std::int16_t function = bench_.FnOfBlock.at(static_cast<std::size_t>(block));
-        if (function == kNop) continue;
+        if (function == kNop || !window_.mainForm().blocks.hasBoard(block)) continue;
         db.FuncSeekI(function);
         if (!db.FuncNoMatch() && shownText(db.FuncName()).trimmed().compare(name, Qt::CaseInsensitive) == 0)
             return block;

@@ -1,10 +1,13 @@
 #include "store/LifeCycle.h"
 
+#include <algorithm>
+
 #include "platform/FileDialog.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/RunTimeError.h"
 #include "store/Backups.h"
+#include "store/ConfigurationContent.h"
 #include "store/DefaultRows.h"
 
 namespace qrv {
@@ -62,11 +65,22 @@ void openWorkCopy(Workbench& bench, const std::string& path, const FileResult& c
     }
 }
 
-bool haveSameBytes(const std::string& file, const std::string& other) {
-    constexpr std::size_t kMost = 64 * 1024 * 1024;  // far more than a configuration
-    const FileContent one = readWhole(file, kMost);
-    const FileContent two = readWhole(other, kMost);
-    return !one.fault && !two.fault && one.bytes == two.bytes;
+/// Whether the user's file holds every row of the work file. The engine never opens the user's own file.
+bool isSaved(const Workbench& bench) {
+    const std::string copy = makeTemporaryName(bench.places.work, kWorkFilePrefix, bench.WorkFileName);
+    bool isEqual = false;
+    if (!copyFile(bench.CurrentFileName, copy, Permissions::OwnerOnly, Durability::Unflushed)) {
+        const auto rowsAreEqual = [](const TableContent& one, const TableContent& other) {
+            return one.rows == other.rows;
+        };
+        // A file that can't be read, or is older than the work, isn't what the work is.
+        ignoringErrors([&] {
+            isEqual = std::ranges::equal(contentOfWorkFile(bench.WorkFileName).tables, contentOfWorkFile(copy).tables,
+                                         rowsAreEqual);
+        });
+    }
+    deleteWorkFile(copy);
+    return isEqual;
 }
 
 std::string titleOf(const Workbench& bench) {
@@ -135,11 +149,13 @@ void CloseConfiguration(Workbench& bench, Answer answer) {
 }
 
 std::string KeepUnsavedWork(Workbench& bench) {
-    if (!bench.FileIsOpen) return "";
+    if (!bench.FileIsOpen || !exists(bench.WorkFileName)) return "";
+    // Blocks of a new board stand in the file already, its name does only with this.
+    ignoringErrors([&bench] { bench.windows.storeBoardTexts(); });
     bench.db.close_work_dbs();
     bench.FileIsOpen = false;
     std::string copy;
-    if (!bench.IsReadOnlyFile && !haveSameBytes(bench.WorkFileName, bench.CurrentFileName)) {
+    if (!bench.IsReadOnlyFile && !isSaved(bench)) {
         copy = keepBackup(bench.places.backups, bench.WorkFileName, bench.CurrentFileName);
         // Then the work file is all that there is.
         if (copy.empty()) return bench.WorkFileName;

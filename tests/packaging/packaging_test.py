@@ -11,6 +11,7 @@ import gzip
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -100,8 +101,13 @@ class Place(unittest.TestCase):
                 recent = settings.get("Recent Files", "RecentFile1", fallback="")
             self.assertIn(str(path), recent, f"the editor's exit code: {editor.poll()}")
             # Work files are the user's, whoever the user is; nothing comes to stand beside the programs.
-            self.assertEqual(len(list((user / ".local/state/QRV_Edit").glob("QRM*"))), 1)
+            state = user / ".local/state/QRV_Edit"
+            self.assertEqual(len(list(state.glob("QRM*"))), 1)
             self.assertEqual(files_below(self.prefix), FILES)
+            # At a logout or Ctrl+C nothing is asked, and no work file stays: what wasn't saved is a backup.
+            editor.terminate()
+            self.assertEqual(editor.wait(LONGEST_START), 128 + signal.SIGTERM)
+            self.assertEqual(list(state.glob("QRM*")), [])
         finally:
             editor.kill()
             editor.wait()

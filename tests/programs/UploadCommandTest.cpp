@@ -1,6 +1,7 @@
 // A controller's configuration into a file from the command line: a whole file or none.
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <future>
 #include <regex>
 
@@ -199,7 +200,7 @@ TEST(qrvUpload, AFileThatChangesMeanwhileIsNotOverwritten) {
 
 TEST(qrvUpload, AFullDiskIsNoFaultOfTheController) {
     UploadRun upload;
-    ASSERT_EQ(upload.run("load " QRV_SAMPLES "/boiler_house.txt sample.qrv").exitCode, 0);
+    ASSERT_EQ(upload.run("load '" QRV_SAMPLES "/boiler_house.txt' sample.qrv").exitCode, 0);
     ASSERT_EQ(upload.onLine("download sample.qrv --yes").exitCode, 0);
     // In units of 512 bytes: enough for a new configuration and too little for this one.
     const ProgramRun run =
@@ -252,7 +253,14 @@ TEST(qrvUpload, NothingIsAskedAfterACancel) {
     EXPECT_EQ(run.err, "qrv: Cancelled. plant.qrv is as it was.\n");
 }
 
-class QrvUploadSignal : public testing::TestWithParam<const char*> {};
+class QrvUploadSignal : public testing::TestWithParam<const char*> {
+ protected:
+    ~QrvUploadSignal() override { static_cast<void>(std::signal(SIGHUP, former_)); }
+
+ private:
+    // Whoever runs the tests with hang-ups ignored would pass that on to the program, which keeps to it.
+    void (*former_)(int) = std::signal(SIGHUP, SIG_DFL);
+};
 
 TEST_P(QrvUploadSignal, IsACancelAndLeavesNothingBehind) {
     UploadRun upload;

@@ -169,7 +169,7 @@ TEST(qrvVerify, AFaultInTheMiddleComparesNothing) {
 
 TEST(qrvVerify, TheSampleGoesDownAndComesBackEqual) {
     TransferRun transfer;
-    ASSERT_EQ(transfer.run("load " QRV_SAMPLES "/boiler_house.txt sample.qrv").exitCode, 0);
+    ASSERT_EQ(transfer.run("load '" QRV_SAMPLES "/boiler_house.txt' sample.qrv").exitCode, 0);
     transfer.live.start();
     EXPECT_EQ(transfer.onLine("download sample.qrv --yes").exitCode, 0);
     EXPECT_EQ(transfer.onLine("upload back.qrv").exitCode, 0);

@@ -164,6 +164,22 @@ TEST(LifeCycle, WhereNobodyCanBeAskedSavedWorkLeavesNoCopy) {
     EXPECT_TRUE(rig.workFiles().empty());
 }
 
+TEST(LifeCycle, WhereNobodyCanBeAskedTheBoardsNamesAreKeptToo) {
+    Rig rig;
+    OpenConfiguration(rig.bench, rig.configuration("a.qrv"));
+    rig.bench.windows.storeBoardTexts = [&rig] { rig.setTitle("the boards' names"); };
+    rig.setTitle("a change");
+    EXPECT_EQ(rig.titleIn(KeepUnsavedWork(rig.bench)), "the boards' names");
+}
+
+TEST(LifeCycle, WhereNobodyCanBeAskedAndAFileIsJustClosedNothingIsKept) {
+    Rig rig;
+    OpenConfiguration(rig.bench, rig.configuration("a.qrv"));
+    CloseConfiguration(rig.bench, Answer::No);
+    EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
+    EXPECT_TRUE(backupsIn(rig.bench.places.backups).empty());
+}
+
 TEST(LifeCycle, WhereNobodyCanBeAskedAndNoCopyCanBeKeptTheWorkFileStays) {
     Rig rig;
     OpenConfiguration(rig.bench, rig.configuration("a.qrv"));

@@ -229,6 +229,15 @@ TEST_F(MainWindow, AnotherBlocksRowsBeginAtTheTop) {
     EXPECT_EQ(grid("fg3").verticalScrollBar()->value(), 0);
 }
 
+TEST_F(MainWindow, AnotherBlocksFirstRowIsWholeWhereARowWasScrolledByHalf) {
+    place("PID");
+    auto* bar = grid("fg3").verticalScrollBar();
+    bar->setValue(grid("fg3").rowHeight(0) / 2);
+    ASSERT_GT(bar->value(), 0);
+    ViewRig::clickCell(grid("Grid1"), 1, 2);
+    EXPECT_EQ(bar->value(), 0);
+}
+
 TEST_F(MainWindow, SavingLeavesTheRowsInSight) {
     place("PID");
     auto* bar = grid("fg3").verticalScrollBar();

@@ -125,7 +125,7 @@ void GridView::refresh() {
     if (!grid_ || grid_->revision() == shownRevision_) return;
     shownRevision_ = grid_->revision();
     const Grid::Changes changes = grid_->takeChanges();
-    const int wantedTop = grid_->topRow();
+    const std::optional<int> wantedTop = grid_->takeTopRow();
     following_ = true;
     model_->publish(changes);
     applyRowHeights();
@@ -134,9 +134,7 @@ void GridView::refresh() {
     if (isHidden() == grid_->visible()) setVisible(grid_->visible());
     setEnabled(grid_->enabled());
     followSelection();
-    if (wantedTop != topRow()) {
-        scrollTo(model_->indexOf(wantedTop, grid_->fixedCols()), QAbstractItemView::PositionAtTop);
-    }
+    if (wantedTop) scrollTo(model_->indexOf(*wantedTop, grid_->fixedCols()), QAbstractItemView::PositionAtTop);
     if (editor_ && !committing_ && !grid_->editing()) removeEditor();
 }
 
@@ -242,12 +240,8 @@ void GridView::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
     placeEditor();
     // The form knows what is in sight, so that it can go back there, or to the first row.
-    if (grid_ && !following_ && dy != 0) grid_->setTopRow(topRow());
-}
-
-int GridView::topRow() const {
     const int section = rowAt(0);
-    return section < 0 ? grid_->topRow() : section + grid_->fixedRows();
+    if (grid_ && !following_ && section >= 0) grid_->noteTopRow(section + grid_->fixedRows());
 }
 
 // --- the user's events ---

@@ -80,8 +80,6 @@ class GridView : public QTableView {
 
  private:
     void run(const Event& event);
-    /// Of the rows in sight, as the grid counts them.
-    [[nodiscard]] int topRow() const;
     void followSelection();
     void followFocus();
     [[nodiscard]] bool hasOrLendsFocus() const;
