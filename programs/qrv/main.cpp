@@ -32,7 +32,20 @@ constexpr const char* kFooter =
     "  3  a file can't be read, written or understood\n"
     "  4  the controller can't be reached or gave a bad answer\n"
     "  5  refused: by the user, for want of --force or --yes, or because the controller can't take it\n"
-    "  6  cancelled by Ctrl+C, or because the terminal went away\n";
+    "  6  cancelled by Ctrl+C, or because the terminal went away\n"
+    "\n"
+    "Environment:\n"
+    "  QRV_SETTINGS    the file of the settings; else QRV_Edit/settings.ini in XDG_CONFIG_HOME or ~/.config\n"
+    "  TEMP            the folder of the log of readings, QRVUploadLog.txt; else TMPDIR, else /tmp\n"
+    "  XDG_STATE_HOME  in its QRV_Edit stand work files and copies of unsaved work; else ~/.local/state\n";
+
+/// Says which word is no command, where there is one.
+std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
+    const std::vector<std::string> words = app->remaining();
+    const bool lacksCommand = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+    if (!lacksCommand || words.empty()) return CLI::FailureMessage::simple(app, error);
+    return "There is no command \"" + words.front() + "\". qrv --help lists them.\n";
+}
 
 std::string catalogueVersion(qrv::Terminal& terminal) {
     try {
@@ -87,7 +100,7 @@ int main(int argc, char** argv) {
     CLI::App app{kDescription, "qrv"};
     app.footer(kFooter);
     app.require_subcommand(1);
-    app.failure_message(CLI::FailureMessage::simple);
+    app.failure_message(failureMessage);
     app.set_version_flag(
         "--version", [&terminal] { return versions(terminal); },
         "Print the versions of the program, the function catalogue and the database engine");

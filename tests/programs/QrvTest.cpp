@@ -258,6 +258,17 @@ TEST(qrv, SpeaksUtf8InTheCLocaleAndInOneThatIsNotThere) {
     }
 }
 
+TEST(qrv, AWordThatIsNoCommandIsNamed) {
+    const QrvProgram qrv;
+    const ProgramRun run = qrv.run("pol --port COM9");
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "There is no command \"pol\". qrv --help lists them.\n");
+    const ProgramRun bare = qrv.run("");
+    EXPECT_EQ(bare.exitCode, 2);
+    EXPECT_EQ(bare.err.find("There is no command"), std::string::npos) << bare.err;
+}
+
 TEST(qrv, ListsTheCopiesOfUnsavedWork) {
     const QrvProgram qrv;
     const std::string state = "XDG_STATE_HOME=" + qrv.path("state");
