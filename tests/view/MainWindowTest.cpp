@@ -249,6 +249,40 @@ TEST_F(MainWindow, SavingLeavesTheRowsInSight) {
     EXPECT_EQ(grid("fg3").rowAt(0) + 1, rowInSight);
 }
 
+// --- the window in front ---
+
+class PaintCount final : public QObject {
+ public:
+    explicit PaintCount(QWidget* widget) { widget->installEventFilter(this); }
+    int count = 0;
+
+ protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+TEST_F(MainWindow, AGridIsNotPaintedAnewWhereItsWindowComesToTheFront) {
+    QWidget* blockMap = grid("Grid1").viewport();
+    QWidget* boards = grid("Ig").viewport();
+    PaintCount blockMapPaints(blockMap);
+    PaintCount boardsPaints(boards);
+    // Both are of one window: what waits to be painted is painted with the boards.
+    const auto paintBoards = [&] {
+        boardsPaints.count = 0;
+        boards->update();
+        return QTest::qWaitFor([&] { return boardsPaints.count > 0; });
+    };
+    ASSERT_TRUE(paintBoards());
+    ASSERT_TRUE(paintBoards());
+    blockMapPaints.count = 0;
+    QEvent front(QEvent::WindowActivate);
+    QApplication::sendEvent(blockMap, &front);
+    ASSERT_TRUE(paintBoards());
+    EXPECT_EQ(blockMapPaints.count, 0);
+}
+
 // --- a small window ---
 
 TEST_F(MainWindow, ASmallWindowScrollsAndSquashesNothing) {

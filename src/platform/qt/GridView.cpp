@@ -370,6 +370,8 @@ void GridView::followFocus() {
 }
 
 bool GridView::viewportEvent(QEvent* event) {
+    // A grid looks the same in a window that is not in front: nothing is to be painted anew.
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate) return true;
     if (event->type() == QEvent::ToolTip && grid_ && tellsCutTexts_) {
         const auto* help = static_cast<QHelpEvent*>(event);
         const QModelIndex index = indexAt(help->pos());
