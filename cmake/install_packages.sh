@@ -19,9 +19,67 @@ packagesMissing() {
   printf '%s\n' "$@" | grep -vxF -f <(sed -n 's/ installed$//p' <<<"$known") || true
 }
 
+# asRoot COMMAND...: quietly. What it says of trouble is kept in `said`, in English whatever the user's language, for the
+# rules below read it. Another installation that is at work is waited for: apt-get by itself waits for one of its locks.
+waitsAtMost=60  # of five seconds
+asRoot() {
+  local waits=0
+  while true; do
+    said=$("${rootBy[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive "$@" 2>&1 >/dev/null </dev/null) && return 0
+    [[ $said == *"Could not get lock"* && $waits -lt $waitsAtMost ]] || return 1
+    [ $waits -gt 0 ] || echo "Another installation is at work on this machine: waiting for its end"
+    waits=$((waits + 1))
+    sleep 5
+  done
+}
+
+# An installation that broke off half way stops every other one. Finished as apt-get asks for it; files that an
+# administrator has changed stay as they are.
+finishBrokenOff() {
+  echo "An earlier installation of packages was broken off. Finishing it: dpkg --configure -a"
+  asRoot dpkg --configure -a --force-confdef --force-confold
+}
+
+# adviceOn TROUBLE: what helps, by what apt-get said.
+adviceOn() {
+  local lacking then="; then run this again"
+  lacking=$(sed -n -e 's/^E: Unable to locate package //p' \
+    -e "s/^E: Package '\(.*\)' has no installation candidate$/\1/p" <<<"$1")
+  case $1 in
+    *"dpkg was interrupted"*) echo "As root: dpkg --configure -a, and mend what it names$then" ;;
+    *"Could not get lock"*) echo "Another installation is still at work. Let it end$then" ;;
+    *"fix-broken install"*) echo "Packages on this machine lack others. As root: apt-get --fix-broken install$then" ;;
+    *"Failed to fetch"* | *"Could not resolve"* | *"Could not connect"*)
+      echo "Servers of packages can't be reached. See to the network, or to apt's proxy$then" ;;
+    *"enough free space"* | *"No space left"*) echo "The disk is full. Make room$then" ;;
+    *) [ -z "$lacking" ] || echo "This system has no package ${lacking//$'\n'/, }. The names are those of Debian 12" ;;
+  esac
+}
+
+# aptInstalls NAME...: tells what stops it, and how to go on.
+aptInstalls() {
+  local unread="" trouble install=(asRoot apt-get install -y -qq --no-install-recommends "$@")
+  # Lists that can't be read anew may still do: whether they do shows in the installation.
+  asRoot apt-get update -qq && [[ $said != *"Failed to fetch"* ]] || unread=$said$'\n'
+  "${install[@]}" && return 0
+  trouble=$unread$said
+  if [[ $said == *"dpkg was interrupted"* ]]; then
+    if finishBrokenOff; then
+      "${install[@]}" && return 0
+      trouble=$unread$said
+    else
+      trouble+=$'\n'$said
+    fi
+  fi
+  printf '%s\n' "$trouble" "The packages could not be installed; apt-get's reason stands above." >&2
+  adviceOn "$trouble" >&2
+  echo "By hand, as root: apt-get install $*" >&2
+  return 1
+}
+
 # installPackages LIST [run|check]
 installPackages() {
-  local wanted missing asRoot=()
+  local wanted missing rootBy=() said="" first=""
   mapfile -t wanted < <(packagesWanted "$@")
   if ! command -v dpkg-query >/dev/null; then
     echo "This machine has no Debian packages. Needed are, by Debian's names: ${wanted[*]}" >&2
@@ -31,15 +89,13 @@ installPackages() {
   [ ${#missing[@]} -eq 0 ] && return 0
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
-      echo "Packages are missing, and only root may install them. As root: apt-get install ${missing[*]}" >&2
+      # What was broken off before stops every installation until it is finished.
+      [ -z "$(dpkg --audit 2>/dev/null)" ] || first="dpkg --configure -a && "
+      echo "Packages are missing, and only root may install them. As root: ${first}apt-get install ${missing[*]}" >&2
       return 1
     fi
-    asRoot=(sudo)
+    rootBy=(sudo)
   fi
   echo "Installing: ${missing[*]}"
-  "${asRoot[@]}" apt-get update -qq &&
-    "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null && return 0
-  echo "The packages could not be installed; apt-get's reason stands above. As root: apt-get install ${missing[*]}" >&2
-  return 1
+  aptInstalls "${missing[@]}"
 }

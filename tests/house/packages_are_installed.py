@@ -4,7 +4,8 @@
 usage: packages_are_installed.py cmake/install_packages.sh packages.txt
 
 The machine is played by programs of the same names in a folder of their own: dpkg-query knows what INSTALLED names, id
-says who asks, apt-get and sudo write down what they were asked for.
+says who asks; apt-get, dpkg and sudo write down what they were asked for. What apt-get or dpkg has to say at its first,
+second ... call stands in files; a fault ends the call, a warning does not.
 """
 import pathlib
 import shutil
@@ -26,9 +27,16 @@ for name in "$@"; do
 done
 exit "${fault:-0}"
 """
-APT_GET = """#!/bin/bash
-echo "apt-get $*" >>"$ASKED"
-exit "${APT_ENDS_WITH:-0}"
+ASKED_FOR = """#!/bin/bash
+name=${0##*/} call=1
+[ "$name" != sleep ] || { echo "$name" >>"$ASKED"; exit; }
+[ "$1" = --audit ] || echo "$name $*" >>"$ASKED"
+while [ -e "$SAYS/$1.$call.done" ]; do call=$((call + 1)); done
+>"$SAYS/$1.$call.done"
+[ -e "$SAYS/$1.$call" ] || exit 0
+[ "$1" != --audit ] || exec cat "$SAYS/$1.$call"
+cat "$SAYS/$1.$call" >&2
+[[ $(<"$SAYS/$1.$call") == W:* ]] || exit 100
 """
 SUDO = """#!/bin/bash
 echo "sudo" >>"$ASKED"
@@ -38,22 +46,38 @@ ID = """#!/bin/bash
 echo "$USER_NUMBER"
 """
 TEXT = "# to build\ncmake\ng++  # the compiler\n\n# for ./check alone\nstrace\n"
+UPDATE = "apt-get update -qq"
 INSTALL = "apt-get install -y -qq --no-install-recommends"
+CONFIGURE = "dpkg --configure -a --force-confdef --force-confold"
+# What apt-get says, in its own words.
+INTERRUPTED = "E: dpkg was interrupted, you must manually run 'dpkg --configure -a' to correct the problem.\n"
+LOCKED = "E: Could not get lock /var/lib/dpkg/lock-frontend. It is held by process 42 (apt-get)\n"
+UNREACHED = "W: Failed to fetch http://x/InRelease  Temporary failure resolving 'x'\n"
+# What is said here.
+COULD_NOT = "The packages could not be installed; apt-get's reason stands above."
+WAITING = "Another installation is at work on this machine: waiting for its end"
 
 
 class Machine:
-    def __init__(self, place, installed, user=0, programs=("dpkg-query", "apt-get"), **environment):
+    def __init__(self, place, installed, user=0, programs=("dpkg-query", "apt-get", "dpkg"), says=None):
         self.place = place
         (self.place / "bin").mkdir()
+        (self.place / "says").mkdir()
+        for command, texts in (says or {}).items():
+            for call, text in enumerate(texts, 1):
+                if text:
+                    (self.place / "says" / f"{command}.{call}").write_text(text)
         (self.place / "packages.txt").write_text(TEXT)
         (self.place / "asked").touch()
-        for name, text in {"dpkg-query": DPKG_QUERY, "apt-get": APT_GET, "sudo": SUDO, "id": ID}.items():
-            if name in (*programs, "id"):
+        fakes = {"dpkg-query": DPKG_QUERY, "sudo": SUDO, "id": ID,
+                 **dict.fromkeys(("apt-get", "dpkg", "sleep"), ASKED_FOR)}
+        for name, text in fakes.items():
+            if name in (*programs, "id", "sleep"):
                 self.program(name, text)
         for name in ("bash", "sed", "cat", "grep", "env"):
             (self.place / "bin" / name).symlink_to(shutil.which(name))
         self.environment = {"PATH": str(self.place / "bin"), "ASKED": str(self.place / "asked"),
-                            "INSTALLED": installed, "USER_NUMBER": str(user), **environment}
+                            "SAYS": str(self.place / "says"), "INSTALLED": installed, "USER_NUMBER": str(user)}
 
     def program(self, name, text):
         path = self.place / "bin" / name
@@ -85,7 +109,7 @@ class Packages(unittest.TestCase):
         run = machine.install()
         self.assertEqual(run.returncode, 0, run.stderr)
         self.assertEqual(run.stdout, "Installing: g++ strace\n")
-        self.assertEqual(machine.asked(), ["apt-get update -qq", f"{INSTALL} g++ strace"])
+        self.assertEqual(machine.asked(), [UPDATE, f"{INSTALL} g++ strace"])
 
     def test_a_run_needs_nothing_of_the_checks(self):
         machine = self.machine("cmake g++")
@@ -93,9 +117,9 @@ class Packages(unittest.TestCase):
         self.assertEqual(machine.asked(), [])
 
     def test_a_user_installs_through_sudo(self):
-        machine = self.machine("cmake g++", user=1000, programs=("dpkg-query", "apt-get", "sudo"))
+        machine = self.machine("cmake g++", user=1000, programs=("dpkg-query", "apt-get", "dpkg", "sudo"))
         self.assertEqual(machine.install().returncode, 0)
-        self.assertEqual(machine.asked(), ["sudo", "apt-get update -qq", "sudo", f"{INSTALL} strace"])
+        self.assertEqual(machine.asked(), ["sudo", UPDATE, "sudo", f"{INSTALL} strace"])
 
     def test_a_user_without_sudo_is_told_what_to_install(self):
         machine = self.machine("cmake", user=1000)
@@ -105,10 +129,85 @@ class Packages(unittest.TestCase):
                                      "As root: apt-get install g++ strace\n")
         self.assertEqual(machine.asked(), [])
 
-    def test_a_failed_installation_ends_it(self):
-        run = self.machine("", APT_ENDS_WITH="100").install()
+    def refused(self, **options):
+        """The end of what is said where the installation does not come about, and what was asked for."""
+        machine = self.machine("cmake g++", **options)
+        run = machine.install()
         self.assertEqual(run.returncode, 1)
-        self.assertIn("As root: apt-get install cmake g++ strace\n", run.stderr)
+        self.assertTrue(run.stderr.endswith("\nBy hand, as root: apt-get install strace\n"), run.stderr)
+        return run.stderr.splitlines()[:-1], machine.asked()
+
+    def test_a_failed_installation_ends_it(self):
+        told, asked = self.refused(says={"install": ["E: Strange\n"]})
+        self.assertEqual(told, ["E: Strange", COULD_NOT])
+        self.assertEqual(asked, [UPDATE, f"{INSTALL} strace"])
+
+    def test_what_was_broken_off_is_finished_first(self):
+        machine = self.machine("cmake g++", says={"install": [INTERRUPTED]})
+        run = machine.install()
+        self.assertEqual((run.returncode, run.stderr), (0, ""))
+        self.assertEqual(run.stdout, "Installing: strace\nAn earlier installation of packages was broken off. "
+                                     "Finishing it: dpkg --configure -a\n")
+        self.assertEqual(machine.asked(), [UPDATE, f"{INSTALL} strace", CONFIGURE, f"{INSTALL} strace"])
+
+    def test_a_user_finishes_through_sudo(self):
+        machine = self.machine("cmake g++", user=1000, programs=("dpkg-query", "apt-get", "dpkg", "sudo"),
+                               says={"install": [INTERRUPTED]})
+        self.assertEqual(machine.install().returncode, 0)
+        self.assertEqual(machine.asked()[4:6], ["sudo", CONFIGURE])
+
+    def test_what_cannot_be_finished_is_told_with_its_reason(self):
+        told, asked = self.refused(says={"install": [INTERRUPTED], "--configure": ["dpkg: error processing sl\n"]})
+        self.assertEqual(told, [INTERRUPTED.strip(), "dpkg: error processing sl", COULD_NOT,
+                                "As root: dpkg --configure -a, and mend what it names; then run this again"])
+        self.assertEqual(asked, [UPDATE, f"{INSTALL} strace", CONFIGURE])
+
+    def test_once_finished_a_second_fault_has_its_own_advice(self):
+        told, _ = self.refused(says={"install": [INTERRUPTED, "E: You don't have enough free space in /var.\n"]})
+        self.assertEqual(told[1:], [COULD_NOT, "The disk is full. Make room; then run this again"])
+
+    def test_without_sudo_the_advice_begins_with_what_was_broken_off(self):
+        machine = self.machine("cmake g++", user=1000, says={"--audit": ["sl is half configured\n"]})
+        run = machine.install()
+        self.assertEqual(run.returncode, 1)
+        self.assertTrue(run.stderr.endswith("As root: dpkg --configure -a && apt-get install strace\n"), run.stderr)
+
+    def test_another_installation_is_waited_for(self):
+        machine = self.machine("cmake g++", says={"update": [LOCKED] * 2, "install": [LOCKED]})
+        run = machine.install()
+        self.assertEqual((run.returncode, run.stderr), (0, ""))
+        self.assertEqual(run.stdout, "Installing: strace\n" + f"{WAITING}\n" * 2)
+        self.assertEqual(machine.asked(), [UPDATE, "sleep", UPDATE, "sleep", UPDATE,
+                                           f"{INSTALL} strace", "sleep", f"{INSTALL} strace"])
+
+    def test_it_is_not_waited_for_without_end(self):
+        told, asked = self.refused(says={"install": [LOCKED] * 100})
+        self.assertEqual(told[1:], [COULD_NOT, "Another installation is still at work. Let it end; "
+                                               "then run this again"])
+        self.assertEqual(asked.count("sleep"), 60)
+
+    def test_lists_that_could_not_be_read_anew_may_do(self):
+        for said in (UNREACHED, "E: The repository 'http://x' is not signed.\n"):
+            machine = self.machine("cmake g++", says={"update": [said]})
+            run = machine.install()
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
+
+    def test_a_network_that_is_down_is_told(self):
+        told, _ = self.refused(says={"update": [UNREACHED], "install": ["E: Unable to locate package strace\n"]})
+        self.assertEqual(told, [UNREACHED.strip(), "E: Unable to locate package strace", COULD_NOT,
+                                "Servers of packages can't be reached. See to the network, or to apt's proxy; "
+                                "then run this again"])
+
+    def test_packages_that_the_release_lacks_are_named(self):
+        told, _ = self.refused(says={"install": ["E: Unable to locate package strace\n"
+                                                 "E: Package 'cmake' has no installation candidate\n"]})
+        self.assertEqual(told[-1], "This system has no package strace, cmake. The names are those of Debian 12")
+
+    def test_packages_that_lack_others_are_left_to_the_user(self):
+        told, asked = self.refused(says={"install": ["E: Unmet dependencies. Try 'apt --fix-broken install'.\n"]})
+        self.assertEqual(told[-1], "Packages on this machine lack others. As root: apt-get --fix-broken install; "
+                                   "then run this again")
+        self.assertEqual(asked, [UPDATE, f"{INSTALL} strace"])
 
     def test_another_system_is_told_the_names_and_goes_on(self):
         run = self.machine("", programs=()).install()
