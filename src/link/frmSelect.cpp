@@ -18,7 +18,7 @@ void frmSelect::load() {
 
 /// A box that is disabled stays clear.
 void frmSelect::setAll(bool value) {
-    for (Choice* box : boxes()) box->value = value && box->enabled;
+    for (const auto& [name, box] : boxes()) box->value = value && box->enabled;
 }
 
 /// Events run while the download looks for the controller: what they do here waits until it has ended.

@@ -6,6 +6,7 @@
 #include "link/TransferWindow.h"
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
+#include "platform/NamedChoice.h"
 
 namespace qrv {
 
@@ -30,7 +31,15 @@ class frmSelect final : public Form {
     Button Command2{.caption = "Cancel"};
 
     /// The boxes in the window's order.
-    [[nodiscard]] std::array<Choice*, 7> boxes() { return {&Blocks, &Alarms, &Pager, &Egus, &Modbus, &Menus, &Charts}; }
+    [[nodiscard]] std::array<NamedChoice, 7> boxes() {
+        return {{{"Blocks", &Blocks},
+                 {"Alarms", &Alarms},
+                 {"Pager", &Pager},
+                 {"Egus", &Egus},
+                 {"Modbus", &Modbus},
+                 {"Menus", &Menus},
+                 {"Charts", &Charts}}};
+    }
     /// What "Continue" shows.
     void continueWith(frmDownload& download) { download_ = &download; }
 

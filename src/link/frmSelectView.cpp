@@ -8,19 +8,12 @@
 
 namespace qrv {
 
-namespace {
-
-constexpr const char* kBoxNames[] = {"Blocks", "Alarms", "Pager", "Egus", "Modbus", "Menus", "Charts"};
-
-}  // namespace
-
 frmSelectView::frmSelectView(frmSelect& form, DesktopHost& host) : FormView(form, host), form_(form) {
     QBoxLayout* body = makeBody();
     QLabel* heading = addLabel(QStringLiteral("Label1"), form.Label1);
     heading->setFont(theme::headingFont());
     body->addWidget(heading);
-    addChoiceGroup(body, {.names = kBoxNames,
-                          .boxes = form.boxes(),
+    addChoiceGroup(body, {.boxes = form.boxes(),
                           .all = form.btnAll,
                           .allClicked = [this] { form_.btnAll_Click(); },
                           .none = form.btnNone,

@@ -41,7 +41,7 @@ frmUpload::frmUpload(Workbench& bench, frmComm& comm, const TransferWindow& wind
 
 /// A box that is disabled stays clear.
 void frmUpload::setAll(bool value) {
-    for (Choice* box : boxes()) box->value = value && box->enabled;
+    for (const auto& [name, box] : boxes()) box->value = value && box->enabled;
 }
 
 void frmUpload::showProgressControls(bool visible) {

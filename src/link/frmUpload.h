@@ -14,6 +14,7 @@
 #include "link/TransferWindow.h"
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
+#include "platform/NamedChoice.h"
 
 namespace qrv {
 
@@ -64,7 +65,15 @@ class frmUpload final : public Form {
     bool quit_now = false;
 
     /// The boxes in the window's order.
-    [[nodiscard]] std::array<Choice*, 7> boxes() { return {&Blocks, &Modbus, &Alarms, &Pager, &Egus, &Charts, &Menus}; }
+    [[nodiscard]] std::array<NamedChoice, 7> boxes() {
+        return {{{"Blocks", &Blocks},
+                 {"Modbus", &Modbus},
+                 {"Alarms", &Alarms},
+                 {"Pager", &Pager},
+                 {"Egus", &Egus},
+                 {"Charts", &Charts},
+                 {"Menus", &Menus}}};
+    }
 
     void load() override;
     void activate() override;

@@ -9,19 +9,12 @@
 
 namespace qrv {
 
-namespace {
-
-constexpr const char* kBoxNames[] = {"Blocks", "Modbus", "Alarms", "Pager", "Egus", "Charts", "Menus"};
-
-}  // namespace
-
 frmUploadView::frmUploadView(frmUpload& form, DesktopHost& host) : FormView(form, host), form_(form) {
     QBoxLayout* body = makeBody();
     QLabel* heading = addLabel(QStringLiteral("Label5"), form.Label5);
     heading->setFont(theme::headingFont());
     body->addWidget(heading);
-    addChoiceGroup(body, {.names = kBoxNames,
-                          .boxes = form.boxes(),
+    addChoiceGroup(body, {.boxes = form.boxes(),
                           .all = form.btnAll,
                           .allClicked = [this] { form_.btnAll_Click(); },
                           .none = form.btnNone,

@@ -26,12 +26,21 @@ TEST(frmSelect, BoxesOfMissingSectionsAreDisabledAndStayClear) {
     TransferRig rig;
     rig.host.load(rig.select);
     rig.select.btnAll_Click();
-    for (const Choice* box : rig.select.boxes()) {
+    for (const auto& [name, box] : rig.select.boxes()) {
         EXPECT_EQ(box->enabled, box == &rig.select.Blocks) << box->caption;
         EXPECT_EQ(box->value, box == &rig.select.Blocks) << box->caption;
     }
     rig.select.btnNone_Click();
     EXPECT_FALSE(rig.select.Blocks.value);
+}
+
+TEST(frmSelect, ItsBoxesStandInTheirOrderEachUnderItsName) {
+    TransferRig rig;
+    std::vector<std::string> shown;
+    for (const auto& [name, box] : rig.select.boxes()) shown.push_back(name + std::string(": ") + box->caption);
+    EXPECT_EQ(shown, (std::vector<std::string>{"Blocks: Blocks", "Alarms: Alarms", "Pager: Pager Information + Alarms",
+                                               "Egus: Engineering Units", "Modbus: Modbus Registers + Coils",
+                                               "Menus: Menus + Screens + EGUs", "Charts: Charts + EGUs"}));
 }
 
 TEST(frmSelect, WaitsForTheDownloadThatItBegan) {

@@ -320,10 +320,19 @@ TEST(frmUpload, ABadReplyToACancelledReadIsNoErrorOfItsOwn) {
 TEST(frmUpload, BoxesOfMissingSectionsAreDisabledAndStayClear) {
     TransferRig rig;
     rig.upload.btnAll_Click();
-    for (const Choice* box : rig.upload.boxes()) {
+    for (const auto& [name, box] : rig.upload.boxes()) {
         EXPECT_EQ(box->enabled, box == &rig.upload.Blocks) << box->caption;
         EXPECT_EQ(box->value, box == &rig.upload.Blocks) << box->caption;
     }
+}
+
+TEST(frmUpload, ItsBoxesStandInTheirOrderEachUnderItsName) {
+    TransferRig rig;
+    std::vector<std::string> shown;
+    for (const auto& [name, box] : rig.upload.boxes()) shown.push_back(name + std::string(": ") + box->caption);
+    EXPECT_EQ(shown, (std::vector<std::string>{"Blocks: Blocks", "Modbus: Modbus Registers + Coils", "Alarms: Alarms",
+                                               "Pager: Pager Information", "Egus: Engineering Units", "Charts: Charts",
+                                               "Menus: Menus + Screens"}));
 }
 
 TEST(UploadSections, PagersAloneAskForAFirmware) {

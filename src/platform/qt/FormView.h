@@ -11,6 +11,7 @@
 #include "platform/Controls.h"
 #include "platform/FormHost.h"
 #include "platform/Grid.h"
+#include "platform/NamedChoice.h"
 
 class QAbstractButton;
 class QBoxLayout;
@@ -64,8 +65,7 @@ class FormView : public QMainWindow {
     QAbstractButton* addCheck(const QString& name, Choice& source, const Event& clicked);
     /// What is to be chosen among: check boxes one below the other, and under them the buttons for all and none.
     struct ChoiceGroup {
-        std::span<const char* const> names;  ///< the boxes', in their order
-        std::span<Choice* const> boxes;
+        std::span<const NamedChoice> boxes;
         const Button& all;
         Event allClicked;
         const Button& none;

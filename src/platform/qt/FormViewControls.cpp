@@ -217,9 +217,7 @@ QAbstractButton* FormView::addCheck(const QString& name, Choice& source, const E
 }
 
 void FormView::addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group) {
-    for (std::size_t i = 0; i < group.boxes.size(); ++i) {
-        body->addWidget(addCheck(QString::fromLatin1(group.names[i]), *group.boxes[i], [] {}));
-    }
+    for (const auto& [name, box] : group.boxes) body->addWidget(addCheck(QString::fromLatin1(name), *box, [] {}));
     auto* choose = new QHBoxLayout;
     choose->addWidget(addButton(QStringLiteral("btnAll"), group.all, group.allClicked));
     choose->addWidget(addButton(QStringLiteral("btnNone"), group.none, group.noneClicked));
