@@ -11,6 +11,15 @@ constexpr std::chrono::milliseconds kShownEach{100};
 
 }  // namespace
 
+void TransferProgress::count(std::int32_t bytes, std::int32_t total, Clock::TimePoint now) {
+    bytes_ = bytes;
+    total_ = total;
+    now_ = now;
+    if (total <= 0) return;
+    const auto percent = static_cast<int>(std::min<std::int64_t>(100, std::int64_t{bytes} * 100 / total));
+    percent_ = std::max(percent_, percent);
+}
+
 bool TransferProgress::isToBeShown() {
     if (now_ < shownAt_ + kShownEach) return false;
     shownAt_ = now_;
@@ -27,11 +36,6 @@ std::optional<std::chrono::milliseconds> TransferProgress::timeLeft() const {
     const double passed = std::chrono::duration<double>(now_ - started_).count();
     const double left = passed * std::max(0, total_ - bytes_) / bytes_;
     return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(left));
-}
-
-int TransferProgress::percent() const {
-    if (total_ <= 0) return 0;
-    return static_cast<int>(std::min<std::int64_t>(100, std::int64_t{bytes_} * 100 / total_));
 }
 
 std::string TransferProgress::sentence() const {

@@ -24,12 +24,8 @@ class TransferProgress {
         name_ = std::move(name);
         shownAt_ = Clock::TimePoint::min();
     }
-    /// @param total  an estimate; 0 where none can be made
-    void count(std::int32_t bytes, std::int32_t total, Clock::TimePoint now) {
-        bytes_ = bytes;
-        total_ = total;
-        now_ = now;
-    }
+    /// @param total  an estimate, which may change from one count to the next; 0 where none can be made
+    void count(std::int32_t bytes, std::int32_t total, Clock::TimePoint now);
     void setRetries(int retries) { retries_ = retries; }
     /// Whether a window is to show all this again: at a section's beginning, then every so often.
     [[nodiscard]] bool isToBeShown();
@@ -42,8 +38,8 @@ class TransferProgress {
     [[nodiscard]] std::int32_t bytesPerSecond() const;
     /// Absent before the first bytes, and where there is no total.
     [[nodiscard]] std::optional<std::chrono::milliseconds> timeLeft() const;
-    /// 0..100.
-    [[nodiscard]] int percent() const;
+    /// 0..100. Waits where the total grows beyond what was told, and never goes back.
+    [[nodiscard]] int percent() const { return percent_; }
     /// All of it in one line.
     [[nodiscard]] std::string sentence() const;
 
@@ -54,6 +50,7 @@ class TransferProgress {
     std::string name_;
     std::int32_t bytes_ = 0;
     std::int32_t total_ = 0;
+    int percent_ = 0;
     Clock::TimePoint started_{};
     Clock::TimePoint now_{};
     Clock::TimePoint shownAt_ = Clock::TimePoint::min();

@@ -14,24 +14,20 @@ inline constexpr std::array kUploadSections{
                   .box = &frmUpload::Blocks,
                   .shown = "Blocks",
                   .routine = &upLoadBlocks,
-                  .mostBytes = &mostUploadBytesOfBlocks},
-    UploadSection{
-        .word = "modbus", .box = &frmUpload::Modbus, .shown = "Modbus", .routine = nullptr, .mostBytes = nullptr},
-    UploadSection{
-        .word = "alarms", .box = &frmUpload::Alarms, .shown = "Alarms", .routine = nullptr, .mostBytes = nullptr},
+                  .bytes = &uploadBytesOfBlocks},
+    UploadSection{.word = "modbus", .box = &frmUpload::Modbus, .shown = "Modbus", .routine = nullptr, .bytes = nullptr},
+    UploadSection{.word = "alarms", .box = &frmUpload::Alarms, .shown = "Alarms", .routine = nullptr, .bytes = nullptr},
     UploadSection{.word = "pager",
                   .box = &frmUpload::Pager,
                   .shown = "Pager",
                   .routine = nullptr,
-                  .mostBytes = nullptr,
+                  .bytes = nullptr,
                   .leastFirmware = kPagerFirmware},
-    UploadSection{.word = "egus", .box = &frmUpload::Egus, .shown = "EGUs", .routine = nullptr, .mostBytes = nullptr},
+    UploadSection{.word = "egus", .box = &frmUpload::Egus, .shown = "EGUs", .routine = nullptr, .bytes = nullptr},
+    UploadSection{.word = "charts", .box = &frmUpload::Charts, .shown = "Charts", .routine = nullptr, .bytes = nullptr},
+    UploadSection{.word = "menus", .box = &frmUpload::Menus, .shown = "Menus", .routine = nullptr, .bytes = nullptr},
     UploadSection{
-        .word = "charts", .box = &frmUpload::Charts, .shown = "Charts", .routine = nullptr, .mostBytes = nullptr},
-    UploadSection{
-        .word = "menus", .box = &frmUpload::Menus, .shown = "Menus", .routine = nullptr, .mostBytes = nullptr},
-    UploadSection{
-        .word = "screens", .box = &frmUpload::Menus, .shown = "Screens", .routine = nullptr, .mostBytes = nullptr},
+        .word = "screens", .box = &frmUpload::Menus, .shown = "Screens", .routine = nullptr, .bytes = nullptr},
 };
 
 }  // namespace qrv

@@ -149,7 +149,7 @@ void frmUpload::begin() {
     for (const UploadSection& section : kUploadSections) {
         if (!section.isAvailable() || !(this->*section.box).value) continue;
         ++count;
-        bench_.bytes_total += section.mostBytes();
+        bench_.bytes_total += section.bytes(bench_);
     }
     progress_.start(count, bench_.platform.clock.now());
     retriesBefore_ = comm_.retriesSoFar();

@@ -125,8 +125,9 @@ struct UploadSection {
     std::string_view word;  ///< how a command line names it
     Choice frmUpload::*box;
     std::string_view shown;
-    Routine routine;              ///< null: this program can't read the section yet
-    std::int32_t (*mostBytes)();  ///< of the controller's answers; null where `routine` is
+    Routine routine;  ///< null: this program can't read the section yet
+    /// Of the controller's answers, as far as it can be told beforehand; null where `routine` is.
+    std::int32_t (*bytes)(Workbench& bench);
     float leastFirmware = 0;
 
     [[nodiscard]] constexpr bool isAvailable() const { return routine != nullptr; }

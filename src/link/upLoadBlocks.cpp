@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <span>
 #include <string>
 
@@ -35,9 +36,23 @@ constexpr std::int16_t kTextStart = kDataStart + kStringHead;
 constexpr std::int16_t kTextEnd = kDataStart + kStringRead;
 constexpr std::uint8_t kNoRecord = 255;
 
-/// Reads of constants: the first, and one as soon as the 32nd slot of each has been used.
-constexpr std::int32_t constantReads(std::int32_t slots) { return slots / kSlotsPerFrame + 1; }
-constexpr std::int32_t kMostSlots = kStringsStart / kSlotLength;
+/// Of the reads of constants: the first, and one as soon as the 32nd slot of each has been used.
+constexpr std::int32_t constantBytes(std::int32_t slots) {
+    return (slots / kSlotsPerFrame + 1) * (kConstantsFrame + kAroundData);
+}
+
+/// @param functions  the catalogue, in number order
+std::int32_t slotsOf(db1& functions, std::int16_t function) {
+    functions.FuncSeekI(function);
+    return functions.FuncInputs() + functions.FuncParams() + functions.FuncHidden();
+}
+
+std::int32_t slotsOfAll(Workbench& bench) {
+    bench.db.FuncSetIndex("FN");
+    return std::accumulate(
+        bench.FnOfBlock.begin(), bench.FnOfBlock.end(), 0,
+        [&bench](std::int32_t sum, std::int16_t function) { return sum + slotsOf(bench.db, function); });
+}
 
 /// Two boards have the same function; one uses eight blocks and the other five, so this one tells them apart.
 constexpr std::int16_t kSixthOutput = 6;
@@ -86,7 +101,8 @@ class BlockUpload {
     bool poll();
     bool read(Section section, std::int16_t count, std::int16_t offset);
     bool readTable();
-    void countConstants();
+    void takeFunction(std::int16_t block, const BlockRecord& found);
+    void expectSlots(std::int32_t count);
     bool readConstants();
     void readConstantsOf(std::int16_t block);
     void readParameter(std::int16_t block, std::int16_t slot, std::int32_t number);
@@ -101,6 +117,7 @@ class BlockUpload {
     Workbench& bench_;
     db1& db_;
     frmComm& comm_;
+    std::int32_t slots_ = 0;  ///< of the functions read so far, and of the open configuration's behind them
 };
 
 bool BlockUpload::poll() {
@@ -125,38 +142,40 @@ bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset)
 }
 
 bool BlockUpload::readTable() {
+    slots_ = slotsOfAll(bench_);
     std::int16_t block = 0;
     for (std::int16_t i = 0; i < kTableReads; ++i) {
         const auto offset = static_cast<std::int16_t>(i * kTableRead);
         comm_.printLine("Offset:" + printed(offset));
         if (!read(Section::BlockTableBack, kTableRead, offset)) return false;
         for (int record = 0; record < kRecordsPerRead; ++record) {
-            const BlockRecord found = recordAt(kDataStart + record * kBlockRecordLength);
-            comm_.uploadFindings.blockTable.push_back(found);
-            if (!assign_block_function(bench_, block, found.function)) {
-                comm_.uploadFindings.foreignBlocks.push_back(block);
-            }
+            takeFunction(block, recordAt(kDataStart + record * kBlockRecordLength));
             ++block;
         }
     }
     return true;
 }
 
-void BlockUpload::countConstants() {
-    std::int32_t slots = 0;
-    db_.FuncSetIndex("FN");
-    for (const std::int16_t function : bench_.FnOfBlock) {
-        db_.FuncSeekI(function);
-        slots += db_.FuncInputs() + db_.FuncParams() + db_.FuncHidden();
-    }
-    bench_.bytes_total += (constantReads(slots) - constantReads(kMostSlots)) * (kConstantsFrame + kAroundData);
+void BlockUpload::takeFunction(std::int16_t block, const BlockRecord& found) {
+    const std::int16_t& function = bench_.FnOfBlock[static_cast<std::size_t>(block)];
+    const std::int32_t others = slots_ - slotsOf(db_, function);
+    comm_.uploadFindings.blockTable.push_back(found);
+    if (!assign_block_function(bench_, block, found.function)) comm_.uploadFindings.foreignBlocks.push_back(block);
+    expectSlots(others + slotsOf(db_, function));
+}
+
+void BlockUpload::expectSlots(std::int32_t count) {
+    bench_.bytes_total += constantBytes(count) - constantBytes(slots_);
+    slots_ = count;
 }
 
 /// Neither this first read nor the later ones are asked whether they went well: only the log can tell. False: the user
 /// cancelled.
 bool BlockUpload::readConstants() {
     if (bench_.xfer_abort) return false;
-    countConstants();
+    // Once more from the first to the last, as they are read: a function that the catalogue lacks is taken for the one
+    // before it.
+    expectSlots(slotsOfAll(bench_));
     heading(uploadlog::kConstants);
     comm_.put_read(Section::Constants, kConstantsFrame, 0);
     comm_.PrintXmitBuffer(kReadRequest);
@@ -285,9 +304,9 @@ void BlockUpload::storeSlots() {
 
 }  // namespace
 
-std::int32_t mostUploadBytesOfBlocks() {
-    return kShortReply + kTableReads * (kTableRead + kAroundData) +
-           constantReads(kMostSlots) * (kConstantsFrame + kAroundData) + kStringReads * (kStringRead + kAroundData);
+std::int32_t uploadBytesOfBlocks(Workbench& bench) {
+    return kShortReply + kTableReads * (kTableRead + kAroundData) + constantBytes(slotsOfAll(bench)) +
+           kStringReads * (kStringRead + kAroundData);
 }
 
 void upLoadBlocks(Workbench& bench, frmComm& comm) {

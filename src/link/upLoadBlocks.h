@@ -9,12 +9,13 @@ namespace qrv {
 class frmComm;
 struct Workbench;
 
-/// The most that the blocks add to `bytes_received`: those of a full controller.
-[[nodiscard]] std::int32_t mostUploadBytesOfBlocks();
+/// What the blocks add to `bytes_received` where the controller has the functions of the open configuration
+/// (`FnOfBlock`). Moves the catalogue, in number order ("FN").
+[[nodiscard]] std::int32_t uploadBytesOfBlocks(Workbench& bench);
 
 /// Reads the blocks into the open configuration; opens the port for itself and closes it. A failure is shown and raises
 /// `xfer_abort`. Every exchange goes to the upload's log.
-/// `bytes_total` loses what a program that doesn't fill the controller saves, as soon as that is known.
+/// `bytes_total` follows the functions as they come, and is exact behind the last of them.
 void upLoadBlocks(Workbench& bench, frmComm& comm);
 
 }  // namespace qrv

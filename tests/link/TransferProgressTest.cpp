@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "TransferRig.h"
 #include "link/DownloadSections.h"
 
@@ -73,6 +76,44 @@ TEST(TransferProgress, TimeLeftOfAPacedUploadIsWithinAFifth) {
     transfer.expectToldTimesWithinAFifth();
 }
 
+namespace {
+
+// Answers to a poll, to a read of fifteen blocks, of constants, and of a string.
+constexpr int kPoll = 5;
+constexpr int kFifteenBlocks = 157;
+constexpr int kConstants = 135;
+constexpr int kString = 27;
+
+/// What the file that is uploaded into holds.
+enum class OverFile { Empty, Same };
+
+struct UploadTold {
+    std::vector<int> percents;
+    std::vector<int> totals;
+};
+
+/// A controller with a program in its first hundred blocks.
+void fillController(TransferRig& rig, OverFile over) {
+    for (std::int16_t block = 4; block < 100; ++block) rig.place(block, "PID");
+    rig.runDownload();
+    if (over == OverFile::Same) return;
+    CloseConfiguration(rig.bench, Answer::No);
+    OpenConfiguration(rig.bench, rig.folder.file("a.mdb"));
+}
+
+UploadTold toldOfUpload(TransferRig& rig, OverFile over) {
+    fillController(rig, over);
+    UploadTold told;
+    rig.upload.onProgress = [&] {
+        told.percents.push_back(rig.upload.progress().percent());
+        told.totals.push_back(rig.bench.bytes_total);
+    };
+    rig.runUpload();
+    return told;
+}
+
+}  // namespace
+
 TEST(TransferProgress, UploadsTotalIsExactOnceTheTableIsKnown) {
     TransferRig rig;
     rig.place(4, "PID");
@@ -80,6 +121,48 @@ TEST(TransferProgress, UploadsTotalIsExactOnceTheTableIsKnown) {
     rig.runUpload();
     EXPECT_EQ(rig.bench.bytes_received, rig.bench.bytes_total);
     EXPECT_EQ(rig.upload.progress().percent(), 100);
+}
+
+TEST(TransferProgress, UploadIntoAnEmptyFileCountsOnWithWhatItReads) {
+    TransferRig rig;
+    const UploadTold told = toldOfUpload(rig, OverFile::Empty);
+    // The empty file's own functions: one read of constants.
+    EXPECT_EQ(told.totals.front(), kPoll + 47 * kFifteenBlocks + kConstants + 103 * kString);
+    EXPECT_TRUE(std::ranges::is_sorted(told.totals));
+    EXPECT_EQ(told.totals.back(), rig.bench.bytes_received);
+    ASSERT_TRUE(std::ranges::is_sorted(told.percents));
+    for (std::size_t i = 1; i < told.percents.size(); ++i) EXPECT_LE(told.percents[i] - told.percents[i - 1], 2) << i;
+    EXPECT_EQ(told.percents.back(), 100);
+}
+
+TEST(TransferProgress, TimeLeftOfAPacedUploadIntoAnEmptyFileIsWithinAFifth) {
+    PacedTransfer transfer;
+    fillController(transfer.rig, OverFile::Empty);
+    transfer.rig.upload.onProgress = [&] { transfer.listenTo(transfer.rig.upload.progress()); };
+    transfer.rig.runUpload();
+    ASSERT_TRUE(transfer.rig.upload.outcome().complete);
+    transfer.expectToldTimesWithinAFifth();
+}
+
+TEST(TransferProgress, UploadOverTheSameProgramKnowsItsTotalFromTheStart) {
+    TransferRig rig;
+    const UploadTold told = toldOfUpload(rig, OverFile::Same);
+    EXPECT_EQ(told.totals.front(), told.totals.back());
+    EXPECT_EQ(told.totals.back(), rig.bench.bytes_received);
+    EXPECT_EQ(told.percents.back(), 100);
+}
+
+TEST(TransferProgress, PercentWaitsWhereTheTotalGrows) {
+    TransferProgress progress;
+    progress.start(1, {});
+    progress.count(500, 1000, {});
+    EXPECT_EQ(progress.percent(), 50);
+    progress.count(600, 2000, {});
+    EXPECT_EQ(progress.percent(), 50);
+    progress.count(1200, 2000, {});
+    EXPECT_EQ(progress.percent(), 60);
+    progress.start(1, {});
+    EXPECT_EQ(progress.percent(), 0);
 }
 
 TEST(TransferProgress, DownloadEndsAtAHundredPerCentWithAndWithoutStrings) {
