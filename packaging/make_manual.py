@@ -3,14 +3,17 @@
 
 usage: make_manual.py PROGRAM VERSION PAGE.1.gz [SEE_ALSO...]
 """
-import gzip
 import pathlib
 import re
 import sys
 
+import packed
 import program_help
 
 MARKS = {"\\": "\\e", "-": "\\-", "'": "\\(aq", "`": "\\(ga", "^": "\\(ha", "~": "\\(ti"}
+# The headings of a manual page for those of a help; what stands without a heading are notes.
+SECTIONS = {"Exit codes:": "EXIT STATUS", "Environment:": "ENVIRONMENT", "Files:": "FILES"}
+TITLES = {"Positionals": "ARGUMENTS"}
 LIST_ENTRY = re.compile(r"^  (\S.*?)(?: {2,}|: )(\S.*)$")
 
 
@@ -42,13 +45,28 @@ def entries(group):
         yield from (".TP", name_of(entry), line(entry.text) if entry.text else "\\&")
 
 
-def footer(text):
-    """Paragraphs; indented lines become a list."""
+def shown(lines):
+    """A paragraph; indented lines become a list."""
+    for each in lines:
+        found = LIST_ENTRY.match(each)
+        yield from (".TP", bold(found.group(1)), line(found.group(2))) if found else (line(each),)
+
+
+def paragraphs(text):
     for paragraph in text.split("\n\n"):
-        yield ".PP"
-        for each in paragraph.split("\n"):
-            found = LIST_ENTRY.match(each)
-            yield from (".TP", bold(found.group(1)), line(found.group(2))) if found else (line(each),)
+        yield from (".PP", *shown(paragraph.split("\n")))
+
+
+def closing(text):
+    """The sections that a page ends with."""
+    found = [paragraph.split("\n") for paragraph in text.split("\n\n")]
+    for heading, title in SECTIONS.items():
+        for lines in found:
+            if lines[0] == heading:
+                yield from (f".SH {title}", *shown(lines[1:]))
+    notes = "\n\n".join("\n".join(lines) for lines in found if lines[0] not in SECTIONS)
+    if notes:
+        yield from (".SH NOTES", *paragraphs(notes))
 
 
 def commands(program, own):
@@ -61,7 +79,7 @@ def commands(program, own):
         for group in told.groups.values():
             yield from entries(entry for entry in group if "--help" not in entry.flags())
         if told.footer != own.footer:
-            yield from footer(told.footer)
+            yield from paragraphs(told.footer)
 
 
 def page(program, version, see_also):
@@ -73,10 +91,10 @@ def page(program, version, see_also):
     yield line(own.description.rstrip(".") + ".")
     for title, group in own.groups.items():
         if title != "Subcommands":
-            yield from (f".SH {title.upper()}", *entries(group))
+            yield from (f".SH {TITLES.get(title, title.upper())}", *entries(group))
     yield from commands(program, own)
     if own.footer:
-        yield from (".SH NOTES", *footer(own.footer))
+        yield from closing(own.footer)
     if see_also:
         yield from (".SH SEE ALSO", ", ".join(f"{bold(other)}(1)" for other in see_also))
 
@@ -84,8 +102,7 @@ def page(program, version, see_also):
 def main():
     program, version, target, *see_also = sys.argv[1:]
     text = "\n".join(page(program, version, see_also)) + "\n"
-    with open(target, "wb") as file, gzip.GzipFile("", "wb", 9, file, mtime=0) as packed:
-        packed.write(text.encode())
+    packed.write(target, text.encode())
 
 
 main()

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <csignal>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Commands.h"
-#include "Session.h"
 #include "Terminal.h"
 #include "TransferReport.h"
-#include "platform/CodePage.h"
 #include "platform/Folders.h"
+#include "platform/HelpTexts.h"
 #include "platform/RunTimeError.h"
 #include "store/Versions.h"
 
@@ -22,7 +22,7 @@ constexpr const char* kDescription =
     "Makes, shows, checks and compares configurations of QRV process controllers, and exchanges them with controllers "
     "over a serial line.";
 
-constexpr const char* kFooter =
+constexpr std::string_view kExitCodes =
     "Data goes to the standard output, words and progress to the standard error.\n"
     "\n"
     "Exit codes:\n"
@@ -32,12 +32,14 @@ constexpr const char* kFooter =
     "  3  a file can't be read, written or understood\n"
     "  4  the controller can't be reached or gave a bad answer\n"
     "  5  refused: by the user, for want of --force or --yes, or because the controller can't take it\n"
-    "  6  cancelled by Ctrl+C, or because the terminal went away\n"
-    "\n"
-    "Environment:\n"
-    "  QRV_SETTINGS    the file of the settings; else QRV_Edit/settings.ini in XDG_CONFIG_HOME or ~/.config\n"
-    "  TEMP            the folder of the log of readings, QRVUploadLog.txt; else TMPDIR, else /tmp\n"
-    "  XDG_STATE_HOME  in its QRV_Edit stand work files and copies of unsaved work; else ~/.local/state\n";
+    "  6  cancelled by Ctrl+C, or because the terminal went away\n";
+
+std::string footer() {
+    std::string text(kExitCodes);
+    text.append("\nEnvironment:\n").append(qrv::help::kSettingsEnvironment).append(qrv::help::kStateEnvironment);
+    text.append("\nFiles:\n").append(qrv::help::kSettingsFiles).append(qrv::help::kStateFiles);
+    return text;
+}
 
 /// Says which word is no command, where there is one.
 std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
@@ -46,16 +48,6 @@ std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
     if (!lacksCommand || words.empty()) return CLI::FailureMessage::simple(app, error);
     return "There is no command \"" + words.front() + "\". qrv --help lists them.\n";
 }
-
-std::string catalogueVersion(qrv::Terminal& terminal) {
-    try {
-        return qrv::toUtf8(qrv::Session(terminal).bench().db.Version());
-    } catch (const qrv::CommandFailure&) {
-        return "none that can be used";
-    }
-}
-
-std::string versions(qrv::Terminal& terminal) { return qrv::versionLines("qrv", catalogueVersion(terminal)); }
 
 /// The transfer that a command line names, if its result is to be JSON; "" otherwise.
 std::string transferWithJson(int argc, char** argv) {
@@ -98,11 +90,11 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     qrv::Terminal terminal;
     CLI::App app{kDescription, "qrv"};
-    app.footer(kFooter);
+    app.footer(footer());
     app.require_subcommand(1);
     app.failure_message(failureMessage);
     app.set_version_flag(
-        "--version", [&terminal] { return versions(terminal); },
+        "--version", [] { return qrv::foundVersions("qrv"); },
         "Print the versions of the program, the function catalogue and the database engine");
     qrv::addFileCommands(app, terminal);
     qrv::addCompareCommand(app, terminal);

@@ -17,7 +17,9 @@
 #include "platform/Clock.h"
 #include "platform/FileSettings.h"
 #include "platform/Folders.h"
+#include "platform/HelpTexts.h"
 #include "platform/posix/PseudoTerminal.h"
+#include "store/Versions.h"
 
 namespace qrv {
 namespace {
@@ -42,6 +44,18 @@ std::string faultsText() {
     std::string text = "Faults, as NAME for ever, NAME:once, NAME:7, NAME:7+ or NAME:2%:\n";
     for (const auto& fault : kFaults) text += "  " + std::string(fault.name) + ": " + std::string(fault.what) + "\n";
     return text;
+}
+
+std::string footer() {
+    std::string text = faultsText();
+    text +=
+        "\nExit codes:\n"
+        "  0  ended by Ctrl+C or a request to end\n"
+        "  1  could not start\n"
+        "  2  the command line can't be understood\n"
+        "  3  the simulated line hung up\n";
+    text.append("\nEnvironment:\n").append(help::kSettingsEnvironment);
+    return text.append("\nFiles:\n").append(help::kSettingsFiles);
 }
 
 void declare(CLI::App& app, Options& options, int& turnaround, int& lateBy) {
@@ -80,7 +94,8 @@ void declare(CLI::App& app, Options& options, int& turnaround, int& lateBy) {
         "Any size and offset within a section is taken");
     app.add_flag("--quiet", options.isQuiet, "No word about refused requests");
     app.add_flag("--json", options.isJson, "Tell the device in one line of JSON");
-    app.footer(faultsText());
+    app.set_version_flag("--version", "qrv_controller " + programVersion(), "Print the version of the program");
+    app.footer(footer());
 }
 
 /// Puts the committed memory in place. False: there is a file, and it is none of ours.

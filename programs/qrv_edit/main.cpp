@@ -3,6 +3,7 @@
 
 #include <QSocketNotifier>
 #include <QStringList>
+#include <QtGlobal>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -26,6 +27,7 @@
 #include "platform/qt/Texts.h"
 #include "shell/AllFormsView.h"
 #include "shell/CommandLine.h"
+#include "shell/EditorAnswers.h"
 #include "shell/EditorProgram.h"
 #include "store/LifeCycle.h"
 #include "store/ProgramPlaces.h"
@@ -68,6 +70,10 @@ bool hasDisplay(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     qrv::provideTemp();
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (const auto answer = qrv::answerInTerminal(words, std::string("Qt ") + qVersion())) {
+        return std::fputs(answer->c_str(), stdout) < 0 || std::fflush(stdout) != 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    }
     if (!hasDisplay(argc, argv)) {
         std::fputs("qrv_edit: there is no display (DISPLAY is not set); qrv does its work in a terminal.\n", stderr);
         return EXIT_FAILURE;

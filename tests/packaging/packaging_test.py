@@ -29,6 +29,7 @@ FILES = {
     "bin/qrv_edit",
     "share/applications/qrv_edit.desktop",
     "share/bash-completion/completions/qrv",
+    "share/doc/qrv-edit/changelog.gz",
     "share/doc/qrv-edit/copyright",
     "share/doc/qrv-edit/examples/boiler_house.txt",
     "share/doc/qrv-edit/functions.md",
@@ -36,6 +37,7 @@ FILES = {
     "share/icons/hicolor/scalable/mimetypes/application-x-qrv-configuration.svg",
     "share/man/man1/qrv.1.gz",
     "share/man/man1/qrv_controller.1.gz",
+    "share/man/man1/qrv_edit.1.gz",
     "share/mime/packages/qrv_edit.xml",
     "share/qrv_edit/FUNCTIONS.TXT",
     "share/qrv_edit/QRVDATA.DAT",
@@ -81,6 +83,19 @@ class Place(unittest.TestCase):
         self.assertIn("Blocks used             4 of 705\n", self.qrv("info", path))
         self.assertIn("PROCESS VARIABLE INPUT", self.qrv("function", "PID"))
         self.assertIn("Usage: qrv_controller", done(self.prefix / "bin/qrv_controller", "--help").stdout)
+        self.assertEqual(done(self.prefix / "bin/qrv_controller", "--version").stdout, f"qrv_controller {VERSION}\n")
+
+    def check_editors_answers(self):
+        """Where there is no display, and none is asked for."""
+        environment = {name: value for name, value in self.environment.items() if name != "QT_QPA_PLATFORM"}
+        editor = self.prefix / "bin/qrv_edit"
+        self.assertIn("\nUsage: qrv_edit [OPTIONS] [FILE]\n", done(editor, "--help", env=environment).stdout)
+        told = done(editor, "--version", env=environment).stdout.splitlines()
+        self.assertEqual([line.rsplit(" ", 1)[0] for line in told], ["qrv_edit", "Function catalogue", "SQLite", "Qt"])
+        self.assertEqual(told[:2], [f"qrv_edit {VERSION}", self.qrv("--version").splitlines()[1]])
+        run = subprocess.run([editor, "plant.qrv"], env=environment, capture_output=True, text=True, check=False)
+        self.assertEqual((run.returncode, run.stdout), (1, ""))
+        self.assertIn("there is no display", run.stderr)
 
     def check_editor(self):
         """The editor remembers a file among the recent ones once it has opened it. The user has never run it."""
@@ -125,6 +140,9 @@ class Installation(Place):
 
     def test_the_programs_work_from_there(self):
         self.check_programs()
+
+    def test_the_editor_answers_without_a_display(self):
+        self.check_editors_answers()
 
     def test_the_editor_opens_a_file(self):
         self.check_editor()
@@ -202,13 +220,20 @@ class Installation(Place):
         self.assertEqual(header[68:72], b"QRVc")
 
     def test_the_manual_pages_render_and_name_every_command(self):
-        for name in ("qrv", "qrv_controller"):
+        for name, others in {"qrv": "qrv_controller(1), qrv_edit(1)", "qrv_controller": "qrv(1), qrv_edit(1)",
+                             "qrv_edit": "qrv(1), qrv_controller(1)"}.items():
             page = gzip.decompress((self.prefix / f"share/man/man1/{name}.1.gz").read_bytes())
             renderer = ["groff", "-man", "-ww", "-Tascii", "-P-c", "-P-b", "-P-u"]
             run = subprocess.run(renderer, input=page, capture_output=True, check=True)
             self.assertEqual(run.stderr, b"")
             shown = run.stdout.decode()
             self.assertIn(f"QRV_Edit {VERSION}", shown)
+            for heading in ("NAME", "SYNOPSIS", "DESCRIPTION", "OPTIONS", "EXIT STATUS", "ENVIRONMENT", "FILES",
+                            "SEE ALSO"):
+                self.assertIn(f"\n{heading}\n", shown, name)
+            self.assertIn("\n       QRV_SETTINGS\n", shown)
+            self.assertIn("\n       ~/.config/QRV_Edit/settings.ini\n", shown)
+            self.assertIn(f"\nSEE ALSO\n       {others}\n", shown)
             if name == "qrv":
                 for command in self.commands():
                     self.assertIn(f"\n   qrv {command} ", shown)
@@ -264,11 +289,19 @@ class Package(Place):
         architecture = done("dpkg", "--print-architecture").stdout.strip()
         self.assertEqual(self.package.name, f"qrv-edit_{VERSION}_{architecture}.deb")
         self.assertEqual((self.field("Version"), self.field("Architecture")), (VERSION, architecture))
-        self.assertEqual((self.field("Section"), self.field("Maintainer")), ("electronics", "QRV_Edit"))
+        maintainer = "The QRV_Edit developers <service@tessaly.example>"
+        self.assertEqual((self.field("Section"), self.field("Maintainer")), ("electronics", maintainer))
         needed = {word.split()[0] for word in self.field("Depends").split(", ")}
         # libqt6gui6 brings the platform plugin, libqt6svg6 the reader of the icons.
         self.assertLessEqual({"libc6", "libqt6core6", "libqt6gui6", "libqt6widgets6", "libqt6svg6", "libsqlite3-0",
                               "libstdc++6", "fonts-liberation", "hicolor-icon-theme"}, needed)
+
+    def test_its_changelog_is_of_this_version(self):
+        changelog = self.folder / "changelog"
+        changelog.write_bytes(gzip.decompress((self.prefix / "share/doc/qrv-edit/changelog.gz").read_bytes()))
+        fields = done("dpkg-parsechangelog", "-l", changelog).stdout.splitlines()
+        for name in ("Version", "Maintainer"):
+            self.assertIn(f"{name}: {self.field(name)}", fields)
 
     def test_all_belongs_to_root_and_may_be_read_by_all(self):
         for line in done("dpkg-deb", "-c", self.package).stdout.splitlines():

@@ -1,0 +1,40 @@
+#include "shell/EditorAnswers.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qrv {
+namespace {
+
+std::optional<std::string> answerTo(const std::vector<std::string>& words) { return answerInTerminal(words, "Kit 1"); }
+
+TEST(EditorAnswers, HelpTellsTheUsageTheEnvironmentAndTheFiles) {
+    const auto help = answerTo({"--help"});
+    ASSERT_TRUE(help);
+    for (const char* words : {"\nUsage: qrv_edit [OPTIONS] [FILE]\n", "\n  QRV_EDIT_CLASSIC=1 ", "\n  QRV_SETTINGS ",
+                              "\n  /tmp/QRVUploadLog.txt ", "\n  128+n "}) {
+        EXPECT_NE(help->find(words), std::string::npos) << words;
+    }
+    EXPECT_EQ(answerTo({"-h"}), help);
+}
+
+TEST(EditorAnswers, VersionsAreALineEach) {
+    const auto versions = answerTo({"--version"});
+    ASSERT_TRUE(versions);
+    EXPECT_TRUE(versions->starts_with("qrv_edit 6.73\nFunction catalogue ")) << *versions;
+    EXPECT_NE(versions->find("\nSQLite "), std::string::npos);
+    EXPECT_TRUE(versions->ends_with("\nKit 1\n")) << *versions;
+}
+
+TEST(EditorAnswers, AnythingElseIsTheEditors) {
+    EXPECT_FALSE(answerTo({}));
+    EXPECT_FALSE(answerTo({"plant.qrv"}));
+    EXPECT_FALSE(answerTo({"./--help"}));
+    EXPECT_FALSE(answerTo({"plant.qrv", "--help"}));
+}
+
+}  // namespace
+}  // namespace qrv
