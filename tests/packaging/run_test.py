@@ -1,0 +1,142 @@
+#!/usr/bin/env python3
+"""What a newcomer starts first, ./run, takes its road with the built programs, and leaves everything else alone.
+
+usage: run_test.py PROJECT BUILD
+
+Nothing is installed or built: of cmake and of the list of what is installed there are twins, and so there is of the
+editor, which writes down how it was started.
+"""
+import os
+import pathlib
+import re
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROJECT, BUILD = (pathlib.Path(name).resolve() for name in sys.argv[1:3])
+LONGEST = 300  # seconds until the test gives a run up
+
+TWINS = {
+    "cmake": "#!/bin/bash\nexit 0\n",
+    "dpkg-query": "#!/bin/bash\nshift 2\nprintf '%s installed\\n' \"$@\"\n",
+}
+EDITOR = """#!/bin/bash
+printf '%s\\n' "$@" >arguments
+env -0 >environment
+until grep -q "^COM9=/" "$QRV_SETTINGS"; do sleep 0.1; done
+exit 7
+"""
+
+
+class Road(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.clone = self.folder / "a clone"
+        self.place = self.clone / "build/run"
+        self.home = self.folder / "home"
+        self.home.mkdir()
+        programs = self.clone / "build/release/bin"
+        programs.mkdir(parents=True)
+        (programs.parent / "build.ninja").touch()
+        for name in ("qrv", "qrv_controller"):
+            (programs / name).symlink_to(BUILD / "bin" / name)
+        for name in ("run", "packages.txt", "cmake/install_packages.sh", "samples/boiler_house.txt"):
+            (self.clone / name).parent.mkdir(exist_ok=True)
+            shutil.copy(PROJECT / name, self.clone / name)
+        twins = self.folder / "twins"
+        twins.mkdir()
+        for path, text in [*((twins / name, text) for name, text in TWINS.items()), (programs / "qrv_edit", EDITOR)]:
+            path.write_text(text)
+            path.chmod(0o755)
+        self.environment = {"PATH": f"{twins}:{os.environ['PATH']}", "HOME": str(self.home), "LC_ALL": "C.UTF-8",
+                            "TMPDIR": str(self.folder / "nowhere")}
+
+    def run_it(self, *words, **environment):
+        return subprocess.run([self.clone / "run", *words], env={**self.environment, **environment}, cwd=self.folder,
+                              stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False, timeout=LONGEST)
+
+    def qrv(self, *words):
+        environment = {**self.environment, "QRV_SETTINGS": str(self.folder / "settings.ini"),
+                       "XDG_STATE_HOME": str(self.folder / "state")}
+        subprocess.run([BUILD / "bin/qrv", *words], env=environment, cwd=self.folder, capture_output=True, check=True)
+
+    def all_is_taken_down(self):
+        self.assertNotIn("COM9=", (self.place / "settings.ini").read_text())
+        self.assertEqual(list(self.home.iterdir()), [])
+
+    def test_the_road_in_the_terminal_proves_the_sample(self):
+        run = self.run_it()
+        self.assertEqual(run.returncode, 0, run.stderr)
+        for step in range(1, 10):
+            self.assertIn(f"\033[1m{step}. ", run.stdout)
+        self.assertIn("Proved: the sample as text and back is equal; the sample is in the controller", run.stdout)
+        for name in re.findall(r"^  (\S+)  ", run.stdout, re.M):
+            self.assertTrue((self.place / name).is_file(), name)
+        self.assertTrue((self.place / "QRVUploadLog.txt").is_file())
+        self.all_is_taken_down()
+
+    def test_a_file_with_findings_is_taken_to_the_end(self):
+        self.qrv("load", PROJECT / "samples/boiler_house.txt", "plant.qrv")
+        text = self.folder / "odd.txt"
+        sample = (PROJECT / "samples/boiler_house.txt").read_text(encoding="utf-8")
+        # No parameter of the block is a text, so a download leaves this one out.
+        text.write_text(sample.replace("[ParmString]\n", '[ParmString]\nBlockNumber=41 Offset=900 Pstring="LOST"\n'))
+        self.qrv("load", text, "odd one.qrv")
+        run = self.run_it("--terminal", "odd one.qrv")
+        self.assertEqual(run.returncode, 1, run.stderr)
+        self.assertIn("qrv download ended with 1: what it found stands above\n", run.stderr)
+        self.assertIn("\033[1m9. ", run.stdout)
+        self.assertNotIn("Proved:", run.stdout)
+        self.assertRegex(run.stdout, r"Not proved.*\n  qrv download .*odd\\ one\.qrv --port COM9 --yes\n")
+        self.all_is_taken_down()
+
+    def test_what_is_no_configuration_ends_the_road_with_its_exit_code(self):
+        run = self.run_it("--terminal", PROJECT / "LICENSE")
+        self.assertEqual(run.returncode, 3)
+        self.assertIn("run: qrv info ended with 3, so the road ends here; the reason stands above\n", run.stderr)
+        self.all_is_taken_down()
+
+    def test_a_file_that_is_not_there_is_told_at_once(self):
+        run = self.run_it("--terminal", "none.qrv")
+        self.assertEqual((run.returncode, run.stdout, run.stderr), (2, "", "run: none.qrv: no such file\n"))
+
+    def test_a_file_of_its_own_place_is_not_overwritten(self):
+        self.place.mkdir(parents=True)
+        kept = self.place / "back.qrv"
+        self.qrv("new", kept)
+        before = kept.read_bytes()
+        self.assertEqual(self.run_it("--terminal", kept).returncode, 2)
+        self.assertEqual(kept.read_bytes(), before)
+
+    def test_the_editor_is_started_on_the_sample_and_the_port(self):
+        run = self.run_it(DISPLAY=":99")
+        sample = self.place / "boiler_house.qrv"
+        self.assertEqual((run.returncode, run.stderr), (7, f"{sample} made.\n"))
+        self.assertEqual((self.place / "arguments").read_text(), f"{sample}\n")
+        self.assertIn("CommPort=9\n", (self.place / "settings.ini").read_text())
+        self.assertTrue(sample.is_file())
+        self.all_is_taken_down()
+
+    def editors_environment(self):
+        entries = (self.place / "environment").read_text().split("\0")[:-1]
+        return dict(entry.split("=", 1) for entry in entries)
+
+    def test_what_the_editor_keeps_stays_in_its_place(self):
+        self.run_it(DISPLAY=":99")
+        found = self.editors_environment()
+        for name in ("QRV_SETTINGS", "XDG_STATE_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "TEMP"):
+            self.assertTrue(f"{found[name]}/".startswith(f"{self.place}/"), name)
+        # The toolkit takes no folder that others may look into.
+        self.assertEqual(stat.S_IMODE(os.stat(found["XDG_RUNTIME_DIR"]).st_mode), 0o700)
+
+    def test_a_desktop_of_the_user_stays_as_it_is(self):
+        self.run_it(DISPLAY=":99", XDG_RUNTIME_DIR=str(self.folder))
+        self.assertEqual(self.editors_environment()["XDG_RUNTIME_DIR"], str(self.folder))
+
+
+unittest.main(argv=sys.argv[:1])
