@@ -147,6 +147,13 @@ class Installation(Place):
     def test_the_editor_opens_a_file(self):
         self.check_editor()
 
+    def test_the_prefix_may_be_moved(self):
+        moved = self.prefix.rename(self.folder / "moved")
+        self.addCleanup(moved.rename, self.prefix)
+        for program in ("qrv", "qrv_edit"):
+            told = done(moved / "bin" / program, "--version", env=self.environment).stdout
+            self.assertRegex(told, r"\nFunction catalogue \d", program)
+
     def test_no_locale_changes_a_word_or_a_number(self):
         told = {}
         for locale in ("C.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8"):
