@@ -19,6 +19,8 @@ import time
 import unittest
 import xml.etree.ElementTree
 
+import locales_of_others
+
 CMAKE, BUILD, VERSION, PART = sys.argv[1:5]
 MIME_TYPE = "application/x-qrv-configuration"
 LONGEST_START = 120  # seconds until the test gives the editor up
@@ -156,10 +158,11 @@ class Installation(Place):
 
     def test_no_locale_changes_a_word_or_a_number(self):
         told = {}
-        for locale in ("C.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8"):
+        others = locales_of_others.made_in(self.folder / "locales")
+        for locale in ("C.UTF-8", *locales_of_others.NAMES):
             folder = self.folder / locale
             folder.mkdir()
-            self.environment = {**self.environment, "LC_ALL": locale, "LOCPATH": str(self.locales())}
+            self.environment = {**self.environment, "LC_ALL": locale, **others}
             text = folder / "sample.txt"
             configuration = folder / "sample.qrv"
             self.qrv("load", self.prefix / "share/doc/qrv-edit/examples/boiler_house.txt", configuration)
@@ -176,15 +179,6 @@ class Installation(Place):
         self.assertEqual(told["tr_TR.UTF-8"], told["C.UTF-8"])
         self.assertGreater(len(told["C.UTF-8"][0]), 100000)
         self.assertIn("LIMIT", told["C.UTF-8"][-1])
-
-    def locales(self):
-        """A folder with the two locales, made once; C.UTF-8 is the library's own."""
-        place = self.folder / "locales"
-        for name in ("de_DE", "tr_TR"):
-            if not (place / f"{name}.UTF-8").exists():
-                place.mkdir(exist_ok=True)
-                done("localedef", "-i", name, "-f", "UTF-8", place / f"{name}.UTF-8")
-        return place
 
     def test_the_desktop_entry_names_what_is_there(self):
         path = self.prefix / "share/applications/qrv_edit.desktop"

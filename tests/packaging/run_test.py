@@ -16,6 +16,8 @@ import sys
 import tempfile
 import unittest
 
+import locales_of_others
+
 PROJECT, BUILD = (pathlib.Path(name).resolve() for name in sys.argv[1:3])
 LONGEST = 300  # seconds until the test gives a run up
 
@@ -29,6 +31,13 @@ env -0 >environment
 until grep -q "^COM9=/" "$QRV_SETTINGS"; do sleep 0.1; done
 exit 7
 """
+
+
+def without_times(text):
+    """What the road tells, but for how long it took and for the outputs, which move. Their numbers must be such."""
+    text = re.sub(r"^ *\d+ %  .*\n", "", text, flags=re.M)
+    text = re.sub(r" in \d+\.\d s,", " in N s,", text)
+    return re.sub(r"^20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z(,\d+\.\d\d){5}$", "ROW", text, flags=re.M)
 
 
 class Road(unittest.TestCase):
@@ -79,6 +88,18 @@ class Road(unittest.TestCase):
             self.assertTrue((self.place / name).is_file(), name)
         self.assertTrue((self.place / "QRVUploadLog.txt").is_file())
         self.all_is_taken_down()
+
+    def test_no_locale_changes_a_word_or_a_number_of_the_road(self):
+        others = locales_of_others.made_in(self.folder / "locales")
+        told = {}
+        for locale in ("C.UTF-8", *locales_of_others.NAMES):
+            shutil.rmtree(self.place, ignore_errors=True)
+            run = self.run_it(**others, LC_ALL=locale)
+            self.assertEqual(run.returncode, 0, run.stderr)
+            told[locale] = (without_times(run.stdout), without_times(run.stderr),
+                            (self.place / "sample.txt").read_bytes())
+        self.assertEqual(told["de_DE.UTF-8"], told["C.UTF-8"])
+        self.assertEqual(told["tr_TR.UTF-8"], told["C.UTF-8"])
 
     def test_a_file_with_findings_is_taken_to_the_end(self):
         self.qrv("load", PROJECT / "samples/boiler_house.txt", "plant.qrv")
