@@ -19,7 +19,7 @@ packagesMissing() {
   printf '%s\n' "$@" | grep -vxF -f <(sed -n 's/ installed$//p' <<<"$known") || true
 }
 
-# asRoot COMMAND...: quietly. What it says of trouble is kept in `said`, in English whatever the user's language, for the
+# asRoot COMMAND...: quietly. What it says of trouble is kept in `said`, in English whatever the user's language: the
 # rules below read it. Another installation that is at work is waited for: apt-get by itself waits for one of its locks.
 waitsAtMost=60  # of five seconds
 asRoot() {
@@ -46,7 +46,8 @@ adviceOn() {
   lacking=$(sed -n -e 's/^E: Unable to locate package //p' \
     -e "s/^E: Package '\(.*\)' has no installation candidate$/\1/p" <<<"$1")
   case $1 in
-    *"dpkg was interrupted"*) echo "As root: dpkg --configure -a, and mend what it names$then" ;;
+    *"dpkg was interrupted"* | *"dpkg returned an error"*)
+      echo "As root: dpkg --configure -a, and mend what it names$then" ;;
     *"Could not get lock"*) echo "Another installation is still at work. Let it end$then" ;;
     *"fix-broken install"*) echo "Packages on this machine lack others. As root: apt-get --fix-broken install$then" ;;
     *"Failed to fetch"* | *"Could not resolve"* | *"Could not connect"*)
@@ -70,6 +71,10 @@ aptInstalls() {
     else
       trouble+=$'\n'$said
     fi
+  fi
+  if [ -z "$(packagesMissing "$@")" ]; then
+    echo "Another package of this machine has a fault; what is needed here is installed" >&2
+    return 0
   fi
   printf '%s\n' "$trouble" "The packages could not be installed; apt-get's reason stands above." >&2
   adviceOn "$trouble" >&2

@@ -19,7 +19,7 @@ SCRIPT, LIST = (pathlib.Path(name).resolve() for name in sys.argv[1:3])
 DPKG_QUERY = """#!/bin/bash
 shift 2
 for name in "$@"; do
-  case " $INSTALLED " in
+  case " $INSTALLED $(cat "$SAYS/added" 2>/dev/null) " in
     *" $name "*) echo "$name installed" ;;
     *" $name-removed "*) echo "$name config-files" ;;
     *) echo "dpkg-query: no packages found matching $name" >&2; fault=1 ;;
@@ -34,6 +34,7 @@ name=${0##*/} call=1
 while [ -e "$SAYS/$1.$call.done" ]; do call=$((call + 1)); done
 >"$SAYS/$1.$call.done"
 [ -e "$SAYS/$1.$call" ] || exit 0
+[ "$1" != install ] || echo "$ADDS" >"$SAYS/added"
 [ "$1" != --audit ] || exec cat "$SAYS/$1.$call"
 cat "$SAYS/$1.$call" >&2
 [[ $(<"$SAYS/$1.$call") == W:* ]] || exit 100
@@ -52,6 +53,7 @@ CONFIGURE = "dpkg --configure -a --force-confdef --force-confold"
 # What apt-get says, in its own words.
 INTERRUPTED = "E: dpkg was interrupted, you must manually run 'dpkg --configure -a' to correct the problem.\n"
 LOCKED = "E: Could not get lock /var/lib/dpkg/lock-frontend. It is held by process 42 (apt-get)\n"
+ERROR_CODE = "E: Sub-process /usr/bin/dpkg returned an error code (1)\n"
 UNREACHED = "W: Failed to fetch http://x/InRelease  Temporary failure resolving 'x'\n"
 # What is said here.
 COULD_NOT = "The packages could not be installed; apt-get's reason stands above."
@@ -59,7 +61,8 @@ WAITING = "Another installation is at work on this machine: waiting for its end"
 
 
 class Machine:
-    def __init__(self, place, installed, user=0, programs=("dpkg-query", "apt-get", "dpkg"), says=None):
+    def __init__(self, place, installed, user=0, programs=("dpkg-query", "apt-get", "dpkg"), says=None,
+                 adds=""):
         self.place = place
         (self.place / "bin").mkdir()
         (self.place / "says").mkdir()
@@ -77,7 +80,8 @@ class Machine:
         for name in ("bash", "sed", "cat", "grep", "env"):
             (self.place / "bin" / name).symlink_to(shutil.which(name))
         self.environment = {"PATH": str(self.place / "bin"), "ASKED": str(self.place / "asked"),
-                            "SAYS": str(self.place / "says"), "INSTALLED": installed, "USER_NUMBER": str(user)}
+                            "SAYS": str(self.place / "says"), "INSTALLED": installed, "USER_NUMBER": str(user),
+                            "ADDS": adds}
 
     def program(self, name, text):
         path = self.place / "bin" / name
@@ -202,6 +206,18 @@ class Packages(unittest.TestCase):
         told, _ = self.refused(says={"install": ["E: Unable to locate package strace\n"
                                                  "E: Package 'cmake' has no installation candidate\n"]})
         self.assertEqual(told[-1], "This system has no package strace, cmake. The names are those of Debian 12")
+
+    def test_a_foreign_package_that_fails_stops_nothing(self):
+        machine = self.machine("cmake g++", says={"install": [ERROR_CODE]}, adds="strace")
+        run = machine.install()
+        self.assertEqual(run.returncode, 0)
+        self.assertEqual(run.stderr, "Another package of this machine has a fault; what is needed here is installed\n")
+
+    def test_a_package_that_fails_is_left_to_the_user(self):
+        told, asked = self.refused(says={"install": [ERROR_CODE]})
+        self.assertEqual(told, [ERROR_CODE.strip(), COULD_NOT,
+                                "As root: dpkg --configure -a, and mend what it names; then run this again"])
+        self.assertNotIn(CONFIGURE, asked)
 
     def test_packages_that_lack_others_are_left_to_the_user(self):
         told, asked = self.refused(says={"install": ["E: Unmet dependencies. Try 'apt --fix-broken install'.\n"]})
