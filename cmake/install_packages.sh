@@ -19,6 +19,13 @@ packagesMissing() {
   printf '%s\n' "$@" | grep -vxF -f <(sed -n 's/ installed$//p' <<<"$known") || true
 }
 
+# Whether an installation was broken off, as far as any user may see it.
+someHalfDone() {
+  local states
+  states=$(dpkg-query -W -f='${db:Status-Status}\n')
+  grep -qxE 'half-installed|unpacked|half-configured|triggers-(awaited|pending)' <<<"$states"
+}
+
 # asRoot COMMAND...: quietly. What it says of trouble is kept in `said`, in English whatever the user's language: the
 # rules below read it. Another installation that is at work is waited for: apt-get by itself waits for one of its locks.
 waitsAtMost=60  # of five seconds
@@ -95,7 +102,7 @@ installPackages() {
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
       # What was broken off before stops every installation until it is finished.
-      [ -z "$(dpkg --audit 2>/dev/null)" ] || first="dpkg --configure -a && "
+      ! someHalfDone || first="dpkg --configure -a && "
       echo "Packages are missing, and only root may install them. As root: ${first}apt-get install ${missing[*]}" >&2
       return 1
     fi
