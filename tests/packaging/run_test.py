@@ -6,14 +6,17 @@ usage: run_test.py PROJECT BUILD
 Nothing is installed or built: of cmake and of the list of what is installed there are twins, and so there is of the
 editor, which writes down how it was started.
 """
+import fcntl
 import os
 import pathlib
+import pty
 import re
 import shutil
 import stat
 import subprocess
 import sys
 import tempfile
+import termios
 import unittest
 
 import locales_of_others
@@ -38,6 +41,17 @@ def without_times(text):
     text = re.sub(r"^ *\d+ %  .*\n", "", text, flags=re.M)
     text = re.sub(r" in \d+\.\d s,", " in N s,", text)
     return re.sub(r"^20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z(,\d+\.\d\d){5}$", "ROW", text, flags=re.M)
+
+
+def owns_terminal():
+    fcntl.ioctl(0, termios.TIOCSCTTY, 0)
+
+
+def read_from(terminal):
+    try:
+        return os.read(terminal, 4096)
+    except OSError:  # nobody is at its other end any more
+        return b""
 
 
 class Road(unittest.TestCase):
@@ -133,6 +147,24 @@ class Road(unittest.TestCase):
         before = kept.read_bytes()
         self.assertEqual(self.run_it("--terminal", kept).returncode, 2)
         self.assertEqual(kept.read_bytes(), before)
+
+    def test_ctrl_c_ends_the_road_whatever_the_step_makes_of_it(self):
+        # A watch takes it for its end and is content. Comes it later on a slow machine, the next step has it.
+        own, terminal = pty.openpty()
+        self.addCleanup(os.close, own)
+        environment = {**self.environment, "TERM": "dumb"}
+        run = subprocess.Popen([self.clone / "run", "--terminal"], env=environment, cwd=self.folder, stdin=terminal,
+                               stdout=terminal, stderr=terminal, start_new_session=True, preexec_fn=owns_terminal)
+        os.close(terminal)
+        told, is_pressed = b"", False
+        while chunk := read_from(own):
+            told += chunk
+            if b"time,block" in told and not is_pressed:
+                os.write(own, b"\x03")
+                is_pressed = True
+        self.assertEqual(run.wait(LONGEST), 130)
+        self.assertTrue(told.endswith(b"run: ended by Ctrl+C\r\n"), told[-200:])
+        self.all_is_taken_down()
 
     def test_the_editor_is_started_on_the_sample_and_the_port(self):
         run = self.run_it(DISPLAY=":99")
