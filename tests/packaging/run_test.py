@@ -32,6 +32,7 @@ EDITOR = """#!/bin/bash
 printf '%s\\n' "$@" >arguments
 env -0 >environment
 until grep -q "^COM9=/" "$QRV_SETTINGS"; do sleep 0.1; done
+[ -z "$ABORTS" ] || kill -ABRT $$
 exit 7
 """
 
@@ -173,6 +174,12 @@ class Road(unittest.TestCase):
         self.assertEqual((self.place / "arguments").read_text(), f"{sample}\n")
         self.assertIn("CommPort=9\n", (self.place / "settings.ini").read_text())
         self.assertTrue(sample.is_file())
+        self.all_is_taken_down()
+
+    def test_where_the_display_is_not_reached_the_terminal_is_offered(self):
+        run = self.run_it(DISPLAY=":99", ABORTS="1")
+        self.assertEqual(run.returncode, 134)
+        self.assertIn("run: is there a display at :99? ./run --terminal needs none\n", run.stderr)
         self.all_is_taken_down()
 
     def editors_environment(self):
