@@ -12,6 +12,7 @@
 #include "Terminal.h"
 #include "platform/CodePage.h"
 #include "platform/Files.h"
+#include "platform/RunTimeError.h"
 #include "store/Backups.h"
 #include "tools/ConfigurationSummary.h"
 #include "tools/ContentNotes.h"
@@ -26,10 +27,20 @@ using Json = nlohmann::ordered_json;
 constexpr std::size_t kMostTextBytes = std::size_t{64} * 1024 * 1024;
 constexpr const char* kStandardInput = "-";
 
+void make(Terminal& terminal, const std::string& path, const ConfigurationContent& content, Overwrite overwrite) {
+    try {
+        makeConfigurationFile(path, content, overwrite);
+    } catch (const RunTimeError& error) {
+        // Somebody was quicker.
+        if (error.number() == ErrorNumber::FileAlreadyExists) refuseToOverwrite(path);
+        throw;
+    }
+    terminal.say(path + " made.");
+}
+
 void makeNew(Terminal& terminal, const std::string& path, Overwrite overwrite) {
     checkOutput(path, overwrite);
-    makeConfigurationFile(path, contentOfNewFile());
-    terminal.say(path + " made.");
+    make(terminal, path, contentOfNewFile(), overwrite);
 }
 
 // --- info ---
@@ -165,8 +176,7 @@ void load(Terminal& terminal, const std::string& textPath, const std::string& pa
     const TextFormResult result =
         readTextForm(readText(textPath), textPath == kStandardInput ? "standard input" : textPath);
     if (!result.content) throw CommandFailure(ExitCode::File, result.refusal);
-    makeConfigurationFile(path, *result.content);
-    terminal.say(path + " made.");
+    make(terminal, path, *result.content, overwrite);
 }
 
 }  // namespace

@@ -94,9 +94,11 @@ void checkOutput(const std::string& path, Overwrite overwrite) {
     if (std::filesystem::is_directory(path, ignored)) {
         throw CommandFailure(ExitCode::File, path + " is a folder.");
     }
-    if (overwrite == Overwrite::Refuse) {
-        throw CommandFailure(ExitCode::Refused, path + " exists already; --force overwrites it.");
-    }
+    if (overwrite == Overwrite::Refuse) refuseToOverwrite(path);
+}
+
+void refuseToOverwrite(const std::string& path) {
+    throw CommandFailure(ExitCode::Refused, path + " exists already; --force overwrites it.");
 }
 
 }  // namespace qrv

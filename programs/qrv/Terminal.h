@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/Files.h"
+
 namespace qrv {
 
 /// How the program ends. Scripts rely on the numbers: never renumber.
@@ -36,8 +38,6 @@ class CommandFailure : public std::runtime_error {
  private:
     ExitCode code_;
 };
-
-enum class Overwrite { Refuse, Allow };
 
 class Terminal {
  public:
@@ -90,5 +90,7 @@ class Terminal {
 
 /// Ends the command unless `path` is free or may be overwritten.
 void checkOutput(const std::string& path, Overwrite overwrite);
+/// Ends the command for want of --force.
+[[noreturn]] void refuseToOverwrite(const std::string& path);
 
 }  // namespace qrv

@@ -83,6 +83,16 @@ mode_t modeOfNewFile(mode_t sourceMode) {
     return (sourceMode & S_IWUSR) != 0 ? usual : usual & ~kWriteBits;
 }
 
+mode_t modeOf(NewFile newFile, mode_t sourceMode) {
+    return newFile == NewFile::Private ? kPrivate : modeOfNewFile(sourceMode);
+}
+
+/// Begins the replacement and gives it these bytes.
+FileResult writeInto(Replacement& replacement, std::string_view bytes) {
+    if (FileResult fault = replacement.begin()) return fault;
+    return replacement.write(bytes);
+}
+
 mode_t modeOfCopy(Permissions permissions, mode_t sourceMode, const std::optional<mode_t>& targetMode) {
     switch (permissions) {
         case Permissions::OfSource: return sourceMode;
@@ -107,19 +117,23 @@ FileResult copyFile(const std::string& from, const std::string& to, Permissions 
     return replacement.commit(modeOfCopy(permissions, sourceMode, replacement.targetMode()), durability);
 }
 
-FileResult copyToNewFile(const std::string& from, const std::string& to) {
+FileResult copyToNewFile(const std::string& from, const std::string& to, NewFile newFile) {
     Replacement replacement(to);
     mode_t sourceMode = 0;
     if (FileResult fault = copyInto(replacement, from, sourceMode)) return fault;
-    return replacement.commitAsNew(modeOfNewFile(sourceMode));
+    return replacement.commitAsNew(modeOf(newFile, sourceMode));
 }
 
 FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes, NewFile newFile) {
     Replacement replacement(path);
-    if (FileResult fault = replacement.begin()) return fault;
-    if (FileResult fault = replacement.write(bytes)) return fault;
-    const mode_t modeOfNew = newFile == NewFile::Private ? kPrivate : modeOfNewFile(kPrivate);
-    return replacement.commit(replacement.targetMode().value_or(modeOfNew), Durability::Flushed);
+    if (FileResult fault = writeInto(replacement, bytes)) return fault;
+    return replacement.commit(replacement.targetMode().value_or(modeOf(newFile, kPrivate)), Durability::Flushed);
+}
+
+FileResult writeNewFile(const std::string& path, std::string_view bytes, NewFile newFile) {
+    Replacement replacement(path);
+    if (FileResult fault = writeInto(replacement, bytes)) return fault;
+    return replacement.commitAsNew(modeOf(newFile, kPrivate));
 }
 
 FileResult makeEmptyOwnFile(const std::string& path) {

@@ -22,6 +22,9 @@ using FileResult = std::optional<FileFault>;
 
 // --- whole files ---
 
+/// Whether what is at a path already may be written over.
+enum class Overwrite { Refuse, Allow };
+
 /// Whose permission bits a copy gets.
 enum class Permissions {
     OfSource,   ///< the source's, on a target that was there as well: a copy keeps the read-only bit
@@ -37,13 +40,18 @@ enum class Durability { Flushed, Unflushed };
 /// place.
 [[nodiscard]] FileResult copyFile(const std::string& from, const std::string& to, Permissions permissions,
                                   Durability durability = Durability::Flushed);
-/// The same, but fails where there is anything at `to`, even if it came at the last moment; what is there stays.
-[[nodiscard]] FileResult copyToNewFile(const std::string& from, const std::string& to);
 /// Who may read a file that was not there before: its user alone, or whom the user's files are usually open to.
 enum class NewFile { Private, Usual };
-/// The same with bytes at hand. A target that is there keeps its permission bits.
+/// The same, but fails with EEXIST where there is anything at `to`, even if it came at the last moment; what is there
+/// stays.
+[[nodiscard]] FileResult copyToNewFile(const std::string& from, const std::string& to,
+                                       NewFile newFile = NewFile::Usual);
+/// Like copyFile with bytes at hand. A target that is there keeps its permission bits.
 [[nodiscard]] FileResult writeWholeAtOnce(const std::string& path, std::string_view bytes,
                                           NewFile newFile = NewFile::Private);
+/// Like copyToNewFile with bytes at hand.
+[[nodiscard]] FileResult writeNewFile(const std::string& path, std::string_view bytes,
+                                      NewFile newFile = NewFile::Private);
 
 /// Makes an empty plain file of the user's own, or empties the one that is there. A link, or a file that is another
 /// user's or has a second name, is a fault and stays as it is: in a folder that is open to all it may be a trap.

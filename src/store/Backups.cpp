@@ -1,6 +1,7 @@
 #include "store/Backups.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -17,16 +18,12 @@ namespace fs = std::filesystem;
 constexpr const char* kNoteSuffix = ".from";  // beside each copy: the path of the file that it could not be saved to
 constexpr int kMostTries = 1000;
 
-std::string freeName(const fs::path& folder, const std::string& original, std::chrono::system_clock::time_point now) {
-    const fs::path name(original);
+/// The n-th name, from 1, for a copy of `original` that is made now.
+std::string nameOfCopy(const fs::path& original, std::chrono::system_clock::time_point now, int n) {
     // A copy's name never begins like that of an unfinished one.
-    const std::string ownStem = name.stem().string();
-    const std::string stem = (ownStem.starts_with('.') ? "_" : "") + ownStem + " " + utcText(now, "%Y-%m-%d %H-%M-%S");
-    std::string tried = (folder / (stem + name.extension().string())).string();
-    for (int i = 2; exists(tried) && i < kMostTries; ++i) {
-        tried = (folder / (stem + " (" + std::to_string(i) + ")" + name.extension().string())).string();
-    }
-    return tried;
+    const std::string stem = original.stem().string();
+    return (stem.starts_with('.') ? "_" : "") + stem + " " + utcText(now, "%Y-%m-%d %H-%M-%S") +
+           (n > 1 ? " (" + std::to_string(n) + ")" : "") + original.extension().string();
 }
 
 /// A note stands beside a copy and has none of its own; a copy may be of a file that is named like a note.
@@ -57,11 +54,20 @@ std::string keepBackup(const std::string& folder, const std::string& workFile, c
     fs::create_directories(folder, failed);
     if (failed) return {};
     fs::permissions(folder, fs::perms::owner_all, failed);
-    const std::string copy = freeName(folder, original, std::chrono::system_clock::now());
-    if (copyFile(workFile, copy, Permissions::OwnerOnly)) return {};
-    // Without its note the copy is still whole, and listed.
-    static_cast<void>(writeWholeAtOnce(copy + kNoteSuffix, original));
-    return copy;
+    const auto now = std::chrono::system_clock::now();
+    for (int n = 1; n <= kMostTries; ++n) {
+        const std::string copy = (fs::path(folder) / nameOfCopy(original, now, n)).string();
+        // Its note's name may be another copy's.
+        if (exists(copy) || exists(copy + kNoteSuffix)) continue;
+        // Another program may take the name meanwhile: whoever comes second takes the next one.
+        const FileResult fault = copyToNewFile(workFile, copy, NewFile::Private);
+        if (fault && fault->code == EEXIST) continue;
+        if (fault) return {};
+        // Without its note the copy is still whole, and listed.
+        static_cast<void>(writeNewFile(copy + kNoteSuffix, original));
+        return copy;
+    }
+    return {};
 }
 
 std::vector<Backup> backupsIn(const std::string& folder) {

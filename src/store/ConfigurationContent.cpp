@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cerrno>
 #include <utility>
 
 #include "platform/Files.h"
@@ -62,7 +63,7 @@ ConfigurationContent contentOfWorkFile(const std::string& path) {
     return content;
 }
 
-void makeConfigurationFile(const std::string& path, const ConfigurationContent& content) {
+void makeConfigurationFile(const std::string& path, const ConfigurationContent& content, Overwrite overwrite) {
     Sqlite file(path, Sqlite::Mode::Memory);
     file.execute("PRAGMA application_id = " + std::to_string(kConfigurationApplicationId) +
                  "; PRAGMA user_version = " + std::to_string(kConfigurationUserVersion));
@@ -70,7 +71,11 @@ void makeConfigurationFile(const std::string& path, const ConfigurationContent& 
     for (const Table& table : configurationTables()) addTable(file, table);
     for (const TableContent& table : content.tables) addRows(file, *table.table, table.rows);
     transaction.commit();
-    if (const FileResult fault = writeWholeAtOnce(path, file.bytes(), NewFile::Usual)) {
+    const bool replaces = overwrite == Overwrite::Allow;
+    const FileResult fault = replaces ? writeWholeAtOnce(path, file.bytes(), NewFile::Usual)
+                                      : writeNewFile(path, file.bytes(), NewFile::Usual);
+    if (fault && fault->code == EEXIST) throw RunTimeError(ErrorNumber::FileAlreadyExists, path + " exists already.");
+    if (fault) {
         throw RunTimeError(ErrorNumber::PathAccessError, path + " could not be made: " + fault->text + ".");
     }
 }

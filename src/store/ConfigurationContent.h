@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Files.h"
 #include "store/Recordset.h"
 #include "store/Schema.h"
 
@@ -31,8 +32,9 @@ struct ConfigurationContent {
 /// Reads a work file that db1 has opened, and so has brought up to date. A flag is 0 or -1.
 [[nodiscard]] ConfigurationContent contentOfWorkFile(const std::string& path);
 /// Makes a configuration with all tables and these rows, whole or not at all. Raises where the file can't be written or
-/// a table refuses a row.
-void makeConfigurationFile(const std::string& path, const ConfigurationContent& content);
+/// a table refuses a row; 58 where something is at `path`, even if it came at the last moment, and must stay.
+void makeConfigurationFile(const std::string& path, const ConfigurationContent& content,
+                           Overwrite overwrite = Overwrite::Allow);
 
 /// The values of the columns that tell the row from the others of its table.
 [[nodiscard]] std::vector<Value> keyOf(const Table& table, const TableRow& row);

@@ -251,6 +251,16 @@ TEST_F(WriteWhole, ReplacesAndKeepsTheMode) {
     EXPECT_EQ(content(folder.file("locked")), "old");
 }
 
+TEST_F(WriteWhole, ToANewFileOverwritesNothing) {
+    EXPECT_FALSE(writeNewFile(folder.file("new"), "n"));
+    EXPECT_EQ(content(folder.file("new")), "n");
+    EXPECT_EQ(modeOf(folder.file("new")), 0600);
+    const std::string there = put("there", "old");
+    EXPECT_EQ(writeNewFile(there, "new")->code, EEXIST);
+    EXPECT_EQ(content(there), "old");
+    EXPECT_EQ(folder.names(), (Names{"new", "there"}));
+}
+
 TEST_F(WriteWhole, FailsWholeOnAFullDisk) {
     const std::string path = put("a", "old");
     FileResult fault;

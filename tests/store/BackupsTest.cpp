@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <barrier>
+#include <filesystem>
 #include <fstream>
+#include <thread>
+#include <vector>
 
 #include "platform/Files.h"
 #include "twins/TemporaryFolder.h"
@@ -40,6 +45,52 @@ TEST(Backups, OfTheSameFileGetNamesOfTheirOwn) {
     const std::string second = shelf.keep("/plant/a.qrv");
     EXPECT_NE(first, second);
     EXPECT_EQ(shelf.list().size(), 2U);
+}
+
+TEST(Backups, OfProgramsThatEndTogetherAreAllKept) {
+    constexpr int kPrograms = 8;
+    constexpr int kRounds = 5;
+    const Shelf shelf;
+    std::barrier together(kPrograms);
+    std::array<std::vector<std::string>, kPrograms> copies;
+    std::vector<std::thread> programs;
+    for (int n = 0; n < kPrograms; ++n) {
+        programs.emplace_back([&, n] {
+            const std::string work = shelf.folder.file("work of " + std::to_string(n));
+            Shelf::write(work, "the work of " + std::to_string(n));
+            for (int round = 0; round < kRounds; ++round) {
+                together.arrive_and_wait();
+                copies.at(n).push_back(keepBackup(shelf.kept, work, "/plant " + std::to_string(n) + "/plant.qrv"));
+            }
+        });
+    }
+    for (std::thread& program : programs) program.join();
+    for (int n = 0; n < kPrograms; ++n) {
+        for (const std::string& copy : copies.at(n)) {
+            EXPECT_EQ(readWhole(copy, 100).bytes, "the work of " + std::to_string(n)) << copy;
+            EXPECT_EQ(readWhole(copy + ".from", 100).bytes, "/plant " + std::to_string(n) + "/plant.qrv") << copy;
+        }
+    }
+    EXPECT_EQ(shelf.list().size(), 40U);
+}
+
+TEST(Backups, AreTheirUsersAlone) {
+    const Shelf shelf;
+    using std::filesystem::perms;
+    std::filesystem::permissions(shelf.work, perms::owner_read | perms::owner_write | perms::others_read);
+    const std::string copy = shelf.keep("/plant/a.qrv");
+    EXPECT_EQ(std::filesystem::status(copy).permissions(), perms::owner_read | perms::owner_write);
+    EXPECT_EQ(std::filesystem::status(copy + ".from").permissions(), perms::owner_read | perms::owner_write);
+}
+
+TEST(Backups, DoNotTakeTheNameOfAnothersNote) {
+    const Shelf shelf;
+    // A file without an ending, and one whose ending is that of a note.
+    const std::string first = shelf.keep("/plant/a");
+    const std::string second = shelf.keep("/plant/a.from");
+    const std::string third = shelf.keep("/plant/a");
+    for (const std::string& copy : {first, second, third}) EXPECT_EQ(readWhole(copy, 100).bytes, "the work") << copy;
+    EXPECT_EQ(shelf.list().size(), 3U);
 }
 
 TEST(Backups, AreListedWithoutTheirNoteToo) {

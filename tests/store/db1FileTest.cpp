@@ -5,6 +5,7 @@
 
 #include "OpenFileRig.h"
 #include "platform/Files.h"
+#include "store/ConfigurationContent.h"
 #include "store/Sqlite.h"
 #include "store/db1.h"
 #include "twins/TemporaryFolder.h"
@@ -15,6 +16,21 @@ using test::errorOf;
 using test::OpenFileRig;
 
 namespace {
+
+TEST(db1File, OneThatMustStayIsNotOverwrittenByANewOne) {
+    const TemporaryFolder folder;
+    const std::string there = folder.file("a.qrv");
+    ASSERT_FALSE(writeWholeAtOnce(there, "somebody else's"));
+    const auto make = [](const std::string& path) {
+        makeConfigurationFile(path, contentOfNewFile(), Overwrite::Refuse);
+    };
+    EXPECT_EQ(errorOf([&] { make(there); }), 58);
+    EXPECT_EQ(readWhole(there, 100).bytes, "somebody else's");
+    make(folder.file("b.qrv"));
+    makeConfigurationFile(there, contentOfNewFile());
+    EXPECT_EQ(readWhole(there, 1 << 24).bytes, readWhole(folder.file("b.qrv"), 1 << 24).bytes);
+    EXPECT_EQ(folder.names(), (std::vector<std::string>{"a.qrv", "b.qrv"}));
+}
 
 TEST(db1, TheFileItselfRefusesWhatAColumnRefuses) {
     OpenFileRig rig;
