@@ -5,6 +5,27 @@
 
 namespace qrv {
 
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Takes the step "..". What a link leads out of is the folder that it points at; out of what is no folder the system
+/// finds no way, and the step stays to be refused.
+void leaveFolder(fs::path& folder) {
+    std::error_code fault;
+    if (fs::is_symlink(fs::symlink_status(folder, fault))) {
+        const fs::path meant = fs::canonical(folder, fault);
+        if (!fault) folder = meant;
+    }
+    if (fs::is_directory(fs::symlink_status(folder, fault))) {
+        folder = folder.parent_path();
+    } else {
+        folder /= "..";
+    }
+}
+
+}  // namespace
+
 std::size_t lastSeparator(std::string_view path) { return path.find_last_of("/\\"); }
 
 std::string folderOf(std::string_view path) {
@@ -42,8 +63,17 @@ std::string joinedPath(std::string_view folder, std::string_view name) {
 std::string absolutePath(const std::string& path) {
     if (path.empty()) return {};
     std::error_code fault;
-    const std::filesystem::path absolute = std::filesystem::absolute(path, fault);
-    return fault ? path : absolute.lexically_normal().string();
+    const fs::path absolute = fs::absolute(path, fault);
+    if (fault) return path;
+    fs::path plain;
+    for (const fs::path& part : absolute) {
+        if (part == "..") {
+            leaveFolder(plain);
+        } else if (part != ".") {
+            plain /= part;
+        }
+    }
+    return plain.string();
 }
 
 }  // namespace qrv

@@ -18,7 +18,9 @@ namespace qrv {
 /// The same path without folder marks at its end; "/" stays.
 [[nodiscard]] std::string withoutEndSeparator(std::string_view path);
 [[nodiscard]] std::string joinedPath(std::string_view folder, std::string_view name);
-/// Counted from the present folder where it isn't absolute; "" stays "". Asks nothing of the file.
+/// Counted from the present folder where it isn't absolute, without "." and, where the system can tell what that
+/// leaves, without ".."; "" stays "". Names the file that the system finds under `path`, and the same one when it isn't
+/// there yet. The names of links stay as they are.
 [[nodiscard]] std::string absolutePath(const std::string& path);
 
 }  // namespace qrv
