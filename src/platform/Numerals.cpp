@@ -199,6 +199,12 @@ std::uint8_t toByte(double value) { return roundedTo<std::uint8_t>(value); }
 std::int16_t toInt16(double value) { return roundedTo<std::int16_t>(value); }
 std::int32_t toInt32(double value) { return roundedTo<std::int32_t>(value); }
 
+float toSingle(double value) {
+    const bool fits = std::abs(value) <= static_cast<double>(std::numeric_limits<float>::max());
+    if (!fits) raiseOverflow();
+    return static_cast<float>(value);
+}
+
 std::int16_t int16From(std::string_view text) { return toInt16(numberFrom(text)); }
 std::int32_t int32From(std::string_view text) { return toInt32(numberFrom(text)); }
 

@@ -30,6 +30,9 @@ namespace qrv {
 [[nodiscard]] std::int16_t toInt16(double value);
 [[nodiscard]] std::int32_t toInt32(double value);
 
+/// To the nearest 32-bit float; what is none, as no number and the infinite, raises.
+[[nodiscard]] float toSingle(double value);
+
 template <std::integral To, std::integral From>
 [[nodiscard]] To checkedTo(From value) {
     if (!std::in_range<To>(value)) raiseOverflow();

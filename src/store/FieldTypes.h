@@ -1,5 +1,5 @@
 // How a field crosses the face of db1: the type that a caller sees, what a null gives, what a store rounds or refuses.
-// db1's table of accessors names one of these for each field.
+// db1's table of accessors names one of these for each field. kTakesNull: its getter gives something for a null.
 #pragma once
 
 #include <cstdint>
@@ -27,6 +27,7 @@ T orElse(const Recordset& rows, std::size_t column, T fallback) {
 
 /// 16 bits, signed. Setters take a wider number, and the column refuses what doesn't fit.
 struct Int16 {
+    static constexpr bool kTakesNull = false;
     using Got = std::int16_t;
     using Given = std::int32_t;
     static Got get(const Recordset& rows, std::size_t column) {
@@ -36,12 +37,14 @@ struct Int16 {
 };
 
 struct Int16OrZero : Int16 {
+    static constexpr bool kTakesNull = true;
     static Got get(const Recordset& rows, std::size_t column) {
         return static_cast<std::int16_t>(orElse<std::int32_t>(rows, column, 0));
     }
 };
 
 struct Int32 {
+    static constexpr bool kTakesNull = false;
     using Got = std::int32_t;
     using Given = std::int64_t;
     static Got get(const Recordset& rows, std::size_t column) { return required<std::int32_t>(rows, column); }
@@ -50,6 +53,7 @@ struct Int32 {
 
 /// 8 bits, without sign.
 struct Byte {
+    static constexpr bool kTakesNull = false;
     using Got = std::uint8_t;
     using Given = std::int32_t;
     static Got get(const Recordset& rows, std::size_t column) {
@@ -59,6 +63,7 @@ struct Byte {
 };
 
 struct ByteOrZero : Byte {
+    static constexpr bool kTakesNull = true;
     static Got get(const Recordset& rows, std::size_t column) {
         return static_cast<std::uint8_t>(orElse<std::int32_t>(rows, column, 0));
     }
@@ -66,31 +71,36 @@ struct ByteOrZero : Byte {
 
 /// True is -1 in the file; any number but 0 reads as true.
 struct Flag {
+    static constexpr bool kTakesNull = false;
     using Got = bool;
     using Given = bool;
     static Got get(const Recordset& rows, std::size_t column) { return required<std::int32_t>(rows, column) != 0; }
     static Value stored(Given value) { return value ? -1 : 0; }
 };
 
+/// 32 bits. Setters take a wider number, and raise where it doesn't fit.
 struct Float {
+    static constexpr bool kTakesNull = false;
     using Got = float;
-    using Given = float;
+    using Given = double;
     static Got get(const Recordset& rows, std::size_t column) { return required<float>(rows, column); }
-    static Value stored(Given value) { return value; }
+    static Value stored(Given value) { return toSingle(value); }
 };
 
 /// A float at the face over a column of whole numbers, which rounds halves to even.
 struct FloatOverInteger {
+    static constexpr bool kTakesNull = false;
     using Got = float;
-    using Given = float;
+    using Given = double;
     static Got get(const Recordset& rows, std::size_t column) {
         return static_cast<float>(required<std::int32_t>(rows, column));
     }
-    static Value stored(Given value) { return std::int32_t{toInt16(static_cast<double>(value))}; }
+    static Value stored(Given value) { return std::int32_t{toInt16(double{toSingle(value)})}; }
 };
 
 /// A number or null, in both directions.
 struct Variant {
+    static constexpr bool kTakesNull = true;
     using Got = std::optional<std::int32_t>;
     using Given = std::optional<std::int32_t>;
     static Got get(const Recordset& rows, std::size_t column) {
@@ -102,6 +112,7 @@ struct Variant {
 
 /// Code page 1252, one byte a character.
 struct Text {
+    static constexpr bool kTakesNull = false;
     using Got = std::string;
     using Given = std::string;
     static Got get(const Recordset& rows, std::size_t column) { return required<std::string>(rows, column); }
@@ -109,11 +120,13 @@ struct Text {
 };
 
 struct TextOrEmpty : Text {
+    static constexpr bool kTakesNull = true;
     static Got get(const Recordset& rows, std::size_t column) { return orElse<std::string>(rows, column, {}); }
 };
 
 /// A read that fails, whatever the reason, gives "": a title is shown, never relied on.
 struct TextIgnoringErrors : Text {
+    static constexpr bool kTakesNull = true;
     static Got get(const Recordset& rows, std::size_t column) {
         std::string text;
         ignoringErrors([&] { text = required<std::string>(rows, column); });

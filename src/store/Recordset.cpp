@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -70,12 +71,12 @@ Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 void Recordset::load(Sqlite& file) {
     RowReader reader(*table_, file);
     while (reader.next()) {
-        Row& row = keep({reader.rowId(), reader.takeValues()});
-        stored_.push_back({0, row.id, &row});
+        Row& row = keep(reader.rowId(), reader.takeValues());
+        stored_.push_back({0, row.added, &row});
         for (std::size_t i = 0; i < orders_.size(); ++i) {
             const auto key = keyOf(table_->indexes[i], row.values);
             if (!key) refuseRow(file, *table_, row.id, "has a name too long for its key");
-            orders_[i].push_back({*key, row.id, &row});
+            orders_[i].push_back({*key, row.added, &row});
         }
     }
     for (std::size_t i = 0; i < orders_.size(); ++i) {
@@ -84,12 +85,14 @@ void Recordset::load(Sqlite& file) {
         const auto repeated = std::adjacent_find(order.begin(), order.end(),
                                                  [](const Entry& a, const Entry& b) { return a.key == b.key; });
         if (table_->indexes[i].unique && repeated != order.end()) {
-            refuseRow(file, *table_, std::next(repeated)->id, "repeats a key");
+            refuseRow(file, *table_, std::next(repeated)->row->id, "repeats a key");
         }
     }
 }
 
-Recordset::Row& Recordset::keep(Row row) {
+Recordset::Row& Recordset::keep(std::int64_t id, Values values) {
+    // The file gives the number of a last row that was deleted again; a walk that stands there is to find the new row.
+    Row row{id, ++lastAdded_, std::move(values)};
     if (unused_.empty()) return rows_.emplace_back(std::move(row));
     Row& place = *unused_.back();
     unused_.pop_back();
@@ -100,7 +103,7 @@ Recordset::Row& Recordset::keep(Row row) {
 Recordset::Entry Recordset::entryOf(const Index& index, Row& row) const {
     const auto key = keyOf(index, row.values);
     if (!key) throw RunTimeError(ErrorNumber::FieldTooSmall);
-    return {*key, row.id, &row};
+    return {*key, row.added, &row};
 }
 
 // Absent: a name is longer than a key can hold.
@@ -163,7 +166,7 @@ void Recordset::moveFirst() {
 }
 
 Recordset::Entry Recordset::placeOfCurrent() const {
-    if (index_ < 0) return {0, current_->id, current_};
+    if (index_ < 0) return {0, current_->added, current_};
     return entryOf(table_->indexes[static_cast<std::size_t>(index_)], *current_);
 }
 
@@ -237,7 +240,7 @@ void Recordset::checkColumns(const Values& row) const {
     for (std::size_t i = 0; i < table_->columns.size(); ++i) {
         const Column& column = table_->columns[i];
         const auto* text = std::get_if<std::string>(&row[i]);
-        if (text != nullptr && text->empty() && !column.emptyAllowed) {
+        if (text != nullptr && countsAsEmpty(*text) && !column.emptyAllowed) {
             throw RunTimeError(ErrorNumber::ZeroLengthString,
                                "Field '" + std::string(column.name) + "' can't hold an empty text.");
         }
@@ -291,9 +294,8 @@ void Recordset::writeAddition() {
     checkColumns(buffer_);
     checkKeys(buffer_, nullptr);
     const std::int64_t id = writer_->insert(buffer_);
-    Row& row = keep({id, std::move(buffer_)});
-    const Entry entry{0, row.id, &row};
-    stored_.insert(std::upper_bound(stored_.begin(), stored_.end(), entry), entry);
+    Row& row = keep(id, std::move(buffer_));
+    stored_.push_back({0, row.added, &row});
     enterInOrders(row);
 }
 
@@ -304,7 +306,7 @@ void Recordset::deleteRow() {
     writer_->remove(current_->id);
     deleted_ = placeOfCurrent();
     leaveOrders(*current_);
-    stored_.erase(std::lower_bound(stored_.begin(), stored_.end(), Entry{0, current_->id, nullptr}));
+    stored_.erase(std::lower_bound(stored_.begin(), stored_.end(), Entry{0, current_->added, nullptr}));
     *current_ = {};
     unused_.push_back(current_);
     current_ = nullptr;
@@ -320,6 +322,9 @@ void Recordset::setValue(std::size_t column, Value value) {
         const NumberRange range = rangeOf(definition.type);
         if (*number < range.least || *number > range.greatest) throw RunTimeError(ErrorNumber::Overflow);
     }
+    // The file has no place for such, and would not open again.
+    const auto* real = std::get_if<float>(&value);
+    if (real != nullptr && !std::isfinite(*real)) throw RunTimeError(ErrorNumber::Overflow);
     const auto* text = std::get_if<std::string>(&value);
     if (text != nullptr && definition.size > 0 && text->size() > static_cast<std::size_t>(definition.size)) {
         throw RunTimeError(ErrorNumber::FieldTooSmall);

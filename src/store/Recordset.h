@@ -82,20 +82,24 @@ class Recordset {
         if (state_ != State::OnRow) raiseNoRow();
         return current_->values[column];
     }
-    /// Raises 3020 outside an edit; 6 where the number doesn't fit the column, 3163 where the text is too long.
+    /// Raises 3020 outside an edit; 6 where the number doesn't fit the column or is no number, 3163 where the text is
+    /// too long.
     void setValue(std::size_t column, Value value);
 
  private:
     struct Row {
-        std::int64_t id = 0;  ///< the file's row number: stored order
+        std::int64_t id = 0;     ///< the file's row number, which the file may give again after a deletion
+        std::int64_t added = 0;  ///< its place in the order of adding, never given again
         Values values;
     };
     /// A row in an order: sorted by key, rows of one key as they were added.
     struct Entry {
         std::uint64_t key;
-        std::int64_t id;
+        std::int64_t added;
         Row* row;
-        friend bool operator<(const Entry& a, const Entry& b) { return a.key != b.key ? a.key < b.key : a.id < b.id; }
+        friend bool operator<(const Entry& a, const Entry& b) {
+            return a.key != b.key ? a.key < b.key : a.added < b.added;
+        }
     };
     using Order = std::vector<Entry>;
     enum class State { OnRow, AtEnd, NoRow, Deleted };
@@ -118,7 +122,7 @@ class Recordset {
     void load(Sqlite& file);
     void checkColumns(const Values& row) const;
     void checkKeys(const Values& row, const Row* known) const;
-    Row& keep(Row row);
+    Row& keep(std::int64_t id, Values values);
     void enterInOrders(Row& row);
     void leaveOrders(Row& row);
     void writeEdit();
@@ -129,6 +133,7 @@ class Recordset {
     std::unique_ptr<TableWriter> writer_;  ///< absent on a read-only file
     std::deque<Row> rows_;                 ///< where rows live and never move
     std::vector<Row*> unused_;             ///< places in rows_ whose rows were deleted
+    std::int64_t lastAdded_ = 0;           ///< the greatest place in the order of adding that was ever given
     Order stored_;                         ///< all rows in the order in which they were added
     std::vector<Order> orders_;            ///< one for each index of the table
     int index_ = -1;                       ///< the current index; -1: stored order

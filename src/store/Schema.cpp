@@ -18,9 +18,11 @@ constexpr Column byte(std::string_view name) { return {.name = name, .type = Byt
 constexpr Column boolean(std::string_view name) { return {.name = name, .type = Boolean}; }
 constexpr Column single(std::string_view name) { return {.name = name, .type = Single}; }
 
-constexpr std::array kBlockList{integer("BlockNumber"), integer("FunctionNumber"), integer("Constants"),
-                                integer("TempRam"),     integer("VolRam"),         memo("Comment"),
-                                memo("VisioComment")};
+constexpr std::array kBlockList{
+    integer("BlockNumber"), Column{.name = "FunctionNumber", .type = Integer, .needed = true},
+    integer("Constants"),   integer("TempRam"),
+    integer("VolRam"),      memo("Comment"),
+    memo("VisioComment")};
 constexpr std::array kBlockListIndex{Index{.name = "BlockNumber", .parts = {"BlockNumber"}}};
 
 constexpr std::array kAlarmList{integer("BlockNumber"), text("Description"), text("Event0"), text("Event1"),
@@ -220,6 +222,10 @@ bool isKeyPart(const Table& table, std::string_view column) {
         }
     }
     return false;
+}
+
+bool mayBeNull(const Table& table, const Column& column) {
+    return table.nullAllowed && !column.needed && !isKeyPart(table, column.name);
 }
 
 std::string bracketed(std::string_view name) { return "[" + std::string(name) + "]"; }

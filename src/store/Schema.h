@@ -26,6 +26,7 @@ struct Column {
     ColumnType type = ColumnType::Integer;
     bool emptyAllowed = false;  ///< Text and Memo: may hold ""
     int size = 0;               ///< Text: most characters; 0 for no limit
+    bool needed = false;        ///< the table would take a null, and the file would not open
 };
 
 inline constexpr std::size_t kMostKeyParts = 3;
@@ -87,10 +88,14 @@ inline constexpr std::int32_t kCatalogueUserVersion = 1;
 [[nodiscard]] std::string createTableSql(const Table& table);
 /// True for a column that stands in one of the table's indexes.
 [[nodiscard]] bool isKeyPart(const Table& table, std::string_view column);
+/// False: a file with a null in this column doesn't open.
+[[nodiscard]] bool mayBeNull(const Table& table, const Column& column);
 /// The CREATE INDEX statement of one index.
 [[nodiscard]] std::string createIndexSql(const Table& table, const Index& index);
 /// One column as it stands in CREATE TABLE. @param isRequired  refuses null
 [[nodiscard]] std::string columnSql(const Column& column, bool isRequired);
+/// True for a text that a column counts as empty: the file measures a text to its first character of code 0.
+[[nodiscard]] constexpr bool countsAsEmpty(std::string_view text) { return text.empty() || text.front() == '\0'; }
 /// A name in brackets, as SQL takes it.
 [[nodiscard]] std::string bracketed(std::string_view name);
 

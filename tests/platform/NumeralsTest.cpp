@@ -104,6 +104,14 @@ TEST(Numerals, NarrowsWhatFits) {
     EXPECT_EQ(int32From("-1e5"), -100000);
 }
 
+TEST(Numerals, NarrowsToASingleWhatIsOne) {
+    EXPECT_EQ(toSingle(0.1), 0.1F);
+    EXPECT_EQ(toSingle(-3.4028234663852886e38), -3.4028234663852886e38F);
+    for (const double bad : {3.4028235e38, -1e39, HUGE_VAL, -HUGE_VAL, std::nan("")}) {
+        EXPECT_THROW(static_cast<void>(toSingle(bad)), RunTimeError) << bad;
+    }
+}
+
 TEST(Numerals, RaisesWhereANumberDoesNotFit) {
     EXPECT_EQ(codeOf([] { return toInt16(32767.5); }), kOverflow);
     EXPECT_EQ(codeOf([] { return toInt16(-32768.51); }), kOverflow);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -225,6 +226,32 @@ TEST(Recordset, ALoopOfDeletionsEmptiesTheTable) {
 }
 
 // Long walks, with rows that come, go and change their key on the way, against a plain sorted list.
+TEST(Recordset, ARowAddedAfterTheLastOneWasDeletedIsTheNext) {
+    Rig rig({{1, 0, 10}, {2, 0, 20}});
+    Recordset rows = rig.cursor();
+    rows.moveNext();
+    rows.deleteRow();
+    add(rows, 3, 0, 30);
+    // The file gives it the number of the deleted row.
+    EXPECT_EQ(rig.file.integerOf("SELECT max(rowid) FROM [Constants]"), 2);
+    rows.moveNext();
+    ASSERT_FALSE(rows.isEof());
+    EXPECT_EQ(number(rows, kValue), 30);
+}
+
+TEST(Recordset, ARowAddedWithTheKeyOfADeletedOneIsTheNext) {
+    Rig rig({{1, 0, 10}, {2, 0, 20}});
+    Recordset rows = rig.indexedCursor();
+    seek(rows, 2, 0);
+    rows.deleteRow();
+    add(rows, 2, 0, 21);
+    rows.moveNext();
+    ASSERT_FALSE(rows.isEof());
+    EXPECT_EQ(number(rows, kValue), 21);
+    rows.moveNext();
+    EXPECT_TRUE(rows.isEof());
+}
+
 TEST(Recordset, ALongWalkSeesEveryChangeAtOnce) {
     constexpr std::int32_t kRows = 60;
     for (std::int32_t changeAt = 0; changeAt < kRows - 2; ++changeAt) {
@@ -297,6 +324,22 @@ TEST(Recordset, RefusesANumberBeyondItsColumn) {
     EXPECT_EQ(rig.inFile(), "-32768/0=2147483647");
 }
 
+TEST(Recordset, RefusesAFloatThatIsNoNumber) {
+    Rig rig({}, "Pens");
+    Recordset rows = rig.cursor();
+    constexpr std::size_t kScale1 = 6;
+    rows.addNew();
+    for (const float bad : {std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(),
+                            std::numeric_limits<float>::quiet_NaN()}) {
+        EXPECT_EQ(errorOf([&] { rows.setValue(kScale1, bad); }), 6);
+    }
+    rows.setValue(0, 1);
+    rows.setValue(1, 1);
+    rows.setValue(kScale1, -std::numeric_limits<float>::max());
+    rows.update();
+    EXPECT_EQ(rows.rowCount(), 1);
+}
+
 TEST(Recordset, AKeyIsNeverNull) {
     Rig rig;
     Recordset rows = rig.cursor();
@@ -313,7 +356,10 @@ TEST(Recordset, AnEmptyTextIsRefusedWhenItIsWritten) {
     rows.setValue(1, 0);
     rows.setValue(2, std::string());
     EXPECT_EQ(errorOf([&] { rows.update(); }), 3315);
-    rows.setValue(2, std::string(" "));
+    // The file measures a text to its first character of code 0.
+    rows.setValue(2, std::string("\0A", 2));
+    EXPECT_EQ(errorOf([&] { rows.update(); }), 3315);
+    rows.setValue(2, std::string("A\0", 2));
     rows.update();
     EXPECT_EQ(rows.rowCount(), 1);
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <string>
 #include <vector>
@@ -263,6 +264,24 @@ TEST(db1, AlarmsAreWalkedAsAddedUntilTheFirstSeek) {
     EXPECT_EQ(walk(), "30 10 20 ");
 }
 
+TEST(db1, AScaleBeyondASingleIsRefused) {
+    OpenFileRig rig;
+    rig.db.PenSeek(1, 1);
+    rig.db.PenEdit();
+    for (const double bad : {1e39, -3.41e38, HUGE_VAL, std::nan("")}) {
+        EXPECT_EQ(errorOf([&] { rig.db.PenScale1(bad); }), 6) << bad;
+        EXPECT_EQ(errorOf([&] { rig.db.PenScale12(bad); }), 6) << bad;
+    }
+    rig.db.PenScale1(3.4e38);
+    rig.db.PenUpdate();
+    rig.db.VersionEdit();
+    EXPECT_EQ(errorOf([&] { rig.db.VersionRevLevel(HUGE_VAL); }), 6);
+    rig.reopen();
+    rig.db.PenSeek(1, 1);
+    EXPECT_EQ(rig.db.PenScale1(), 3.4e38F);
+    EXPECT_EQ(rig.db.PenScale12(), 0.0F);
+}
+
 TEST(db1, AThresholdIsRoundedHalfToEvenByItsColumn) {
     OpenFileRig rig;
     rig.db.PenSeek(1, 1);
@@ -274,6 +293,8 @@ TEST(db1, AThresholdIsRoundedHalfToEvenByItsColumn) {
     }
     rig.db.PenEdit();
     EXPECT_EQ(errorOf([&] { rig.db.PenThreshold(32768.0F); }), 6);
+    EXPECT_EQ(errorOf([&] { rig.db.PenThreshold(1e39); }), 6);
+    EXPECT_EQ(errorOf([&] { rig.db.PenThreshold(std::nan("")); }), 6);
 }
 
 TEST(db1, FlagsAreMinusOneInTheFileAndAnyNumberReadsAsTrue) {
