@@ -9,6 +9,7 @@
 #include "store/Backups.h"
 #include "store/ConfigurationContent.h"
 #include "store/DefaultRows.h"
+#include "store/WorkCopy.h"
 
 namespace qrv {
 
@@ -23,9 +24,7 @@ std::string askForFile(Workbench& bench, FileDialogKind kind, const std::string&
 }
 
 /// The error as the user is to read it: of the file that was asked for, not of the copy that was being opened.
-RunTimeError aboutUsersFile(const RunTimeError& error, const std::string& workFile, const std::string& path,
-                            const FileResult& copied) {
-    if (copied) return {ErrorNumber::CouldNotOpenFile, path + " could not be opened: " + copied->text + "."};
+RunTimeError aboutUsersFile(const RunTimeError& error, const std::string& workFile, const std::string& path) {
     std::string description = error.description();
     const auto place = workFile.empty() ? std::string::npos : description.find(workFile);
     if (place != std::string::npos) description.replace(place, workFile.size(), path);
@@ -54,11 +53,14 @@ void openWorkCopy(Workbench& bench, const std::string& path, const FileResult& c
             throw RunTimeError(ErrorNumber::CouldNotOpenFile,
                                path + " could not be opened: no work file could be made in " + bench.places.work + ".");
         }
+        if (copied) {
+            throw RunTimeError(ErrorNumber::CouldNotOpenFile, path + " could not be opened: " + copied->text + ".");
+        }
         // The upgrade itself tests again; this early look decides nothing.
         static_cast<void>(bench.db.TestVisioComments(bench.WorkFileName));
         bench.db.open_existing_database(bench.WorkFileName);
     } catch (const RunTimeError& error) {
-        const RunTimeError told = aboutUsersFile(error, bench.WorkFileName, path, copied);
+        const RunTimeError told = aboutUsersFile(error, bench.WorkFileName, path);
         // Nothing of the user's stands in it.
         deleteWorkFile(bench.WorkFileName);
         throw told;
@@ -69,7 +71,7 @@ void openWorkCopy(Workbench& bench, const std::string& path, const FileResult& c
 bool isSaved(const Workbench& bench) {
     const std::string copy = makeTemporaryName(bench.places.work, kWorkFilePrefix, bench.WorkFileName);
     bool isEqual = false;
-    if (!copyFile(bench.CurrentFileName, copy, Permissions::OwnerOnly, Durability::Unflushed)) {
+    if (!copyToWorkFile(bench.CurrentFileName, copy)) {
         const auto rowsAreEqual = [](const TableContent& one, const TableContent& other) {
             return one.rows == other.rows;
         };
@@ -115,11 +117,11 @@ void LoadFnOfBlock(Workbench& bench) {
 
 void OpenConfiguration(Workbench& bench, const std::string& givenPath) {
     const std::string path = absolutePath(givenPath);
+    // Nothing of this file's is to be kept as the work on the one before.
+    bench.FileIsOpen = false;
     makeWorkCopyName(bench);
     FileResult copied;
-    if (!bench.WorkFileName.empty()) {
-        copied = copyFile(path, bench.WorkFileName, Permissions::OwnerOnly, Durability::Unflushed);
-    }
+    if (!bench.WorkFileName.empty()) copied = copyToWorkFile(path, bench.WorkFileName);
     openWorkCopy(bench, path, copied);
     // A window that can't be filled keeps no file from being opened.
     ignoringErrors([&bench] { bench.windows.loadBoardTexts(); });

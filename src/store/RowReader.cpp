@@ -53,9 +53,7 @@ void RowReader::refuseColumn(std::size_t column, const std::string& reason) cons
 
 Value RowReader::valueOf(std::size_t column) const {
     if (rows_.kind(static_cast<int>(column) + 1) == Statement::Kind::Null) {
-        if (!table_.nullAllowed || isKeyPart(table_, table_.columns[column].name)) {
-            refuseColumn(column, "must not be null");
-        }
+        if (!mayBeNull(table_, table_.columns[column])) refuseColumn(column, "must not be null");
         return std::monostate{};
     }
     switch (table_.columns[column].type) {
@@ -93,7 +91,7 @@ Value RowReader::textOf(std::size_t column) const {
     if (!isAscii && toUtf8(text) != utf8) {
         refuseColumn(column, "has a character that a controller can't show");
     }
-    if (text.empty() && !definition.emptyAllowed) refuseColumn(column, "must not be empty");
+    if (countsAsEmpty(text) && !definition.emptyAllowed) refuseColumn(column, "must not be empty");
     if (definition.size > 0 && text.size() > static_cast<std::size_t>(definition.size)) {
         refuseColumn(column, "is too long");
     }

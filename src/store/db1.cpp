@@ -9,6 +9,7 @@
 #include "store/ConfigurationFile.h"
 #include "store/DefaultRows.h"
 #include "store/Sqlite.h"
+#include "store/WorkCopy.h"
 
 namespace qrv {
 
@@ -32,23 +33,6 @@ void checkIntegrity(Sqlite& file) {
         throw RunTimeError(ErrorNumber::UnrecognizedFormat, file.path() + " is damaged: " + verdict + ".");
     }
 }
-
-/// Clears the read-only attribute of a file for as long as it lives.
-class WritableForNow {
- public:
-    explicit WritableForNow(const std::string& path) : path_(path), was_(isReadOnly(path)) {
-        if (was_) static_cast<void>(setReadOnly(path_, false));
-    }
-    ~WritableForNow() {
-        if (was_) static_cast<void>(setReadOnly(path_, true));
-    }
-    WritableForNow(const WritableForNow&) = delete;
-    WritableForNow& operator=(const WritableForNow&) = delete;
-
- private:
-    std::string path_;
-    bool was_;
-};
 
 }  // namespace
 

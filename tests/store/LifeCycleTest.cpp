@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -136,6 +137,121 @@ TEST(LifeCycle, ASymbolicLinkKeepsPointingAndTheModeIsKept) {
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(modeOf(file), 0664U);
     EXPECT_EQ(rig.titleIn(file), "through the link");
+}
+
+TEST(LifeCycle, APathLeadsWhereTheSystemIsLedByIt) {
+    Rig rig;
+    fs::create_directories(rig.path("real/deep"));
+    fs::create_directories(rig.path("desk"));
+    fs::create_directory_symlink(rig.path("real/deep"), rig.path("desk/link"));
+    const std::string meant = rig.configuration("real/x.qrv");
+    const std::string other = rig.configuration("desk/x.qrv");
+    const std::string untouched = readWhole(other, 1 << 24).bytes;
+    std::string recent;
+    rig.bench.windows.addRecentFile = [&](const std::string& path) { recent = path; };
+    ASSERT_TRUE(openByName(rig.bench, rig.path("desk/link/../x.qrv")));
+    const std::string real = fs::canonical(meant).string();
+    EXPECT_EQ(rig.bench.CurrentFileName, real);
+    EXPECT_EQ(rig.bench.TitleText, "QRV Edit - " + real);
+    EXPECT_EQ(recent, real);
+    rig.setTitle("the one that was meant");
+    CloseConfiguration(rig.bench, Answer::Yes);
+    EXPECT_EQ(rig.titleIn(meant), "the one that was meant");
+    EXPECT_EQ(readWhole(other, 1 << 24).bytes, untouched);
+}
+
+TEST(LifeCycle, ANewFileIsMadeWhereTheSystemIsLedByItsPath) {
+    Rig rig;
+    fs::create_directories(rig.path("real/deep"));
+    fs::create_directory_symlink(rig.path("real/deep"), rig.path("link"));
+    rig.dialogs.answer(rig.path("link/../new.qrv"));
+    ASSERT_TRUE(newFileDialog(rig.bench));
+    EXPECT_EQ(rig.bench.CurrentFileName, fs::canonical(rig.path("real/new.qrv")).string());
+    EXPECT_FALSE(exists(rig.path("new.qrv")));
+}
+
+TEST(LifeCycle, ABlockWithoutAFunctionIsRefusedInOneSentence) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    Sqlite(file, Sqlite::Mode::ReadWrite)
+        .execute("UPDATE [Block List] SET FunctionNumber = NULL WHERE BlockNumber = 5");
+    std::string said;
+    try {
+        OpenConfiguration(rig.bench, file);
+    } catch (const RunTimeError& error) {
+        said = error.description();
+    }
+    EXPECT_EQ(said, file + " is damaged: row 6 of table Block List has a FunctionNumber that must not be null.");
+    EXPECT_TRUE(rig.workFiles().empty());
+}
+
+/// As another tool that likes it better.
+void putIntoWriteAheadMode(const std::string& file) {
+    ASSERT_EQ(std::system(("sqlite3 '" + file + "' 'PRAGMA journal_mode = WAL' >/dev/null").c_str()), 0);
+    const std::string bytes = readWhole(file, 1 << 24).bytes;
+    ASSERT_EQ(bytes.substr(18, 2), "\x02\x02");
+}
+
+class WriteAheadFile : public testing::TestWithParam<mode_t> {};
+
+TEST_P(WriteAheadFile, OpensAndIsLeftAsItIs) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    ASSERT_NO_FATAL_FAILURE(putIntoWriteAheadMode(file));
+    ASSERT_EQ(chmod(file.c_str(), GetParam()), 0);
+    const std::string bytes = readWhole(file, 1 << 24).bytes;
+    const auto names = rig.folder.names();
+    OpenConfiguration(rig.bench, file);
+    EXPECT_EQ(rig.bench.FnOfBlock[3], 91);
+    EXPECT_EQ(rig.bench.IsReadOnlyFile, GetParam() == 0400);
+    EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
+    EXPECT_EQ(readWhole(file, 1 << 24).bytes, bytes);
+    EXPECT_EQ(modeOf(file), GetParam());
+    EXPECT_EQ(rig.folder.names(), names);
+    EXPECT_TRUE(rig.workFiles().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Attributes, WriteAheadFile, testing::Values(0600, 0400),
+                         [](const auto& row) { return row.param == 0400 ? "readOnly" : "writable"; });
+
+TEST(LifeCycle, AWriteAheadFileWhoseChangesStillWaitIsRefused) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    ASSERT_NO_FATAL_FAILURE(putIntoWriteAheadMode(file));
+    fs::create_symlink(file, rig.path("link.qrv"));
+    writeText(file + "-wal", "a log");
+    for (const std::string& path : {file, rig.path("link.qrv")}) {
+        std::string said;
+        try {
+            OpenConfiguration(rig.bench, path);
+        } catch (const RunTimeError& error) {
+            said = error.description();
+        }
+        EXPECT_EQ(said, path + " could not be opened: changes that another program made still wait in " +
+                            fs::canonical(file).string() + "-wal.");
+        EXPECT_TRUE(rig.workFiles().empty());
+    }
+    // An empty log holds nothing back.
+    writeText(file + "-wal", "");
+    OpenConfiguration(rig.bench, file);
+    EXPECT_TRUE(rig.bench.FileIsOpen);
+}
+
+TEST(LifeCycle, AFileThatIsBeingOpenedIsNoWorkOnTheOneBefore) {
+    Rig rig;
+    OpenConfiguration(rig.bench, rig.configuration("a.qrv"));
+    CloseConfiguration(rig.bench, Answer::No);
+    const std::string older = rig.configuration("b.qrv");
+    bool isReached = false;
+    rig.bench.windows.loadBoardTexts = [&] {
+        isReached = true;
+        // The machine goes down now.
+        rig.setTitle("an upgrade");
+        EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
+    };
+    OpenConfiguration(rig.bench, older);
+    EXPECT_TRUE(isReached);
+    EXPECT_TRUE(backupsIn(rig.bench.places.backups).empty());
 }
 
 TEST(LifeCycle, WhereNobodyCanBeAskedUnsavedWorkIsKept) {

@@ -242,6 +242,26 @@ TEST(MalformedFiles, EachColumnHoldingWhatItRefuses) {
     }
 }
 
+// Every column takes a null but a key, what tells a row of a list from the others, and a block's function.
+TEST(MalformedFiles, EachColumnHoldingANull) {
+    Opener opener;
+    const std::string whole = altered(smallConfiguration(),
+                                      "INSERT INTO [Block EGUs] VALUES (12, 0, 0, 1, 2, 1, 'PSI');"
+                                      "INSERT INTO [Menu Items] VALUES (1, 1, 'PUMPS', 1, 2, 12)");
+    ASSERT_TRUE(opener.opens(whole, "the whole file"));
+    for (const Table& table : configurationTables()) {
+        const std::string own = name(table.name);
+        for (const Column& column : table.columns) {
+            if (isKeyPart(table, column.name)) continue;
+            const bool isRefused =
+                column.name == "FunctionNumber" || (table.name == "Pager" && column.name == "Offset");
+            const std::string sql = "UPDATE " + own + " SET " + name(column.name) +
+                                    " = NULL WHERE rowid = (SELECT max(rowid) FROM " + own + ")";
+            EXPECT_EQ(opener.opens(altered(whole, sql), sql), !isRefused) << sql;
+        }
+    }
+}
+
 TEST(MalformedFiles, RepeatedRowsUnderTheirKeyAreRefused) {
     Opener opener;
     const std::string whole = smallConfiguration();
