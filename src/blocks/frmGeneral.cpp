@@ -45,7 +45,9 @@ frmGeneral::frmGeneral(Workbench& bench)
 
 void frmGeneral::loadBoardTexts() {
     showBoardTexts();
-    showTexts();
+    // A text that can't be read is shown as none, not as that of the file before, and keeps nothing from being loaded.
+    for (TextBox* box : {&txtTitle, &txtCfg, &Text1}) box->text.clear();
+    ignoringErrors([this] { showTexts(); });
     // A read-only file refuses the CPU's rows, and opens all the same.
     ignoringErrors([this] { ProcessCPU(); });
 }
@@ -54,7 +56,9 @@ void frmGeneral::showBoardTexts() {
     db1& db = bench_.db;
     db.SlotMoveFirst();
     for (int slot = 0; slot < kSlotCount; ++slot) {
-        const std::string stored = slot == 0 ? std::string(kCpuBoardText) : db.SlotDescription();
+        std::string stored(slot == 0 ? kCpuBoardText : kNoBoard);
+        // Nor is a board: what can't be read is none.
+        if (slot > 0) ignoringErrors([&] { stored = db.SlotDescription(); });
         boardTextOf(bench_, slot) = isBoard(stored) ? stored : "";
         fg.setText(slot, kBoard, stored.empty() ? std::string(kNoBoard) : stored);
         db.SlotMoveNext();

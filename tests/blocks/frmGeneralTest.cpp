@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "BlockRig.h"
+#include "store/Sqlite.h"
 
 namespace qrv {
 namespace {
@@ -251,6 +252,32 @@ TEST(frmGeneral, TheCloseOfTheFileStoresTheTextsToo) {
     EXPECT_EQ(rig.slotsInFile().at(1), "NONE");
     EXPECT_EQ(rig.bench.BoardText[1], "") << "an unused slot, however it is stored";
     EXPECT_TRUE(rig.fg.edit(1, 1, "AUTO MANUAL       610021"));
+}
+
+// Nulls are sound in these columns; other tools write them.
+TEST(frmGeneral, WhatCannotBeReadIsNotThatOfTheFileBefore) {
+    GeneralRig rig;
+    rig.setBoard(2, "RELAY OUTPUT     610027");
+    rig.setBoard(4, "HOA ROUT              610018");
+    rig.general.txtTitle.text = "PLANT A";
+    rig.general.txtTitle_Change();
+    CloseConfiguration(rig.bench, Answer::Yes);
+    const std::string other = rig.path("other.qrv");
+    rig.db().create_new_database(other);
+    Sqlite(other, Sqlite::Mode::ReadWrite)
+        .execute(
+            "UPDATE Slots SET Description = NULL WHERE Offset IN (1, 4);"
+            "UPDATE Slots SET Description = 'ANALOG INPUT      610014' WHERE Offset = 6;"
+            "UPDATE Comments SET Title = NULL");
+    OpenConfiguration(rig.bench, other);
+    EXPECT_EQ(rowOf(rig.fg, 0), (Texts{"0", "CPU BOARD - 610050"}));
+    for (int slot = 1; slot <= 5; ++slot) EXPECT_EQ(rowOf(rig.fg, slot), (Texts{std::to_string(slot), "NONE"}));
+    EXPECT_EQ(rowOf(rig.fg, 6), (Texts{"6", "ANALOG INPUT      610014"}));
+    for (int slot = 1; slot <= 5; ++slot) EXPECT_EQ(rig.bench.BoardText.at(static_cast<std::size_t>(slot)), "") << slot;
+    EXPECT_EQ(rig.general.txtTitle.text, "");
+    // The CPU has its blocks all the same.
+    EXPECT_EQ(rig.functions(600), (Values{2, 2, 125, 127, 127, 127, 127, 127, 127, 127, 127, 127, 127, 127, 127}));
+    EXPECT_EQ(rig.bench.FnOfBlock[602], 125);
 }
 
 TEST(frmGeneral, OnAReadOnlyFileDoneTellsTheEnginesRefusal) {
