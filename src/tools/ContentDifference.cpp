@@ -8,8 +8,6 @@ namespace qrv {
 
 namespace {
 
-bool isNull(const Value& value) { return std::holds_alternative<std::monostate>(value); }
-
 std::string shown(const Column& column, const Value& value) {
     return isNull(value) ? "nothing" : fieldText(column, value);
 }

@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::string_view kTrue = "true";
 constexpr std::string_view kFalse = "false";
+constexpr std::string_view kNull = "null";
 
 bool isText(const Column& column) { return column.type == ColumnType::Text || column.type == ColumnType::Memo; }
 
@@ -118,6 +119,7 @@ ParsedField parseText(const Column& column, std::string_view written) {
         text += *code;
     }
     if (text.empty() && !column.emptyAllowed) return refused("must not be empty");
+    if (countsAsEmpty(text) && !column.emptyAllowed) return refused(R"(must not begin with \x00)");
     if (column.size > 0 && text.size() > static_cast<std::size_t>(column.size)) {
         return refused("must have at most " + std::to_string(column.size) + " characters");
     }
@@ -132,7 +134,10 @@ std::string quotedText(std::string_view cp1252) {
     return text + '"';
 }
 
+bool isNull(const Value& value) { return std::holds_alternative<std::monostate>(value); }
+
 std::string fieldText(const Column& column, const Value& value) {
+    if (isNull(value)) return std::string(kNull);
     if (const auto* text = std::get_if<std::string>(&value)) return quotedText(*text);
     if (const auto* number = std::get_if<float>(&value)) return floatText(*number);
     const std::int32_t number = std::get<std::int32_t>(value);
@@ -154,6 +159,7 @@ std::string keyText(const Table& table, const std::vector<Value>& row) {
 }
 
 ParsedField parseField(const Column& column, std::string_view written) {
+    if (written == kNull) return {.value = {}, .refusal = {}};
     if (isText(column)) return parseText(column, written);
     if (column.type == ColumnType::Boolean) return parseFlag(written);
     return column.type == ColumnType::Single ? parseFloat(written) : parseInteger(column, written);

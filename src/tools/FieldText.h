@@ -10,7 +10,8 @@
 
 namespace qrv {
 
-/// @param value  not null
+[[nodiscard]] bool isNull(const Value& value);
+/// A null is the bare word "null".
 [[nodiscard]] std::string fieldText(const Column& column, const Value& value);
 /// "Name=value"
 [[nodiscard]] std::string namedFieldText(const Column& column, const Value& value);

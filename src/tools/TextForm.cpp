@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "store/DefaultRows.h"
+#include "store/NullFields.h"
 #include "tools/ContentNotes.h"
 #include "tools/FieldText.h"
 
@@ -23,7 +24,7 @@ struct Line {
 std::string rowLine(const Table& table, const TableRow& row, ContentNotes& notes) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
-        if (std::holds_alternative<std::monostate>(row[i])) continue;
+        if (isNull(row[i]) && isReadIfNull(table, table.columns[i])) continue;
         if (!line.empty()) line += ' ';
         line += namedFieldText(table.columns[i], row[i]);
     }

@@ -5,9 +5,10 @@
 //   [Constants]
 //   BlockNumber=4 Offset=0 ConstantValue=600  # input 1 PROCESS VARIABLE <- 600 AIN
 //
-// A section for each table, in the order of the schema; a row a line, sorted by key. Left out are nulls, and rows that
-// stand in every new file; a row of a new file that this one lacks is a line that begins with "-". What follows "#" is
-// for the reader alone. The same content gives the same bytes, whatever the history of the file. UTF-8.
+// A section for each table, in the order of the schema; a row a line, sorted by key. Left out are rows that stand in
+// every new file, and nulls; a null that the desktop could not read is written, `Field=null`, and never left out. A row
+// of a new file that this one lacks is a line that begins with "-". What follows "#" is for the reader alone. The same
+// content gives the same bytes, whatever the history of the file. UTF-8.
 #pragma once
 
 #include <optional>

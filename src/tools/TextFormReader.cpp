@@ -1,4 +1,4 @@
-#include <array>
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -6,6 +6,7 @@
 
 #include "platform/CodePage.h"
 #include "store/DefaultRows.h"
+#include "store/NullFields.h"
 #include "tools/FieldText.h"
 #include "tools/TextForm.h"
 
@@ -62,12 +63,12 @@ class Section {
     void addLine(std::string_view line) {
         const bool removes = line.front() == '-';
         if (removes) line.remove_prefix(1);
-        const TableRow row = parseRow(line);
+        const Fields fields = parseFields(line);
         if (removes) {
-            requireNothingElse(row);
-            remove(row);
+            requireNothingElse(fields);
+            remove(rowOf(fields));
         } else {
-            add(row);
+            add(fields);
         }
     }
 
@@ -84,9 +85,11 @@ class Section {
     }
 
  private:
-    [[nodiscard]] TableRow parseRow(std::string_view rest) const {
-        TableRow row(table_.columns.size());
-        std::set<int> given;
+    /// The fields that a line gives, by their columns.
+    using Fields = std::map<std::size_t, Value>;
+
+    [[nodiscard]] Fields parseFields(std::string_view rest) const {
+        Fields fields;
         for (skipBlanks(rest); !rest.empty() && rest.front() != '#'; skipBlanks(rest)) {
             const std::size_t equals = rest.find('=');
             if (equals == std::string_view::npos) refuse("\"" + std::string(rest) + "\" is no Field=value");
@@ -94,16 +97,25 @@ class Section {
             rest.remove_prefix(1);
             const int column = table_.columnIndex(name);
             if (column < 0) refuse("Table " + std::string(table_.name) + " has no field \"" + name + "\"");
-            if (!given.insert(column).second) refuse(name + " stands twice");
-            row[static_cast<std::size_t>(column)] = parseValue(table_.columns[static_cast<std::size_t>(column)], rest);
+            const auto place = static_cast<std::size_t>(column);
+            if (fields.contains(place)) refuse(name + " stands twice");
+            fields.emplace(place, parseValue(table_.columns[place], rest));
         }
-        if (given.empty()) refuse("There is no field");
-        requireKey(row);
+        if (fields.empty()) refuse("There is no field");
+        for (const std::size_t column : identityOf(table_)) require(fields, column);
+        return fields;
+    }
+
+    /// What a line doesn't give is null.
+    [[nodiscard]] TableRow rowOf(const Fields& fields) const {
+        TableRow row(table_.columns.size());
+        for (const auto& [column, value] : fields) row[column] = value;
         return row;
     }
 
-    [[nodiscard]] static Value parseValue(const Column& column, std::string_view& rest) {
+    [[nodiscard]] Value parseValue(const Column& column, std::string_view& rest) const {
         ParsedField field = parseField(column, takeWritten(rest));
+        if (field.refusal.empty() && isNull(field.value) && !mayBeNull(column)) field.refusal = "must not be null";
         if (!field.refusal.empty()) refuse(std::string(column.name) + " " + field.refusal);
         if (!rest.empty() && !isBlank(rest.front())) {
             refuse("There is no blank behind the value of " + std::string(column.name));
@@ -111,19 +123,28 @@ class Section {
         return std::move(field.value);
     }
 
-    void require(const TableRow& row, std::size_t column) const {
-        if (!std::holds_alternative<std::monostate>(row[column])) return;
-        refuse(std::string(table_.columns[column].name) + " is missing");
+    [[nodiscard]] bool mayBeNull(const Column& column) const {
+        const auto key = identityOf(table_);
+        const bool isOfKey = std::ranges::any_of(key, [&](std::size_t i) { return &table_.columns[i] == &column; });
+        return !isOfKey && qrv::mayBeNull(table_, column);
     }
 
-    void requireKey(const TableRow& row) const {
-        for (const std::size_t column : identityOf(table_)) require(row, column);
+    void require(const Fields& fields, std::size_t column) const {
+        if (!fields.contains(column)) refuse(std::string(table_.columns[column].name) + " is missing");
     }
 
-    void requireNothingElse(const TableRow& row) const {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            if (std::holds_alternative<std::monostate>(row[i]) || isKeyPart(table_, table_.columns[i].name)) continue;
-            refuse(std::string(table_.columns[i].name) + " has no place in a line that takes a row away");
+    /// A null that keeps the desktop from showing the row must be meant.
+    void requireWhatIsRead(const Fields& fields) const {
+        for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+            if (!isReadIfNull(table_, table_.columns[i])) require(fields, i);
+        }
+    }
+
+    void requireNothingElse(const Fields& fields) const {
+        const auto key = identityOf(table_);
+        for (const auto& [column, value] : fields) {
+            if (std::ranges::find(key, column) != key.end()) continue;
+            refuse(std::string(table_.columns[column].name) + " has no place in a line that takes a row away");
         }
     }
 
@@ -132,20 +153,21 @@ class Section {
         return key.empty() ? "the row" : "the row " + key;
     }
 
-    void add(const TableRow& row) {
-        // A block without a function keeps a file from being opened.
-        const int function = table_.columnIndex("FunctionNumber");
-        if (function >= 0) require(row, static_cast<std::size_t>(function));
+    void add(const Fields& fields) {
+        const TableRow row = rowOf(fields);
         const bool isUnique = table_.indexes.empty() || table_.indexes.front().unique;
         const Key key = keyOf(table_, row);
         if (!given_.insert(key).second && isUnique)
             refuse("Table " + std::string(table_.name) + " has " + nameOf(row) + " already");
         const auto place = places_.find(key);
-        if (place != places_.end()) {
+        const bool isNew = place == places_.end();
+        if (isNew && table_.rowSet == RowSet::Fixed)
+            refuse("Table " + std::string(table_.name) + " can't have " + nameOf(row));
+        requireWhatIsRead(fields);
+        if (!isNew) {
             content_.rows[place->second] = row;
             return;
         }
-        if (table_.rowSet == RowSet::Fixed) refuse("Table " + std::string(table_.name) + " can't have " + nameOf(row));
         if (content_.rows.size() >= kMostRowsOfTable) refuse("Table " + std::string(table_.name) + " is full");
         content_.rows.push_back(row);
     }

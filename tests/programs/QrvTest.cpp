@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <thread>
 #include <vector>
 
 #include "programs/ProgramRun.h"
@@ -69,6 +70,52 @@ TEST(qrv, LoadsFromTheStandardInput) {
     const ProgramRun empty = qrv.run("load - other.qrv");
     EXPECT_EQ(empty.exitCode, 3);
     EXPECT_EQ(empty.err, "qrv: standard input:1: The first line must be \"QRV configuration text, form 1\".\n");
+}
+
+TEST(qrv, LoadOverwritesNoFileThatCameWhileItRead) {
+    const QrvProgram qrv;
+    const std::string pipe = qrv.path("text");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::thread somebody([&] {
+        std::ofstream text(pipe, std::ios::binary);
+        // More than a pipe holds: then the program reads, and has looked at the path already.
+        text << kMark << std::string(std::size_t{1} << 20U, '#') << '\n' << std::flush;
+        writeFile(qrv.path("plant.qrv"), "somebody else's");
+        text << kSmallPlant.substr(kMark.size());
+    });
+    const ProgramRun run = qrv.run("load - plant.qrv <text");
+    somebody.join();
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.err, "qrv: plant.qrv exists already; --force overwrites it.\n");
+    EXPECT_EQ(bytesOf(qrv.path("plant.qrv")), "somebody else's");
+}
+
+TEST(qrv, AFileIsTheSameToEveryCommandWhateverItsPathLeadsThrough) {
+    const QrvProgram qrv;
+    std::filesystem::create_directories(qrv.path("real/deep"));
+    std::filesystem::create_directory_symlink(qrv.path("real/deep"), qrv.path("link"));
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    ASSERT_EQ(qrv.run("load plant.txt link/../plant.qrv").exitCode, 0);
+    EXPECT_TRUE(std::filesystem::exists(qrv.path("real/plant.qrv")));
+    EXPECT_EQ(qrv.run("dump link/../plant.qrv").out, kSmallPlant);
+    EXPECT_EQ(qrv.run("new link/../plant.qrv").exitCode, 5);
+    EXPECT_EQ(qrv.run("dump plant.qrv").out, kMark);
+}
+
+TEST(qrv, DumpThenLoadThenDumpIsIdenticalForRowsOfNulls) {
+    const QrvProgram qrv;
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    const std::string sql =
+        "UPDATE Comments SET Title = NULL, Comment = NULL, Config = NULL;"
+        "UPDATE [mod comm] SET Baud = NULL, Length = NULL, Parity = NULL, Stop = NULL, Protocol = NULL, Address = NULL;"
+        "UPDATE [Screen Items] SET Type = NULL WHERE Offset = 1; UPDATE Pens SET Scale1 = NULL WHERE Offset = 2";
+    ASSERT_EQ(std::system(("sqlite3 '" + qrv.path("plant.qrv") + "' '" + sql + "'").c_str()), 0);
+    const ProgramRun dump = qrv.run("dump plant.qrv >plant.txt");
+    ASSERT_EQ(dump.exitCode, 0) << dump.err;
+    ASSERT_EQ(qrv.run("load plant.txt again.qrv").exitCode, 0);
+    EXPECT_EQ(qrv.run("dump again.qrv").out, bytesOf(qrv.path("plant.txt")));
+    EXPECT_EQ(qrv.run("compare plant.qrv again.qrv").err, "No differences.\n");
 }
 
 TEST(qrv, InfoAsJsonHasTheCounts) {

@@ -3,6 +3,8 @@
 
 #include <ostream>
 #include <random>
+#include <tuple>
+#include <utility>
 
 #include "tools/TextForm.h"
 #include "twins/Seed.h"
@@ -16,9 +18,13 @@ const std::string kConstants = "[Constants]\n";
 std::string refusalOf(const std::string& text) { return readTextForm(text, "plant.txt").refusal; }
 
 TEST(TextFormReader, RowsWithEqualKeysKeepTheirOrder) {
-    const TextFormResult result = readTextForm(
-        kMark + "[Alarm List]\nBlockNumber=9 Description=\"B\"\nBlockNumber=9 Description=\"A\"\nBlockNumber=4\n",
-        "plant.txt");
+    const TextFormResult result =
+        readTextForm(kMark +
+                         "[Alarm List]\n"
+                         "BlockNumber=9 Description=\"B\" Event0=\"\" Event1=\"\" IsAlarm=true\n"
+                         "BlockNumber=9 Description=\"A\" Event0=\"\" Event1=\"\" IsAlarm=true\n"
+                         "BlockNumber=4 Description=\"C\" Event0=\"\" Event1=\"\" IsAlarm=false\n",
+                     "plant.txt");
     ASSERT_EQ(result.refusal, "");
     const auto& rows = result.content->of("Alarm List").rows;
     ASSERT_EQ(rows.size(), 3U);
@@ -42,6 +48,52 @@ TEST(TextFormReader, ALeftOutFieldIsNull) {
     ASSERT_EQ(result.refusal, "");
     EXPECT_TRUE(result.content->of("Block EGUs").rows ==
                 (std::vector<TableRow>{{4, 0, 0, Value{}, Value{}, 1, std::string("F")}}));
+}
+
+TEST(TextFormReader, ANullMayBeWritten) {
+    const TextFormResult result =
+        readTextForm(kMark +
+                         "[Block EGUs]\nBlock=4 Param=0 GEGU=null Zero=null Decimal=1 Units=null\n"
+                         "[Comments]\nTitle=null Comment=\"null\" Config=null\n",
+                     "plant.txt");
+    ASSERT_EQ(result.refusal, "");
+    EXPECT_TRUE(result.content->of("Block EGUs").rows ==
+                (std::vector<TableRow>{{4, 0, Value{}, Value{}, Value{}, 1, Value{}}}));
+    EXPECT_TRUE(result.content->of("Comments").rows ==
+                (std::vector<TableRow>{{Value{}, std::string("null"), Value{}}}));
+}
+
+// Each of these ended the desktop's program at its first look at the row.
+TEST(TextFormReader, RefusesALineWithoutWhatIsReadOfIt) {
+    const std::tuple<const char*, const char*, const char*> kRows[] = {
+        {"Comments", "Title=\"PLANT\"", "Comment"},
+        {"Slots", "Offset=3", "Description"},
+        {"Menu List", "MenuNumber=3 MenuTitle=\"X\"", "MenuCount"},
+        {"Block List", "BlockNumber=4 FunctionNumber=127", "Constants"},
+        {"Constants", "BlockNumber=4 Offset=0", "ConstantValue"},
+        {"Alarm List", "BlockNumber=4 Description=\"A\" Event0=\"\" Event1=\"\"", "IsAlarm"},
+        {"Screen Items", "ScreenNumber=1 Offset=1 X=5", "Type"},
+        {"Pager", "Offset=1", "PagerInfo"},
+        {"mod comm", "Baud=1 Length=1 Parity=1 Stop=1 Protocol=1", "Address"},
+        {"Version", "RevLevel=5.01 Vtext=\"V\" Major=3", "Minor"},
+        {"EGUs", "EGUID=4 Name=\"N\" Decimal=0 Zero=0 Units=\"\" Comment=\"\"", "Span"},
+    };
+    for (const auto& [table, line, missing] : kRows) {
+        EXPECT_EQ(refusalOf(kMark + "[" + table + "]\n" + line + "\n"),
+                  "plant.txt:3: " + std::string(missing) + " is missing.");
+    }
+}
+
+TEST(TextFormReader, TakesALineWithoutWhatReadsAsNothing) {
+    const std::pair<const char*, const char*> kRows[] = {
+        {"Screen Items", "ScreenNumber=1 Offset=1 Type=99"},
+        {"Menu List", "MenuNumber=3 MenuCount=0"},
+        {"Chart List", "ChartNumber=1"},
+        {"Screen List", "ScreenNumber=1 ScreenAlarm=false Password=1"},
+        {"Block List", "BlockNumber=4 FunctionNumber=127 Constants=0 TempRam=0 VolRam=0"},
+        {"Block EGUs", "Block=4 Param=0 GEGU=0 Decimal=1 Units=\"F\""},
+    };
+    for (const auto& [table, line] : kRows) EXPECT_EQ(refusalOf(kMark + "[" + table + "]\n" + line + "\n"), "");
 }
 
 struct RefusedText {
@@ -83,6 +135,14 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedText{"keyMissing", kConstants + "BlockNumber=4 ConstantValue=1\n", "plant.txt:3: Offset is missing."},
         RefusedText{"emptyString", "[ParmString]\nBlockNumber=4 Offset=0 Pstring=\"\"\n",
                     "plant.txt:3: Pstring must not be empty."},
+        RefusedText{"stringThatBeginsWithCodeZero", "[ParmString]\nBlockNumber=4 Offset=0 Pstring=\"\\x00A\"\n",
+                    "plant.txt:3: Pstring must not begin with \\x00."},
+        RefusedText{"keyNull", kConstants + "BlockNumber=null Offset=0 ConstantValue=1\n",
+                    "plant.txt:3: BlockNumber must not be null."},
+        RefusedText{"pagerNumberNull", "[Pager]\nOffset=null PagerInfo=\"\"\n",
+                    "plant.txt:3: Offset must not be null."},
+        RefusedText{"functionNull", "[Block List]\nBlockNumber=4 FunctionNumber=null\n",
+                    "plant.txt:3: FunctionNumber must not be null."},
         RefusedText{"longTitle", "[Comments]\nTitle=\"" + std::string(81, 'A') + "\"\n",
                     "plant.txt:3: Title must have at most 80 characters."},
         RefusedText{"unclosedText", "[Comments]\nTitle=\"A\n", "plant.txt:3: A text has no closing quote."},
@@ -109,7 +169,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "plant.txt:4: Table Menu Items has the row MenuNumber=0 Offset=1 already."},
         RefusedText{"moreThanTheKeyTakenAway", "[Menu Items]\n- MenuNumber=0 Offset=1 Type=1\n",
                     "plant.txt:3: Type has no place in a line that takes a row away."},
-        RefusedText{"secondTitle", "[Comments]\nTitle=\"A\"\nTitle=\"B\"\n",
+        RefusedText{"secondTitle",
+                    "[Comments]\nTitle=\"A\" Comment=\"\" Config=\"\"\nTitle=\"B\" Comment=\"\" Config=\"\"\n",
                     "plant.txt:4: Table Comments has the row already."},
         RefusedText{"sixthPagerString", "[Pager]\nOffset=5 PagerInfo=\"\"\n",
                     "plant.txt:3: Table Pager can't have the row Offset=5."},

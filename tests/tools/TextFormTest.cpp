@@ -94,6 +94,26 @@ TEST(TextForm, LeavesNullsOut) {
     EXPECT_EQ(rig.text(), kMark + "\n[Screen Items]\nScreenNumber=1 Offset=1 X=5 Type=1\n");
 }
 
+TEST(TextForm, WritesANullThatTheDesktopCouldNotRead) {
+    ContentRig rig;
+    rig.field("Slots", 3, "Description") = Value{};
+    for (const char* column : {"Title", "Comment", "Config"}) rig.field("Comments", 0, column) = Value{};
+    for (const char* column : {"Baud", "Length", "Parity", "Stop", "Protocol", "Address"}) {
+        rig.field("mod comm", 0, column) = Value{};
+    }
+    for (const char* column : {"RevLevel", "Vtext", "Major", "Minor"}) rig.field("Version", 0, column) = Value{};
+    const std::string text = rig.text();
+    EXPECT_EQ(text, kMark +
+                        "\n[Slots]\nOffset=3 Description=null\n"
+                        "\n[Comments]\nTitle=null Comment=null Config=null\n"
+                        "\n[Version]\nRevLevel=null Vtext=null Major=null Minor=null\n"
+                        "\n[mod comm]\nBaud=null Length=null Parity=null Stop=null Protocol=null Address=null\n");
+    const TextFormResult result = readTextForm(text, "plant.txt");
+    ASSERT_EQ(result.refusal, "");
+    rig.content = *result.content;
+    EXPECT_EQ(rig.text(), text);
+}
+
 TEST(TextForm, TellsOfARowThatIsGone) {
     ContentRig rig;
     auto& items = rig.content.of("Menu Items").rows;
