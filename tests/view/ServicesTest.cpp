@@ -3,19 +3,24 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFileDialog>
+#include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 #include <array>
 #include <chrono>
+#include <fstream>
 #include <string>
 
 #include "platform/SerialPort.h"
 #include "platform/qt/QtFileDialog.h"
 #include "platform/qt/QtMessageBox.h"
 #include "platform/qt/QtPump.h"
+#include "twins/TemporaryFolder.h"
 
 namespace qrv {
 namespace {
@@ -76,9 +81,49 @@ INSTANTIATE_TEST_SUITE_P(Buttons, QtMessageBoxEscape,
                                          EscapeRow{"yesNoCancel", Buttons::YesNoCancel, Answer::Cancel}),
                          [](const auto& row) { return row.param.name; });
 
-TEST(QtFileDialog, FiltersKeepTheirDescription) {
-    EXPECT_EQ(nameFilters(kConfigurationFilter), QStringList{"QRV Configuration Database (*.qrv *.mdb)"});
+TEST(QtFileDialog, FiltersAreTheirDescriptionsAndThePatternsAsTheToolkitPartsThem) {
+    EXPECT_EQ(nameFilters(kConfigurationFilter), QStringList{"QRV Configuration Database (*.qrv;*.mdb) (*.qrv *.mdb)"});
     EXPECT_EQ(nameFilters("Text|*.txt|All|*.*"), (QStringList{"Text (*.txt)", "All (*.*)"}));
+}
+
+TEST(QtFileDialog, ShowsTheFilterAsItIsToldAndTheFilesOfBothItsPatterns) {
+    const TemporaryFolder folder;
+    for (const char* name : {"a.qrv", "b.mdb", "c.txt", "d.qrv;e.mdb.bak"}) std::ofstream(folder.file(name)) << "x";
+    QString shownFilter;
+    QStringList shownFiles;
+    whenUp<QFileDialog>([&](QFileDialog& dialog) {
+        shownFilter = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"))->currentText();
+        const auto* list = dialog.findChild<QListView*>(QStringLiteral("listView"));
+        const auto names = [list] {
+            QStringList found;
+            for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row) {
+                found << list->model()->index(row, 0, list->rootIndex()).data().toString();
+            }
+            return found;
+        };
+        // The folder is read in the background.
+        const QStringList expected{QStringLiteral("a.qrv"), QStringLiteral("b.mdb")};
+        static_cast<void>(QTest::qWaitFor([&] { return names() == expected; }));
+        shownFiles = names();
+        dialog.reject();
+    });
+    EXPECT_EQ(QtFileDialog().ask(
+                  {.kind = FileDialogKind::Open, .filter = kConfigurationFilter, .initialName = folder.file("x.qrv")}),
+              "");
+    EXPECT_EQ(shownFilter, "QRV Configuration Database (*.qrv;*.mdb)");
+    EXPECT_EQ(shownFiles, (QStringList{"a.qrv", "b.mdb"}));
+}
+
+// What a link leads out of is for the system to say, not for the dialog.
+TEST(QtFileDialog, GivesAPathAsItWasTyped) {
+    const TemporaryFolder folder;
+    whenUp<QFileDialog>([](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("link/../x.qrv"));
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    EXPECT_EQ(QtFileDialog().ask(
+                  {.kind = FileDialogKind::Save, .filter = kConfigurationFilter, .initialName = folder.file("y.qrv")}),
+              folder.file("link/../x.qrv"));
 }
 
 TEST(QtFileDialog, AsksNothingAboutNamesAndAddsNoSuffix) {

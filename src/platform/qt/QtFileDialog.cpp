@@ -13,13 +13,9 @@ QStringList nameFilters(const std::string& filter) {
     const QStringList parts = shownUtf8(filter).split(QLatin1Char('|'));
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-        QString description = parts[i];
-        // The toolkit writes the patterns behind the description itself.
-        const qsizetype patternsAt = description.lastIndexOf(QLatin1String(" ("));
-        if (patternsAt > 0 && description.endsWith(QLatin1Char(')'))) description.truncate(patternsAt);
         QString patterns = parts[i + 1];
         patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
-        filters << QStringLiteral("%1 (%2)").arg(description, patterns);
+        filters << QStringLiteral("%1 (%2)").arg(parts[i], patterns);
     }
     return filters;
 }
@@ -32,6 +28,8 @@ std::string QtFileDialog::ask(const FileQuestion& question) {
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    // Shows the descriptions alone, which name the patterns in their own way. Only filters set afterwards heed it.
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(nameFilters(question.filter));
     if (!question.initialName.empty()) {
         const QFileInfo initial(shownUtf8(question.initialName));
