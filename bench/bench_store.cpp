@@ -144,6 +144,41 @@ void openLarge(Rig& rig) {
         2.0);
 }
 
+/// A large file whose damage shows in the last row that is read, one whose pages were struck all over, and one whose
+/// second half is gone.
+std::vector<std::pair<std::string, std::string>> damagedFiles(const Rig& rig) {
+    const std::string lastRow = rig.folder.file("last row.qrv");
+    std::filesystem::copy_file(rig.large, lastRow);
+    Sqlite(lastRow, Sqlite::Mode::ReadWrite)
+        .execute("UPDATE [Poll List] SET Comments = char(9731) WHERE Offset = (SELECT max(Offset) FROM [Poll List])");
+    const std::string bytes = readWhole(rig.large, 1U << 26U).bytes;
+    const std::string half = rig.folder.file("half.qrv");
+    std::ofstream(half, std::ios::binary) << bytes.substr(0, bytes.size() / 2);
+    std::string changed = bytes;
+    constexpr std::size_t kStride = 4096 + 17;
+    for (std::size_t place = 8192; place < changed.size(); place += kStride) changed[place] ^= '\x55';
+    const std::string struck = rig.folder.file("struck.qrv");
+    std::ofstream(struck, std::ios::binary) << changed;
+    return {{"its last row", lastRow}, {"every page", struck}, {"a half that is gone", half}};
+}
+
+/// What a user waits for: two seconds are the most that a refusal may take.
+void refuseDamaged(Rig& rig) {
+    for (const auto& [damage, path] : damagedFiles(rig)) {
+        compare(
+            "large file refused for " + damage,
+            [&rig, &path] {
+                if (ignoringErrors([&] { OpenConfiguration(rig.bench, path); })) std::abort();
+            },
+            "the sound one opened",
+            [&rig] {
+                OpenConfiguration(rig.bench, rig.large);
+                CloseConfiguration(rig.bench, Answer::No);
+            },
+            1.25);
+    }
+}
+
 void bareSave(const std::string& bytes, const std::string& folder, const std::string& target) {
     const std::string temporary = target + ".new";
     const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
@@ -287,6 +322,7 @@ void run() {
     fillLarge(rig.bench.db, kAnyFunction);
     rig.bench.db.close_work_dbs();
     openLarge(rig);
+    refuseDamaged(rig);
     saveLarge(rig);
     OpenConfiguration(rig.bench, rig.large);
     seeks(rig);
