@@ -9,6 +9,7 @@
 #include "Commands.h"
 #include "TransferSession.h"
 #include "link/DownloadSections.h"
+#include "link/TransferWords.h"
 #include "link/frmComm.h"
 #include "link/frmDownload.h"
 #include "link/frmWarn.h"
@@ -18,9 +19,6 @@ namespace qrv {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr const char* kNothingSent = "Nothing was written to the controller.";
-constexpr const char* kNotCommitted = "Nothing was committed: after a loss of power the controller has what it had.";
 
 struct ChosenSection {
     std::string_view word;
@@ -60,11 +58,11 @@ class DownloadRun {
         const Answer answer = report_.ask(question);
         answer == Answer::Yes ? warn.Command1_Click() : warn.Command2_Click();
         host().unload(warn);
-        session_.failIfCancelled(kNothingSent);
+        session_.failIfCancelled(kNothingWritten);
         if (!warn.cancelled) return;
         throw CommandFailure(ExitCode::Refused, answer == Answer::None
                                                     ? "A download asks first: give --yes where nobody can answer."
-                                                    : std::string("Not wanted. ") + kNothingSent);
+                                                    : std::string("Not wanted. ") + kNothingWritten);
     }
 
     /// What the selection's window and the download's do until "Start" can be pressed.
@@ -77,14 +75,15 @@ class DownloadRun {
         host().load(form_);
         form_.activate();
         if (form_.outcome().reason.empty()) return;
-        session_.failIfCancelled(kNothingSent);
+        session_.failIfCancelled(kNothingWritten);
         switch (form_.outcome().stage) {
             case DownloadStage::Reaching: throw CommandFailure(ExitCode::Link, session_.link().cause());
             case DownloadStage::Fitting:
-                throw CommandFailure(ExitCode::Refused, std::string("The configuration is too big. ") + kNothingSent);
+                throw CommandFailure(ExitCode::Refused,
+                                     std::string("The configuration is too big. ") + kNothingWritten);
             default:
                 throw CommandFailure(ExitCode::Refused,
-                                     std::string("The controller can't take what was chosen. ") + kNothingSent);
+                                     std::string("The controller can't take what was chosen. ") + kNothingWritten);
         }
     }
 
@@ -114,7 +113,7 @@ class DownloadRun {
             }
         };
         return {.code = ExitCode::Done,
-                .sentence = "The controller's firmware is " + form_.VerNum.caption + ". " + kNothingSent,
+                .sentence = "The controller's firmware is " + form_.VerNum.caption + ". " + kNothingWritten,
                 .addFacts = facts};
     }
 
@@ -130,15 +129,8 @@ class DownloadRun {
         const auto taken = bench.platform.clock.now() - start;
         const int unconfirmed = form_.outcome().unconfirmed;
         const int unsent = form_.outcome().unsentStrings;
-        std::string sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken);
-        if (unconfirmed > 0) {
-            sentence += (unconfirmed == 1 ? " 1 frame was" : " " + std::to_string(unconfirmed) + " frames were") +
-                        " not confirmed, and what it carried may be missing: qrv verify tells.";
-        }
-        if (unsent > 0) {
-            sentence += (unsent == 1 ? " 1 string was" : " " + std::to_string(unsent) + " strings were") +
-                        std::string(" not sent: qrv verify names them.");
-        }
+        const std::string sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken) +
+                                     shortfallText(form_.outcome());
         return {.code = unconfirmed > 0 || unsent > 0 ? ExitCode::Findings : ExitCode::Done,
                 .sentence = sentence,
                 .addFacts = [this, unconfirmed, unsent](Json& json) {
@@ -155,13 +147,11 @@ class DownloadRun {
         const DownloadOutcome& outcome = form_.outcome();
         if (outcome.committed) return;
         if (outcome.stage == DownloadStage::Commit) {
-            throw CommandFailure(ExitCode::Link, session_.link().cause() +
-                                                     " All was written, but the commit was not confirmed: it may or "
-                                                     "may not have been done. Download again.");
+            throw CommandFailure(ExitCode::Link, session_.link().cause() + " " + kCommitUncertain);
         }
         session_.failIfCancelled(kNotCommitted);
         if (outcome.stage == DownloadStage::Reaching) {
-            throw CommandFailure(ExitCode::Link, session_.link().cause() + " " + kNothingSent);
+            throw CommandFailure(ExitCode::Link, session_.link().cause() + " " + kNothingWritten);
         }
         // A section that failed while the line was sound found a fault of the configuration's.
         const bool isOfLine = !session_.bench().xfer_ok;

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <sstream>
 
-#include "link/TransferProgress.h"
 #include "platform/EventPump.h"
 #include "platform/Numerals.h"
 
@@ -41,13 +40,6 @@ std::vector<std::string> sectionsNamed(const std::string& option, const std::vec
         named.push_back(word);
     }
     return named;
-}
-
-std::string countsText(const TransferProgress& progress, std::chrono::nanoseconds taken) {
-    const auto tenths = std::chrono::round<std::chrono::duration<std::int32_t, std::deci>>(taken).count();
-    const int retries = progress.retries();
-    return joined(progress.bytes()) + " bytes in " + joined(tenths / 10) + "." + joined(tenths % 10) + " s, " +
-           joined(retries) + (retries == 1 ? " retry." : " retries.");
 }
 
 TransferSession::TransferSession(Terminal& terminal, const LineOptions& options, TransferReport& report)

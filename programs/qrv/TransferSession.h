@@ -51,9 +51,6 @@ template <typename Sections>
     return words;
 }
 
-/// "36240 bytes in 10.8 s, 1 retry."
-[[nodiscard]] std::string countsText(const TransferProgress& progress, std::chrono::nanoseconds taken);
-
 class TransferSession {
  public:
     TransferSession(Terminal& terminal, const LineOptions& options, TransferReport& report);

@@ -7,6 +7,7 @@
 
 #include "Commands.h"
 #include "UploadRun.h"
+#include "link/TransferWords.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
 

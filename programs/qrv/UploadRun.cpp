@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "link/TransferWords.h"
 #include "link/UploadSections.h"
 #include "link/frmComm.h"
 #include "platform/SerialPort.h"
@@ -22,28 +23,11 @@ nlohmann::ordered_json jsonOf(const std::vector<RepeatedString>& strings) {
 UploadRun::UploadRun(TransferSession& session, TransferReport& report, const std::vector<std::string>& logFolders)
     : session_(session), report_(report), form_(session.bench(), session.link().comm(), session.window(), logFolders) {}
 
-std::string UploadRun::failedReadsText() const {
-    const int count = failedReads();
-    return (count == 1 ? "1 read" : std::to_string(count) + " reads") +
-           " of constants came to nothing, and what stands in their place is wrong" +
-           (logFile().empty() ? "." : "; " + logFile() + " tells which.");
-}
+std::string UploadRun::failedReadsText() const { return qrv::failedReadsText(failedReads(), logFile()); }
 
-std::string UploadRun::foreignText() const {
-    std::string list;
-    for (const std::int16_t block : foreignBlocks()) list += (list.empty() ? "" : ", ") + std::to_string(block);
-    return "The catalogue lacks the function of block " + list +
-           ", and constants behind it may be those of other blocks.";
-}
+std::string UploadRun::foreignText() const { return qrv::foreignText(foreignBlocks()); }
 
-std::string UploadRun::repeatedText() const {
-    std::string list;
-    for (const RepeatedString& repeated : findings().repeatedStrings) {
-        list += (list.empty() ? "" : ", ") + std::string("block ") + std::to_string(repeated.block) + " offset " +
-                std::to_string(repeated.offset);
-    }
-    return "The controller has a second text for " + list + "; the first one was taken.";
-}
+std::string UploadRun::repeatedText() const { return qrv::repeatedText(findings().repeatedStrings); }
 
 void UploadRun::prepare(const std::string& unharmed) {
     session_.failIfCancelled(unharmed);

@@ -92,6 +92,7 @@ BlockPanel::BlockPanel(Workbench& bench)
 // --- the grids' events ---
 
 void BlockPanel::wireMaps() {
+    for (Grid* grid : {&Grid1, &Ig}) grid->onEnterCell = [this](int, int) { isCellChosen_ = true; };
     Grid1.onClick = [this] { Grid1_Click(); };
     Grid1.onKeyDown = [this](Key key) { return mapKey(Grid1, key); };
     Ig.onClick = [this] { New_IG_Click(); };
@@ -145,6 +146,7 @@ bool BlockPanel::mapKey(Grid& grid, Key key) {
     } else if (key != Key::Enter) {
         return false;
     }
+    isCellChosen_ = true;
     isLogic ? Grid1_Click() : New_IG_Click();
     return true;
 }
@@ -329,6 +331,7 @@ void BlockPanel::goToBlock(int block) {
     Grid& grid = isLogic ? Grid1 : Ig;
     const BlockCell cell = isLogic ? logicCellOf(block) : ioCellOf(block);
     grid.select(cell.row, cell.col);
+    isCellChosen_ = true;
     focus = grid.name();
     if (!isDataView()) return;
     isLogic ? Grid1_Click() : New_IG_Click();

@@ -62,7 +62,10 @@ class BlockPanel {
     void firstActivate();
 
     // --- the maps ---
-    void fill_grid1() { map_.fill_grid1(); }
+    void fill_grid1() {
+        map_.fill_grid1();
+        isCellChosen_ = false;
+    }
     /// Fills Ig and List2 from the slots' descriptions; with no file open, as for seven empty ones.
     void fillIg() { map_.fillIg(); }
     void paintAlarmColours() { map_.paintAlarmColours(); }
@@ -92,6 +95,9 @@ class BlockPanel {
     // --- additions ---
     /// Whether a block is a logic block, or one that a board or the CPU has.
     [[nodiscard]] bool hasBoard(int block) const;
+    /// Whether the user has gone to a cell of the maps since they were filled. Filling leaves Grid1 on its last block,
+    /// which nobody has chosen.
+    [[nodiscard]] bool isCellChosen() const { return isCellChosen_; }
     /// Selects a block's cell and, in the data view, shows it. @param block  0..704
     void goToBlock(int block);
     /// Tool tips with a parameter's least, greatest and default value; off in the classic look.
@@ -120,6 +126,7 @@ class BlockPanel {
     BlockInputs inputs_;
     BlockParameters parameters_;
     bool isShown_ = false;  ///< the data grids show CurBlock
+    bool isCellChosen_ = false;
 };
 
 }  // namespace qrv

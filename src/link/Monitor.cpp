@@ -87,6 +87,10 @@ void Monitor::Command1_Click() {
     bench_.platform.formHost.showModal(question_);
     // The program may have ended under the question.
     if (!isLoaded_) return;
+    if (question_.cancelled) {
+        --entry_count;
+        return;
+    }
     const auto kind = outputKindOf(bench_, question_.block);
     entry(index) = {
         .in_use = true,

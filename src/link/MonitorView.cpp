@@ -1,6 +1,7 @@
 #include "link/MonitorView.h"
 
 #include <QBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -17,6 +18,8 @@ namespace {
 constexpr int kBoardTop = 1050;
 constexpr int kBoardWidth = 10200;
 constexpr int kBoardHeight = 5400;
+constexpr int kColumnStep = 1950;
+constexpr int kRowStep = 1250;
 constexpr int kLabelWidth = 1850;
 constexpr int kLabelHeight = 700;
 constexpr int kLabelMargin = 3;  // pixels
@@ -35,12 +38,25 @@ void fill(QWidget* widget, QRgb colour) {
     widget->setAutoFillBackground(true);
 }
 
-/// A label that goes with the mouse until it is dropped.
+/// From one place of the board to the next, in pixels.
+QPoint stepOf(int key) {
+    switch (key) {
+        case Qt::Key_Left: return {-theme::pixelsOf(kColumnStep), 0};
+        case Qt::Key_Right: return {theme::pixelsOf(kColumnStep), 0};
+        case Qt::Key_Up: return {0, -theme::pixelsOf(kRowStep)};
+        case Qt::Key_Down: return {0, theme::pixelsOf(kRowStep)};
+        default: return {};
+    }
+}
+
+/// A label that goes with the mouse until it is dropped, and with the arrow keys from place to place.
 class DraggedLabel final : public QLabel {
  public:
     using Drop = std::function<void(QPoint)>;
 
-    DraggedLabel(Drop drop, QWidget* parent) : QLabel(parent), drop_(std::move(drop)) {}
+    DraggedLabel(Drop drop, QWidget* parent) : QLabel(parent), drop_(std::move(drop)) {
+        setFocusPolicy(Qt::StrongFocus);
+    }
     [[nodiscard]] bool isDragged() const { return grip_.has_value(); }
 
  protected:
@@ -56,6 +72,20 @@ class DraggedLabel final : public QLabel {
         if (event->button() != Qt::LeftButton || !grip_) return;
         grip_.reset();
         drop_(pos());
+    }
+    void keyPressEvent(QKeyEvent* event) override {
+        const QPoint step = stepOf(event->key());
+        if (step.isNull()) return QLabel::keyPressEvent(event);
+        // Past the edge of its place, so that it is the next one's wherever the pixels fall.
+        drop_(pos() + step + QPoint(kLabelMargin, kLabelMargin));
+    }
+    void focusInEvent(QFocusEvent* event) override {
+        QLabel::focusInEvent(event);
+        setFrameShape(QFrame::Box);
+    }
+    void focusOutEvent(QFocusEvent* event) override {
+        QLabel::focusOutEvent(event);
+        setFrameShape(QFrame::Panel);
     }
 
  private:

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 namespace qrv {
 
@@ -16,6 +17,8 @@ struct TransferWindow {
     std::function<void()> refreshSlots = [] {};
     /// Shows name, comments and boards of what came in, and comes back when the user is done with them.
     std::function<void()> showGeneral = [] {};
+    /// How a transfer ended, for the user to read at leisure; "" takes the words of the last one away.
+    std::function<void(const std::string& words)> tellEnd = [](const std::string&) {};
 };
 
 }  // namespace qrv

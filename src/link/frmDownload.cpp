@@ -4,10 +4,12 @@
 
 #include "link/DownloadSections.h"
 #include "link/FirmwareVersion.h"
+#include "link/TransferWords.h"
 #include "link/frmComm.h"
 #include "platform/EventPump.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
+#include "platform/Paths.h"
 #include "platform/RunTimeErrorNotice.h"
 #include "store/Workbench.h"
 
@@ -31,6 +33,7 @@ bool frmDownload::anyFlag() const {
 void frmDownload::activate() {
     if (bench_.in_download) return;
     if (!anyFlag()) {
+        if (!bench_.xfer_abort) window_.tellEnd("There was nothing to download.");
         bench_.xfer_abort = true;
         bench_.xfer_abort_reason = "Form Download Form Activate";
     } else {
@@ -134,6 +137,7 @@ void frmDownload::finish() {
     comm_.Close_Comm_Port();
     window_.enableCommand1(true);
     window_.refreshGrid();
+    window_.tellEnd(endOf(*this, fileNameOf(bench_.CurrentFileName)));
     bench_.platform.formHost.hide(*this);
     bench_.in_download = false;
     bench_.xfer_abort = false;

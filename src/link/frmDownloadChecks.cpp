@@ -40,6 +40,7 @@ void frmDownload::load() {
     Download.enabled = true;
     progress_ = {};
     outcome_ = {};
+    window_.tellEnd({});
     takeBoxes();
     if (!fitsController()) return;
     outcome_.stage = DownloadStage::Reaching;

@@ -67,7 +67,12 @@ frmDownloadView::frmDownloadView(frmDownload& form, DesktopHost& host, Extras ex
     auto* bar = new ProgressBox(form.Progress, this);
     addMirror([bar] { bar->update(); });
     body->addWidget(bar);
-    if (extras == Extras::Shown) addProgressLine(body);
+    if (extras == Extras::Shown) {
+        body->addWidget(addWords(QStringLiteral("progressSentence"), [this] {
+            const TransferProgress& progress = form_.progress();
+            return progress.section() > 0 ? shownUtf8(progress.sentence()) : QString{};
+        }));
+    }
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(addButton(QStringLiteral("Download"), form.Download, [this] { form_.Download_Click(); }));
@@ -76,17 +81,6 @@ frmDownloadView::frmDownloadView(frmDownload& form, DesktopHost& host, Extras ex
     setCancelButton(cancel);
     body->addLayout(buttons);
     setMinimumWidth(480);
-}
-
-void frmDownloadView::addProgressLine(QBoxLayout* body) {
-    auto* line = new QLabel(this);
-    line->setObjectName(QStringLiteral("progressSentence"));
-    line->setTextFormat(Qt::PlainText);
-    addMirror([this, line] {
-        const bool runs = form_.progress().section() > 0;
-        line->setText(runs ? shownUtf8(form_.progress().sentence()) : QString{});
-    });
-    body->addWidget(line);
 }
 
 }  // namespace qrv

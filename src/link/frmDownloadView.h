@@ -12,8 +12,6 @@ class frmDownloadView final : public FormView {
     frmDownloadView(frmDownload& form, DesktopHost& host, Extras extras);
 
  private:
-    void addProgressLine(QBoxLayout* body);
-
     frmDownload& form_;
 };
 

@@ -29,6 +29,7 @@ void frmTag::load() {
     tag = kFirstTag;
     block = kFirstBlock;
     color = kColours.front();
+    cancelled = true;
     isPicture1Painted = false;
 }
 
@@ -45,6 +46,7 @@ void frmTag::Picture1_MouseDown(double x, double width) {
 void frmTag::Command1_Click() {
     tag = Text1.text;
     block = blockFrom(Text2.text);
+    cancelled = false;
     bench_.platform.formHost.unload(*this);
 }
 

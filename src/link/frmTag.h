@@ -33,6 +33,7 @@ class frmTag final : public Form {
     Button Command1{.caption = "OK", .isDefault = true};
 
     // --- the answer ---
+    bool cancelled = true;  ///< the window was closed, and there is none
     std::string tag;
     std::int16_t block = 0;
     std::int32_t color = 0;

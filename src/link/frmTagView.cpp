@@ -2,11 +2,13 @@
 
 #include <QBoxLayout>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <algorithm>
 
 namespace qrv {
 
@@ -25,6 +27,7 @@ class ColourStrip final : public QWidget {
         setObjectName(QStringLiteral("Picture1"));
         setAccessibleName(QStringLiteral("Colour of the label"));
         setFixedSize(kBoxWidth * static_cast<int>(frmTag::kColours.size()), kBoxHeight);
+        setFocusPolicy(Qt::StrongFocus);
     }
 
  protected:
@@ -35,10 +38,30 @@ class ColourStrip final : public QWidget {
             painter.fillRect(left, 0, kBoxWidth, height(), boardColour(colour));
             left += kBoxWidth;
         }
+        if (hasFocus()) paintFocus(painter);
     }
     void mousePressEvent(QMouseEvent* event) override { press_(event->position().x(), width()); }
+    void keyPressEvent(QKeyEvent* event) override {
+        const int step = event->key() == Qt::Key_Right ? 1 : event->key() == Qt::Key_Left ? -1 : 0;
+        if (step == 0) return QWidget::keyPressEvent(event);
+        press_((chosenBox() + step + 0.5) * kBoxWidth, width());
+        update();
+    }
 
  private:
+    [[nodiscard]] int chosenBox() const {
+        const auto* const chosen = std::ranges::find(frmTag::kColours, form_.color);
+        return static_cast<int>(chosen - frmTag::kColours.begin());
+    }
+    /// Around the chosen box, to be seen on each of the colours.
+    void paintFocus(QPainter& painter) const {
+        const QRect box(chosenBox() * kBoxWidth, 0, kBoxWidth, height());
+        painter.setPen(QPen(Qt::white, 2));
+        painter.drawRect(box.adjusted(2, 2, -2, -2));
+        painter.setPen(Qt::black);
+        painter.drawRect(box.adjusted(3, 3, -4, -4));
+    }
+
     const frmTag& form_;
     Press press_;
 };
@@ -72,6 +95,13 @@ frmTagView::frmTagView(frmTag& form, DesktopHost& host) : FormView(form, host), 
     body->addWidget(addButton(QStringLiteral("Command1"), form.Command1, [this] { form_.Command1_Click(); }), 0,
                     Qt::AlignRight);
     tag->setFocus();
+    tag_ = tag;
+}
+
+/// The first tag is only proposed: what is typed takes its place.
+void frmTagView::showEvent(QShowEvent* event) {
+    FormView::showEvent(event);
+    tag_->selectAll();
 }
 
 /// Label3: the chosen colour.

@@ -10,10 +10,14 @@ class frmTagView final : public FormView {
  public:
     frmTagView(frmTag& form, DesktopHost& host);
 
+ protected:
+    void showEvent(QShowEvent* event) override;
+
  private:
     QLabel* makeSample();
 
     frmTag& form_;
+    QLineEdit* tag_ = nullptr;
 };
 
 /// A colour as the board keeps it: blue, green and red from the highest byte down.

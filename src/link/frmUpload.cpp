@@ -4,12 +4,14 @@
 #include <utility>
 
 #include "link/BadAnswer.h"
+#include "link/TransferWords.h"
 #include "link/UploadHeadings.h"
 #include "link/UploadLogFile.h"
 #include "link/UploadSections.h"
 #include "link/frmComm.h"
 #include "platform/MessageBox.h"
 #include "platform/Numerals.h"
+#include "platform/Paths.h"
 #include "store/LifeCycle.h"
 #include "store/Workbench.h"
 
@@ -55,6 +57,8 @@ void frmUpload::load() {
     setAll(false);
     quit_now = false;
     outcome_ = {};
+    progress_ = {};
+    window_.tellEnd({});
     bench_.xfer_abort = false;
     reachController();
     readVersion();
@@ -199,6 +203,7 @@ void frmUpload::end() {
     const auto& error = comm_.uploadFindings.error;
     if (error && !isOfBadAnswer(*error)) outcome_.storeFault = error->description();
     window_.refreshAll();
+    window_.tellEnd(endOf(*this, comm_.uploadFindings, fileNameOf(bench_.CurrentFileName)));
     bench_.in_upload = false;
     bench_.xfer_abort = false;
     window_.enableCommand1(true);

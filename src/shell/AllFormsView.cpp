@@ -29,6 +29,9 @@ void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
     host.add("frmDownload", [extras](Form& form, DesktopHost& shower) -> FormView* {
         return new frmDownloadView(static_cast<frmDownload&>(form), shower, extras);
     });
+    host.add("frmUpload", [extras](Form& form, DesktopHost& shower) -> FormView* {
+        return new frmUploadView(static_cast<frmUpload&>(form), shower, extras);
+    });
     host.add<FormCommentView, FormComment>("FormComment");
     host.add<FrmAskView, FrmAsk>("FrmAsk");
     host.add<FrmRecentView, FrmRecent>("FrmRecent");
@@ -42,7 +45,6 @@ void addAllViews(DesktopHost& host, Workbench& bench, Extras extras) {
     host.add<frmSelectView, frmSelect>("frmSelect");
     host.add<frmStartView, frmStart>("frmStart");
     host.add<frmTagView, frmTag>("frmTag");
-    host.add<frmUploadView, frmUpload>("frmUpload");
     host.add<frmWarnView, frmWarn>("frmWarn");
     host.add<frmvgaView, frmvga>("frmvga");
 }

@@ -50,6 +50,7 @@ void EditorProgram::wireTransfer() {
         general.loadBoardTexts();
         bench.platform.formHost.showModal(general);
     };
+    transferWindow.tellEnd = [this](const std::string& words) { mainWindow.transferEnd = words; };
     mainWindow.provide("mnuFileDownload", [this] { startDownload(); });
     mainWindow.provide("mnuFileUpload", [this] { bench.platform.formHost.showModal(upload); });
 }

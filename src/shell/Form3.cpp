@@ -1,12 +1,13 @@
 #include "shell/Form3.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "blocks/frmGeneral.h"
+#include "platform/WhileSet.h"
 #include "shell/CommandLine.h"
 #include "shell/FrmAsk.h"
-#include "shell/WhileSet.h"
 #include "shell/frmAbout.h"
 #include "shell/frmStart.h"
 #include "store/LifeCycle.h"
@@ -16,7 +17,7 @@ namespace qrv {
 namespace {
 
 /// The entries whose forms stand beside the main window.
-constexpr std::array kProvidedEntries{
+constexpr std::array<std::string_view, 18> kProvidedEntries{
     "mnuFileUpload",  "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
     "mnuFileCompare", "mnuFileCheck",    "mnuFilePrint",        "mnuEditLCD",          "mnuEditAlarm",
     "mnuEditChart",   "mnuEditEGU",      "mnuEditPager",        "mnuEditLoop",         "mnuEditPoll",
@@ -32,9 +33,13 @@ Form3::Form3(Workbench& bench, const Form3Dialogs& dialogs, std::string commandL
       bench_(bench),
       dialogs_(dialogs),
       commandLine_(std::move(commandLine)) {
-    for (const char* entry : kProvidedEntries) menu.entry(entry).enabled = false;
+    for (const std::string_view entry : kProvidedEntries) menu.entry(entry).enabled = false;
     recentFiles.clearMenu();
     wireWindows();
+}
+
+bool Form3::isComing(std::string_view entry) const {
+    return std::ranges::find(kProvidedEntries, entry) != kProvidedEntries.end() && !provided_.contains(entry);
 }
 
 void Form3::wireWindows() {

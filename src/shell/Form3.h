@@ -47,11 +47,15 @@ class Form3 final : public Form {
     MainMenu menu;
     RecentFiles recentFiles;
     Button Command1{.caption = "DOWNLOAD", .enabled = false};
+    /// An addition: how the last transfer ended.
+    std::string transferEnd;
 
     /// The user chooses an entry of the menu by its name. Nothing happens where it is disabled or hidden.
     void choose(std::string_view entry);
     /// Whether an entry does nothing now, for there are no tables behind its form while no file is open.
     [[nodiscard]] bool lacksFile(std::string_view entry) const;
+    /// Whether an entry is disabled since nothing is provided for it yet.
+    [[nodiscard]] bool isComing(std::string_view entry) const;
     /// Gives an entry, or `Command1` by way of "mnuFileDownload", what it does, and enables it: for forms that stand
     /// beside the main window. Until then it is disabled.
     void provide(std::string_view entry, std::function<void()> action);

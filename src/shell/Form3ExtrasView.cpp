@@ -4,6 +4,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -88,6 +89,7 @@ Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
     window_.setAfterRefresh([this] {
         later_->start();
         showFunction();
+        showTransferEnd();
     });
 }
 
@@ -210,6 +212,15 @@ void Form3ExtrasView::showFunction() {
     if (page_->toPlainText() != page) page_->setPlainText(page);
 }
 
+/// Until the next message: the user may have been elsewhere while the transfer ran.
+void Form3ExtrasView::showTransferEnd() {
+    const std::string& words = window_.mainForm().transferEnd;
+    if (words == shownEnd_) return;
+    shownEnd_ = words;
+    window_.statusBar()->showMessage(shownUtf8(words));
+    window_.statusBar()->setToolTip(shownUtf8(words));
+}
+
 void Form3ExtrasView::makeKeysPanel(QMenu* help) {
     auto* dock = new QDockWidget(QStringLiteral("Keys"), &window_);
     dock->setObjectName(QStringLiteral("keysPanel"));
@@ -237,9 +248,21 @@ void Form3ExtrasView::explainIdleEntries() {
             auto* action = window_.findChild<QAction*>(QString::fromStdString(entry.name));
             connect(action, &QAction::triggered, this, [explain, name = entry.name] { explain(name); });
         }
+        explainComing(menu);
     }
     auto* download = window_.findChild<QPushButton*>(QStringLiteral("Command1"));
     connect(download, &QPushButton::clicked, this, [explain] { explain("mnuFileDownload"); });
+}
+
+/// In the tool tips of menu and tool bar, and in the status bar for who goes along the menu with the keys.
+void Form3ExtrasView::explainComing(const TopMenu& menu) {
+    window_.findChild<QMenu*>(QString::fromStdString(menu.name))->setToolTipsVisible(true);
+    for (const MenuEntry& entry : menu.entries) {
+        if (!window_.mainForm().isComing(entry.name)) continue;
+        auto* action = window_.findChild<QAction*>(QString::fromStdString(entry.name));
+        action->setToolTip(QString::fromLatin1(kComing));
+        action->setStatusTip(QString::fromLatin1(kComing));
+    }
 }
 
 void Form3ExtrasView::makeShortcuts() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <string>
 
 #include "platform/Grid.h"
 
@@ -18,6 +19,7 @@ class QToolBar;
 namespace qrv {
 
 class Form3View;
+struct TopMenu;
 struct Workbench;
 
 class Form3ExtrasView final : public QObject {
@@ -39,10 +41,12 @@ class Form3ExtrasView final : public QObject {
     void makeMenus();
     void makeShortcuts();
     void explainIdleEntries();
+    void explainComing(const TopMenu& menu);
     void makeKeysPanel(QMenu* help);
     void makeFunctionPanel(QMenu* help);
     void step(const char* name, const char* icon, const QString& tip, Key key);
     void showFunction();
+    void showTransferEnd();
     QAction* borrow(const char* entry, const char* icon, const QString& tip);
     Meter makeMeter(const char* name, const QString& what, int most);
     void showMeters();
@@ -57,7 +61,8 @@ class Form3ExtrasView final : public QObject {
     QAction* goToAction_ = nullptr;
     QPlainTextEdit* page_ = nullptr;
     QTimer* later_;
-    int found_ = 0;  ///< the block that was gone to last
+    std::string shownEnd_;  ///< of a transfer
+    int found_ = 0;         ///< the block that was gone to last
     Meter constants_{};
     Meter retentive_{};
 };

@@ -5,8 +5,8 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
+#include "platform/WhileSet.h"
 #include "shell/Form3.h"
-#include "shell/WhileSet.h"
 #include "store/LifeCycle.h"
 
 namespace qrv {

@@ -221,7 +221,7 @@ void Form3View::nameCells() {
 
 void Form3View::afterRefresh() {
     const bool isIo = bench_.SeekBlock >= kFirstIoBlock;
-    grid1_->setMuted(isIo);
+    grid1_->setMuted(isIo || !blocks_.isCellChosen());
     ig_->setMuted(!isIo);
     if (blocks_.focus.empty()) return;
     const std::string name = std::exchange(blocks_.focus, {});

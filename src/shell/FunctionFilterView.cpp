@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
+#include <QShowEvent>
+#include <algorithm>
 
 namespace qrv {
 
@@ -32,11 +34,12 @@ void FunctionFilterView::explainRows(int first, int last) {
 }
 
 void FunctionFilterView::narrow(const QString& wanted) {
+    const QStringList words = wanted.simplified().split(QLatin1Char(' '));
     for (int row = 0; row < functions_->count(); ++row) {
         QListWidgetItem* item = functions_->item(row);
-        const bool fits =
-            item->text().contains(wanted, Qt::CaseInsensitive) || item->toolTip().contains(wanted, Qt::CaseInsensitive);
-        item->setHidden(!fits);
+        const QString all = item->text() + QLatin1Char(' ') + item->toolTip();
+        item->setHidden(!std::ranges::all_of(
+            words, [&all](const QString& word) { return all.contains(word, Qt::CaseInsensitive); }));
     }
 }
 
@@ -45,13 +48,30 @@ void FunctionFilterView::showSentence() {
     sentence_->setText(chosen ? chosen->toolTip() : QString{});
 }
 
+/// Goes to the chosen function, or to the first one where that is hidden.
+void FunctionFilterView::goToList() {
+    functions_->setFocus();
+    const QList<QListWidgetItem*> chosen = functions_->selectedItems();
+    if (!chosen.isEmpty() && !chosen.first()->isHidden()) return;
+    for (int row = 0; row < functions_->count(); ++row) {
+        if (functions_->item(row)->isHidden()) continue;
+        functions_->setCurrentRow(row);
+        return;
+    }
+}
+
+void FunctionFilterView::showEvent(QShowEvent* event) {
+    QLineEdit::showEvent(event);
+    if (!event->spontaneous()) setFocus();
+}
+
 void FunctionFilterView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && !text().isEmpty()) {
         clear();
         return;
     }
     if (event->key() == Qt::Key_Down) {
-        functions_->setFocus();
+        goToList();
         return;
     }
     QLineEdit::keyPressEvent(event);

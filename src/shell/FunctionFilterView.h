@@ -11,7 +11,8 @@ namespace qrv {
 
 class FunctionFilterView final : public QLineEdit {
  public:
-    /// The list's rows stay the rows they are: those that don't fit are hidden.
+    /// The list's rows stay the rows they are: those that lack one of the typed words, in name and sentence, are
+    /// hidden.
     /// @param sentenceOf  what a function does, by its name
     FunctionFilterView(QListWidget* functions, std::function<QString(const QString&)> sentenceOf, QWidget* parent);
 
@@ -20,10 +21,13 @@ class FunctionFilterView final : public QLineEdit {
 
  protected:
     void keyPressEvent(QKeyEvent* event) override;
+    /// Comes up with the list, and takes the focus: what is typed then narrows it.
+    void showEvent(QShowEvent* event) override;
 
  private:
     void explainRows(int first, int last);
     void narrow(const QString& wanted);
+    void goToList();
     void showSentence();
 
     QListWidget* functions_;

@@ -113,6 +113,19 @@ TEST(Monitor, WithoutMarksADeadLineChangesNothing) {
     EXPECT_FALSE(rig.form.label(1).silentSince.has_value());
 }
 
+TEST(Monitor, AQuestionClosedWithoutAnAnswerAddsNoLabel) {
+    MonitorRig rig;
+    rig.analog(12, 100);
+    rig.add("12", "Pump");
+    rig.host.onModal("frmTag", [&rig](Form& shown) { rig.host.unload(shown); });
+    rig.form.Command1_Click();
+    EXPECT_EQ(rig.form.entry_count, 1);
+    EXPECT_FALSE(rig.form.label(2).visible);
+    rig.add("12", "Fan");
+    EXPECT_EQ(rig.form.entry_count, 2);
+    EXPECT_EQ(rig.form.label(2).caption, "Fan\nBlock 12");
+}
+
 // --- the file ---
 
 /// 52 bytes: in use, block 300, analog, "Pump", red.

@@ -80,6 +80,49 @@ TEST_F(DesktopHostTest, ShowLoadsOnceAndActivates) {
     EXPECT_EQ(host.viewOf(main)->objectName(), "main");
 }
 
+TEST_F(DesktopHostTest, AWindowHasRoomForItsTitle) {
+    main.caption = std::string(40, 'W');
+    host.show(main);
+    const FormView* view = host.viewOf(main);
+    const int title = view->fontMetrics().horizontalAdvance(view->windowTitle());
+    ASSERT_GT(title, 300);
+    constexpr int kIconAndButtons = 100;
+    EXPECT_GE(view->width(), title + kIconAndButtons);
+}
+
+TEST_F(DesktopHostTest, AFormWhoseLoadFailsKeepsNoOtherFromBeingShown) {
+    class Broken final : public Form {
+     public:
+        Broken() : Form("dialog", "Broken") {}
+        void load() override { throw RunTimeError(ErrorNumber::Overflow); }
+    };
+    Broken broken;
+    EXPECT_THROW(host.load(broken), RunTimeError);
+    soon([&] { host.hide(dialog); });
+    host.showModal(dialog);
+    EXPECT_EQ(events, (Events{"dialog load", "dialog activate"}));
+}
+
+TEST_F(DesktopHostTest, EscIsTheCloseBoxOfADialogWithoutACancelButton) {
+    bool stayed = false;
+    soon([&] {
+        dialog.mayClose = false;
+        QTest::keyClick(host.viewOf(dialog), Qt::Key_Escape);
+        stayed = host.isVisible(dialog);
+        dialog.mayClose = true;
+        QTest::keyClick(host.viewOf(dialog)->findChild<QLineEdit*>("Text1"), Qt::Key_Escape);
+    });
+    host.showModal(dialog);
+    EXPECT_TRUE(stayed);
+    EXPECT_FALSE(host.isVisible(dialog));
+}
+
+TEST_F(DesktopHostTest, EscLeavesNoWindowThatIsNoDialog) {
+    host.show(main);
+    QTest::keyClick(host.viewOf(main), Qt::Key_Escape);
+    EXPECT_TRUE(host.isVisible(main));
+}
+
 TEST_F(DesktopHostTest, ATimerEndedByAFormThatHidesTicksNoMore) {
     int ticks = 0;
     main.Timer1.enabled = true;

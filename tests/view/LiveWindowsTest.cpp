@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <QWheelEvent>
 
 #include "LiveViewRig.h"
@@ -116,6 +117,84 @@ TEST(MGridView, PollingLeavesTheFocusWhereItIs) {
     press(view, "Command2");
     line.rig.program.comm.observe(nullptr);
     EXPECT_EQ(view.focusWidget(), stop);
+}
+
+TEST(MainWindowAfterATransfer, TellsInTheStatusBarWhatWent) {
+    test::LiveController live;
+    live.start();
+    LiveViewRig windows(live.path());
+    ViewRig& rig = windows.rig;
+    rig.startWithNewFile();
+    rig.whenUp("frmWarn", [](FormView& view) { press(view, "Command1"); });
+    rig.whenUp("frmSelect", [](FormView& view) {
+        press(view, "btnAll");
+        press(view, "Command1");
+    });
+    rig.whenUp("frmDownload", [](FormView& view) { press(view, "Download"); });
+    ViewRig::choose(rig.mainView(), "mnuFileDownload");
+    const auto* bar = ViewRig::find<QStatusBar>(rig.mainView(), "statusBar");
+    EXPECT_TRUE(bar->currentMessage().startsWith("boiler.qrv is in the controller: "))
+        << bar->currentMessage().toStdString();
+    EXPECT_EQ(bar->toolTip(), bar->currentMessage());
+    rig.boxes.expect({.text = "WARNING  This Action Will Overwrite The Selected Configuration\n"
+                              "                       Do You Wish To Continue?",
+                      .buttons = Buttons::YesNo,
+                      .icon = Icon::Warning},
+                     Answer::Yes);
+    rig.whenUp("frmUpload", [&rig](FormView& view) {
+        rig.whenUp("frmGeneral", [](FormView& info) { ViewRig::choose(info, "mnuexit"); });
+        press(view, "btnAll");
+        press(view, "Continue");
+    });
+    ViewRig::choose(rig.mainView(), "mnuFileUpload");
+    EXPECT_TRUE(bar->currentMessage().startsWith("boiler.qrv has what the controller holds: "))
+        << bar->currentMessage().toStdString();
+    EXPECT_TRUE(bar->currentMessage().endsWith("Save keeps it."));
+}
+
+TEST(MonitorView, TheKeysAloneAddALabelAndMoveIt) {
+    RealLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    line.rig.whenUp("frmTag", [](FormView& question) {
+        auto* tag = ViewRig::find<QLineEdit>(question, "Text1");
+        QTest::keyClicks(tag, QStringLiteral("Pump"));
+        EXPECT_EQ(tag->text(), "Pump");
+        auto* colours = ViewRig::find<QWidget>(question, "Picture1");
+        EXPECT_TRUE(colours->focusPolicy() & Qt::TabFocus);
+        colours->setFocus();
+        for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Right, Qt::Key_Left})
+            QTest::keyClick(colours, key);
+        QTest::keyClick(colours, Qt::Key_Return);
+    });
+    press(view, "Command1");
+    Monitor& board = line.rig.program.chosenOutputs;
+    ASSERT_EQ(board.entry_count, 1);
+    EXPECT_EQ(board.label(1).caption, "Pump\nBlock 4");
+    EXPECT_EQ(board.label(1).color, 0x0000FF);  // red
+    auto* label = ViewRig::find<QLabel>(view, "analog1");
+    const auto places = [&] { return std::pair{board.label(1).left, board.label(1).top}; };
+    EXPECT_EQ(places(), (std::pair{360, 1200}));
+    QTest::keyClick(label, Qt::Key_Right);
+    EXPECT_EQ(places(), (std::pair{2310, 1200}));
+    QTest::keyClick(label, Qt::Key_Down);
+    QTest::keyClick(label, Qt::Key_Down);
+    EXPECT_EQ(places(), (std::pair{2310, 3700}));
+    QTest::keyClick(label, Qt::Key_Left);
+    QTest::keyClick(label, Qt::Key_Left);
+    QTest::keyClick(label, Qt::Key_Up);
+    EXPECT_EQ(places(), (std::pair{360, 2450}));
+    for (int i = 0; i < 9; ++i) QTest::keyClick(label, Qt::Key_Right);
+    EXPECT_EQ(places(), (std::pair{8160, 2450}));
+}
+
+TEST(MonitorView, EscInTheQuestionAddsNoLabel) {
+    RealLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    line.rig.whenUp("frmTag", [](FormView& question) {
+        QTest::keyClick(ViewRig::find<QLineEdit>(question, "Text1"), Qt::Key_Escape);
+    });
+    press(view, "Command1");
+    EXPECT_EQ(line.rig.program.chosenOutputs.entry_count, 0);
 }
 
 TEST(MonitorView, ShowsValuesInTheColoursOfTheirLabels) {

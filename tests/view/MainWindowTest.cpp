@@ -15,6 +15,7 @@
 #include <QWheelEvent>
 
 #include "ViewRig.h"
+#include "platform/qt/GridPainter.h"
 
 namespace qrv {
 namespace {
@@ -247,6 +248,27 @@ TEST_F(MainWindow, SavingLeavesTheRowsInSight) {
     ViewRig::choose(rig.mainView(), "mnuFileSave");
     EXPECT_EQ(blocks().fg3.topRow(), rowInSight);
     EXPECT_EQ(grid("fg3").rowAt(0) + 1, rowInSight);
+}
+
+// --- which cell is marked ---
+
+/// The heading that stands out: of a column of the block map, from 0; -1 for none.
+int markedColumn(GridView& grid) { return dynamic_cast<GridHeading&>(*grid.horizontalHeader()).marked(); }
+
+TEST_F(MainWindow, NoColumnIsMarkedBeforeABlockIsChosen) {
+    EXPECT_EQ(markedColumn(grid("Grid1")), -1);
+    ViewRig::clickCell(grid("Grid1"), 2, 4);
+    EXPECT_EQ(markedColumn(grid("Grid1")), 3);
+    // Filled anew, as behind a save or a transfer.
+    ViewRig::choose(rig.mainView(), "mnuFileSave");
+    EXPECT_EQ(markedColumn(grid("Grid1")), -1);
+    QTest::keyClick(&grid("Grid1"), Qt::Key_F6);
+    EXPECT_EQ(markedColumn(grid("Grid1")), 0);
+    ViewRig::choose(rig.mainView(), "mnuFileSave");
+    auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
+    QTest::keyClicks(box, QStringLiteral("25"));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(markedColumn(grid("Grid1")), 5);
 }
 
 // --- the window in front ---

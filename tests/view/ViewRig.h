@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QMenu>
+#include <QObject>
 #include <QTest>
 #include <QTimer>
 #include <filesystem>
@@ -78,7 +79,7 @@ struct ViewRig {
 
     /// Lets `act` be the user of a form's window as soon as the window is up; whatever else runs meanwhile.
     void whenUp(const std::string& form, std::function<void(FormView&)> act) {
-        QTimer::singleShot(0, qApp, [this, form, act = std::move(act)] {
+        QTimer::singleShot(0, &life, [this, form, act = std::move(act)] {
             FormView* view = upView(form);
             if (view) {
                 act(*view);
@@ -133,6 +134,7 @@ struct ViewRig {
     FalsePump pump{clock};
     NoPort port;
     EditorProgram program;
+    QObject life;  ///< what waits for a window ends with it
 };
 
 }  // namespace qrv

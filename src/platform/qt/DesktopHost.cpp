@@ -8,6 +8,7 @@
 #include <chrono>
 #include <vector>
 
+#include "platform/WhileSet.h"
 #include "platform/qt/FormView.h"
 
 namespace qrv {
@@ -112,12 +113,11 @@ DesktopHost::Window* DesktopHost::loaded(Form& form) {
     // A form that is still loading can't be asked for again.
     if (Window* window = find(form)) return window->view ? window : nullptr;
     windows_[&form].form = &form;
-    ++loading_;
     {
         const InputBarrier barrier;
+        const WhileSet<int> loading(loading_, loading_ + 1);
         form.load();
     }
-    --loading_;
     Window* window = find(form);
     if (window && !window->view) window->view = makeView(form);
     return window;

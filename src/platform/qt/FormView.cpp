@@ -14,6 +14,12 @@
 
 namespace qrv {
 
+namespace {
+
+constexpr int kBesideTitle = 150;  // pixels: a window's icon and its three buttons, with some air
+
+}  // namespace
+
 FormView::FormView(Form& form, DesktopHost& host) : form_(form), host_(host) {
     setObjectName(QString::fromStdString(form.name()));
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -28,6 +34,13 @@ void FormView::refresh() {
     mirroring_ = false;
     afterRefresh();
     if (afterRefresh_) afterRefresh_();
+}
+
+QSize FormView::sizeHint() const {
+    QFont bold = font();
+    bold.setBold(true);
+    const int title = QFontMetrics(bold).horizontalAdvance(windowTitle());
+    return QMainWindow::sizeHint().expandedTo({title + kBesideTitle, 0});
 }
 
 bool FormView::finishEdits() {
@@ -110,6 +123,11 @@ void FormView::keyPressEvent(QKeyEvent* event) {
     }
     if (event->key() == Qt::Key_Escape && cancel_ && cancel_->isEnabled() && cancel_->isVisible()) {
         cancel_->click();
+        return;
+    }
+    // A dialog without such a button: Esc is its close box.
+    if (event->key() == Qt::Key_Escape && !cancel_ && windowModality() == Qt::ApplicationModal) {
+        close();
         return;
     }
     QMainWindow::keyPressEvent(event);

@@ -50,12 +50,17 @@ class FormView : public QMainWindow {
     /// form again.
     void tell(const Event& event);
 
+    /// Wide enough for the title, too.
+    [[nodiscard]] QSize sizeHint() const override;
+
     /// Runs after each time the form's data was shown.
     void setAfterRefresh(Event afterRefresh) { afterRefresh_ = std::move(afterRefresh); }
 
  protected:
     // --- widgets tied to the form's data; the name is the control's ---
     QLabel* addLabel(const QString& name, const Label& source);
+    /// A line of our own words, apart from the form's controls.
+    QLabel* addWords(const QString& name, const std::function<QString()>& words);
     QPushButton* addButton(const QString& name, const Button& source, const Event& clicked);
     QLineEdit* addLine(const QString& name, TextBox& source, const Event& changed);
     QPlainTextEdit* addText(const QString& name, TextBox& source, const Event& changed);

@@ -47,6 +47,18 @@ QString shownCaption(const MenuEntry& entry) {
     return caption;
 }
 
+/// The toolkit stands on the first entry as soon as the list has the focus, and the first Down would choose the second.
+class UnchosenList final : public QListWidget {
+ public:
+    using QListWidget::QListWidget;
+
+ protected:
+    void focusInEvent(QFocusEvent* event) override {
+        QListWidget::focusInEvent(event);
+        if (!selectionModel()->hasSelection()) selectionModel()->clearCurrentIndex();
+    }
+};
+
 void showCaption(QAbstractButton* widget, const std::string& caption) {
     const QString text = shownUtf8(caption);
     if (widget->text() != text) widget->setText(text);
@@ -74,6 +86,17 @@ QLabel* FormView::addLabel(const QString& name, const Label& source) {
         showIf(label, source.visible);
     });
     return label;
+}
+
+QLabel* FormView::addWords(const QString& name, const std::function<QString()>& words) {
+    auto* line = new QLabel(this);
+    setUp(line, name);
+    line->setTextFormat(Qt::PlainText);
+    addMirror([line, words] {
+        const QString text = words();
+        if (line->text() != text) line->setText(text);
+    });
+    return line;
 }
 
 QPushButton* FormView::addButton(const QString& name, const Button& source, const Event& clicked) {
@@ -141,7 +164,7 @@ QPlainTextEdit* FormView::addText(const QString& name, TextBox& source, const Ev
 }
 
 QListWidget* FormView::addList(const QString& name, ListBox& source, const Event& clicked) {
-    auto* list = new QListWidget(this);
+    auto* list = new UnchosenList(this);
     setUp(list, name);
     list->setUniformItemSizes(true);
     const auto choose = [this, list, &source, clicked] {
@@ -217,7 +240,11 @@ QAbstractButton* FormView::addCheck(const QString& name, Choice& source, const E
 }
 
 void FormView::addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group) {
-    for (const auto& [name, box] : group.boxes) body->addWidget(addCheck(QString::fromLatin1(name), *box, [] {}));
+    for (const auto& [name, source] : group.boxes) {
+        QAbstractButton* box = addCheck(QString::fromLatin1(name), *source, [] {});
+        if (!source->enabled) addTip(box, QString::fromLatin1(kComing));
+        body->addWidget(box);
+    }
     auto* choose = new QHBoxLayout;
     choose->addWidget(addButton(QStringLiteral("btnAll"), group.all, group.allClicked));
     choose->addWidget(addButton(QStringLiteral("btnNone"), group.none, group.noneClicked));

@@ -55,6 +55,7 @@ class GridHeading final : public QHeaderView {
  public:
     GridHeading(Qt::Orientation orientation, QWidget* parent);
     void setMarked(int section);
+    [[nodiscard]] int marked() const { return marked_; }
 
  protected:
     void paintSection(QPainter* painter, const QRect& rect, int section) const override;
