@@ -14,6 +14,8 @@ constexpr std::size_t kTagAt = 6;
 constexpr std::size_t kColorAt = kTagAt + MonitorEntry::kTagLength;
 constexpr std::int16_t kTrue = -1;
 
+constexpr int kExtension = 3;  // characters of a configuration's name that give way to the board's
+
 void putNumber(std::string& bytes, std::size_t at, std::size_t width, std::int32_t value) {
     const auto bits = static_cast<std::uint32_t>(value);
     for (std::size_t i = 0; i < width; ++i) bytes[at + i] = static_cast<char>(bits >> (8 * i) & 0xFF);
@@ -39,6 +41,13 @@ MonitorEntry entryFrom(std::string_view record) {
                        .color = static_cast<std::int32_t>(numberAt(record, kColorAt, 4))};
     const bool isBlock = entry.block >= 0 && entry.block <= kLastBlock;
     return entry.in_use && isBlock ? entry : MonitorEntry{};
+}
+
+/// Of a path, whose characters may take more than one byte.
+void dropLastCharacter(std::string& utf8) {
+    const auto goesOn = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    while (!utf8.empty() && goesOn(utf8.back())) utf8.pop_back();
+    if (!utf8.empty()) utf8.pop_back();
 }
 
 }  // namespace
@@ -74,9 +83,9 @@ MonitorEntries boardFrom(std::string_view bytes) {
 }
 
 std::string boardFileOf(const std::string& configuration) {
-    constexpr std::size_t kExtension = 3;
-    const std::size_t kept = configuration.size() < kExtension ? 0 : configuration.size() - kExtension;
-    return configuration.substr(0, kept) + "mon";
+    std::string name = configuration;
+    for (int i = 0; i < kExtension; ++i) dropLastCharacter(name);
+    return name + "mon";
 }
 
 }  // namespace qrv

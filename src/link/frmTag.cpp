@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "blocks/TypedNumber.h"
 #include "platform/Numerals.h"
 #include "store/Workbench.h"
 
@@ -13,9 +14,8 @@ constexpr const char* kFirstTag = "Block 4";
 constexpr std::int16_t kFirstBlock = 4;
 
 std::int16_t blockFrom(const std::string& text) {
-    if (!isNumeric(text)) return kFirstBlock;
-    const double number = numberFrom(text);
-    return number >= 0 && number <= kLastBlock ? toInt16(number) : kFirstBlock;
+    const auto number = typedNumber(text);
+    return number && *number >= 0 && *number <= kLastBlock ? toInt16(*number) : kFirstBlock;
 }
 
 }  // namespace

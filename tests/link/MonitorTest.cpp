@@ -193,6 +193,8 @@ TEST(Monitor, ForeignFileGivesNoBlockThatNoControllerHas) {
 TEST(Monitor, FileIsNamedAfterAnyConfiguration) {
     EXPECT_EQ(boardFileOf("/a/boiler.mdb"), "/a/boiler.mon");
     EXPECT_EQ(boardFileOf("/a.b/boiler.qrv"), "/a.b/boiler.mon");
+    EXPECT_EQ(boardFileOf("/a/plan\u00E9"), "/a/plmon");
+    EXPECT_EQ(boardFileOf("/a/\u20AC\u00E9\u00FC"), "/a/mon");
 }
 
 TEST(Monitor, BoardThatCannotBeReadIsTold) {
@@ -261,7 +263,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, FrmTagBlock,
                          testing::Values(BlockRow{"empty", "", 4}, BlockRow{"word", "pump", 4},
                                          BlockRow{"zero", "0", 0}, BlockRow{"last", "704", 704},
                                          BlockRow{"beyond", "705", 4}, BlockRow{"negative", "-1", 4},
-                                         BlockRow{"huge", "1E300", 4}),
+                                         BlockRow{"huge", "1E300", 4}, BlockRow{"beyondAllNumbers", "1e999", 4}),
                          [](const auto& row) { return row.param.name; });
 
 TEST(FrmTag, ComesUpWithBlockFourInBlack) {
