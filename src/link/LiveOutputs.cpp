@@ -45,8 +45,9 @@ void PollRate::count(Clock::TimePoint now) {
 bool LiveOutputs::connect() {
     comm_.Open_Comm_Port();
     if (!comm_.port_is_open) return false;
-    comm_.poll_qrm3();
-    if (!bench_.xfer_ok) {
+    // Noise that waits on the line may overflow a sum.
+    const bool came = bearingBadAnswers([&] { comm_.poll_qrm3(); });
+    if (!came || !bench_.xfer_ok) {
         comm_.Close_Comm_Port();
         bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
         return false;
