@@ -205,7 +205,7 @@ bool assign_block_function(Workbench& bench, std::int16_t block, std::int16_t fu
 std::optional<std::string> placeFunction(Workbench& bench, std::int16_t block, const std::string& cellText,
                                          const std::string& functionName) {
     db1& db = bench.db;
-    db.FuncSetIndex("Name");
+    db.FuncSetIndex("Fname");
     db.FuncSeekS(functionName);
     if (db.FuncNoMatch()) {
         bench.platform.messageBox.say(kNotFound);

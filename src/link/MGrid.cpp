@@ -131,6 +131,7 @@ int MGrid::pass(Mode mode, int first, int last) {
         const auto block = toInt16(number);
         const bool isUsed = bench_.FnOfBlock.at(static_cast<std::size_t>(block)) != kNop;
         const auto kind = isUsed ? outputKindOf(bench_, block) : std::nullopt;
+        if (isUsed) Grid2.select(rowOf(block), colOf(block));
         if (!kind) {
             bench_.platform.eventPump.pump();
             continue;
@@ -142,7 +143,6 @@ int MGrid::pass(Mode mode, int first, int last) {
 }
 
 void MGrid::readBlock(std::int16_t block, OutputKind kind) {
-    Grid2.select(rowOf(block), colOf(block));
     const auto text = outputs_.text(block, kind);
     // Without an answer the last value stands.
     if (text && isLoaded_) Grid2.setText(rowOf(block), colOf(block), *text);

@@ -63,6 +63,8 @@ TEST(MGrid, FunctionThatTheCatalogueLacksIsNotRead) {
     rig.bench.FnOfBlock[3] = 999;
     rig.form.Command1_Click();
     EXPECT_TRUE(rig.blocksRead().empty());
+    EXPECT_EQ(rig.form.Grid2.row(), 1);
+    EXPECT_EQ(rig.form.Grid2.col(), 4);
 }
 
 TEST(MGrid, ContinuousPollReadsWhatIsOnTheWindow) {
