@@ -1,6 +1,10 @@
 #include "link/CommSettings.h"
 
+#include <cstdint>
+#include <string>
+
 #include "platform/Numerals.h"
+#include "platform/RunTimeError.h"
 #include "platform/Settings.h"
 #include "store/Workbench.h"
 
@@ -13,11 +17,23 @@ constexpr const char* kCommPort = "CommPort";
 constexpr const char* kBaudRate = "BaudRate";
 constexpr const char* kParity = "Parity";
 
+/// Raises as any number that is none, and tells which setting it is and where: only a person can have written it.
+std::int16_t portNumber(const Settings& settings) {
+    const std::string text = settings.get(kSection, kCommPort, "1");
+    try {
+        return int16From(text);
+    } catch (const RunTimeError& error) {
+        throw RunTimeError(error.number(), error.description() + "\n\n" + kCommPort + "=" + text +
+                                               "\nis no number of a port, in section \"" + kSection + "\" of\n" +
+                                               settings.place());
+    }
+}
+
 }  // namespace
 
 void readCommSettings(Workbench& workbench) {
     const Settings& settings = workbench.platform.settings;
-    workbench.comm_port = int16From(settings.get(kSection, kCommPort, "1"));
+    workbench.comm_port = portNumber(settings);
     workbench.baud_rate = settings.get(kSection, kBaudRate, "38400");
     workbench.parity = settings.get(kSection, kParity, "O");
 }

@@ -22,6 +22,7 @@ class FileSettings final : public Settings {
     void save(std::string_view section, std::string_view key, std::string_view value) override;
     void remove(std::string_view section, std::string_view key) override;
     [[nodiscard]] std::vector<std::pair<std::string, std::string>> all(std::string_view section) const override;
+    [[nodiscard]] std::string place() const override { return path_; }
 
     /// Why the last change did not reach the file, if it didn't. It holds in this program all the same.
     [[nodiscard]] const FileResult& fault() const { return fault_; }

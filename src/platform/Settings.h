@@ -19,6 +19,8 @@ class Settings {
     virtual void remove(std::string_view section, std::string_view key) = 0;
     /// All (key, value) pairs of a section, sorted by key; empty where the section doesn't exist.
     [[nodiscard]] virtual std::vector<std::pair<std::string, std::string>> all(std::string_view section) const = 0;
+    /// Where a person finds them, to mend one: the file's path.
+    [[nodiscard]] virtual std::string place() const = 0;
 };
 
 }  // namespace qrv

@@ -240,6 +240,29 @@ TEST(CommSettings, HaveTheirDefaults) {
     EXPECT_EQ(rig.bench.parity, "O");
 }
 
+struct WrongPort {
+    const char* text;
+    ErrorNumber number;
+    const char* words;
+};
+
+TEST(CommSettings, APortThatIsNoNumberIsTheErrorAndTellsWhereItStands) {
+    for (const WrongPort& wrong : {WrongPort{"COM3", ErrorNumber::TypeMismatch, "Type mismatch\n\nCommPort=COM3\n"},
+                                   WrongPort{"99999", ErrorNumber::Overflow, "Overflow\n\nCommPort=99999\n"}}) {
+        LineRig rig;
+        rig.settings.save("Communication Settings", "CommPort", wrong.text);
+        try {
+            readCommSettings(rig.bench);
+            FAIL() << wrong.text;
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.number(), wrong.number);
+            EXPECT_EQ(error.description(), wrong.words + std::string("is no number of a port, in section "
+                                                                     "\"Communication Settings\" of\n"
+                                                                     "the memory of a test"));
+        }
+    }
+}
+
 TEST(CommSettings, AreReadAsTheyWereWritten) {
     LineRig rig;
     rig.bench.comm_port = 12;

@@ -35,6 +35,7 @@ TEST_F(FileSettingsOf, GiveTheFallbackWhereThereIsNothing) {
     EXPECT_EQ(settings.get("Communication Settings", "BaudRate", "38400"), "38400");
     EXPECT_EQ(settings.all("Recent Files"), Pairs{});
     EXPECT_FALSE(exists(path));
+    EXPECT_EQ(settings.place(), path);
 }
 
 TEST_F(FileSettingsOf, AreReadableInTheFile) {

@@ -30,6 +30,7 @@ class MemorySettings final : public Settings {
         }
         return found;
     }
+    [[nodiscard]] std::string place() const override { return "the memory of a test"; }
 
  private:
     std::map<std::pair<std::string, std::string>, std::string> values_;
