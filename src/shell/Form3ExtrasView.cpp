@@ -69,8 +69,9 @@ constexpr const char* kKeys =
     "Ctrl+G\tgo to a block by number or name\n"
     "F2, typing\tedit a cell\n"
     "Enter\tend an edit; show or place a block\n"
-    "Esc\tgive back the old value\n"
+    "Esc\tgive back the old value; leave a dialog\n"
     "Tab\tnext part of the window\n"
+    "Arrows\tgo along a grid; move a label of the board, choose its colour\n"
     "Ctrl+N, Ctrl+O, Ctrl+S\tnew, open, save";
 
 }  // namespace
