@@ -39,7 +39,7 @@ Ending Transaction::run(const Exchange& exchange) {
     const RunningMark mark(*this);
     retryCount_ = 0;
     frameLeft_ = false;
-    if (lateReplyMayCome_) {
+    if (lateReplies_ > 0) {
         const bool wasAborted = exchange.aborted;
         letTheLineFallQuiet();
         // A Cancel that falls into this wait comes before the frame, which must not go out any more.
@@ -54,9 +54,9 @@ Ending Transaction::run(const Exchange& exchange) {
 Ending Transaction::attemptAll(const Exchange& exchange) {
     while (true) {
         if (attempt(exchange)) return Ending::Good;
-        if (exchange.aborted) return Ending::Aborted;
         // The next frame, be it this one again, goes out while the answer to this send may still be on its way.
-        if (timer_.timedOut()) lateReplyMayCome_ = true;
+        if (timer_.timedOut()) ++lateReplies_;
+        if (exchange.aborted) return Ending::Aborted;
         if (++retryCount_ == kMostSends) return Ending::Failed;
         if (!timer_.timedOut()) {
             const bool wasAborted = exchange.aborted;
@@ -71,13 +71,15 @@ Ending Transaction::attemptAll(const Exchange& exchange) {
 bool Transaction::attempt(const Exchange& exchange) {
     dropInput();
     timer_.clearTimedOut();
-    timer_.start(kTick, clock_.now());
+    lastOnTheLine_ = clock_.now();
+    timer_.start(kTick, lastOnTheLine_);
     frameLeft_ = true;
     port_.write(exchange.frame);
     if (observer_ != nullptr) observer_->sent(exchange.frame, retryCount_ + 1);
     awaitReply(exchange.replyLength);
     timer_.stop();
     exchange.reply = port_.readAll();
+    if (!exchange.reply.empty()) lastOnTheLine_ = clock_.now();
     if (observer_ != nullptr) observer_->received(exchange.reply, verdictOf(exchange.reply));
     return isSound(exchange.reply);
 }
@@ -108,17 +110,20 @@ void Transaction::resynchronise() {
 }
 
 /// A frame carries no number and a reply doesn't say what it answers: a reply to the former transaction that comes now
-/// would be taken for this one's.
+/// would be taken for this one's. A controller works off its requests in turn, so that each of the replies that are
+/// owed has an answer's whole time behind the one before it; a line that never falls quiet is given no more than that.
 void Transaction::letTheLineFallQuiet() {
-    lateReplyMayCome_ = false;
-    const auto end = clock_.now() + kLongestQuietWait;
-    auto quietAt = clock_.now() + kQuiet;
+    const auto began = clock_.now();
+    const auto end = began + lateReplies_ * kQuietBehindAnAnswer;
+    auto quietAt = std::max(began + kQuiet, lastOnTheLine_ + kQuietBehindAnAnswer);
+    lateReplies_ = 0;
+    if (port_.waitingCount() > 0) quietAt = began + kQuietBehindAnAnswer;
     dropInput();
     while (clock_.now() < std::min(quietAt, end)) {
         pump_.pumpUntil(std::min(quietAt, end), &port_);
         if (port_.waitingCount() == 0) continue;
         dropInput();
-        quietAt = clock_.now() + kQuiet;
+        quietAt = clock_.now() + kQuietBehindAnAnswer;
     }
 }
 

@@ -34,8 +34,10 @@ class Transaction {
     static constexpr std::chrono::milliseconds kTick{600};
     static constexpr std::size_t kFillerLength = 1025;
     static constexpr std::chrono::milliseconds kResynchronisingSleep{2000};
+    /// How long no byte may come before a line counts as quiet on which no answer is owed.
     static constexpr std::chrono::milliseconds kQuiet{600};
-    static constexpr std::chrono::milliseconds kLongestQuietWait{1800};
+    /// The same where one is: the whole time that an answer may take lies before that.
+    static constexpr std::chrono::milliseconds kQuietBehindAnAnswer = TickTimer::kTicksToTimeOut * kTick + kQuiet;
 
     Transaction(SerialPort& port, EventPump& pump, Clock& clock) : port_(port), pump_(pump), clock_(clock) {}
 
@@ -73,7 +75,8 @@ class Transaction {
     std::int16_t retryCount_ = 0;
     bool running_ = false;
     bool frameLeft_ = false;
-    bool lateReplyMayCome_ = false;
+    std::int16_t lateReplies_ = 0;  ///< that may still come: one for each send since the line was quiet that timed out
+    Clock::TimePoint lastOnTheLine_;  ///< the last send, or its answer if one came
 };
 
 }  // namespace qrv
