@@ -29,17 +29,14 @@ class Examination {
  private:
     /// Gives the next block's places, if the function is known.
     std::optional<BlockPlaces> examine(const BlockRecord& record, const std::optional<BlockPlaces>& wanted) {
-        compare("byte 0", 0, record.first);
         if (wanted) {
             compare("temporary RAM address", wanted->temporary, record.places.temporary);
             compare("constant index", wanted->constant, record.places.constant);
             compare("retentive RAM address", wanted->retentive, record.places.retentive);
         }
         catalogue_.FuncSeekI(record.function);
-        const bool isKnown = !catalogue_.FuncNoMatch();
-        if (isKnown) compare("function type", catalogue_.FuncFtype(), record.type);
-        compare("byte 9", 0, record.last);
-        if (!isKnown) return std::nullopt;
+        if (catalogue_.FuncNoMatch()) return std::nullopt;
+        compare("function type", catalogue_.FuncFtype(), record.type);
         return placesBehind(catalogue_, record.places);
     }
 
@@ -65,11 +62,9 @@ BlockPlaces placesBehind(db1& catalogue, const BlockPlaces& places) {
 }
 
 BlockRecord blockRecordOf(std::span<const std::uint8_t, kBlockRecordLength> bytes) {
-    return {.first = bytes[0],
-            .function = bytes[kFunctionInRecord],
+    return {.function = bytes[kFunctionInRecord],
             .places = {.temporary = wordAt(bytes, 2), .constant = wordAt(bytes, 4), .retentive = wordAt(bytes, 6)},
-            .type = bytes[8],
-            .last = bytes[9]};
+            .type = bytes[8]};
 }
 
 std::vector<BlockTableFault> faultsOf(std::span<const BlockRecord> table, db1& catalogue) {

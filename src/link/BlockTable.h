@@ -23,13 +23,12 @@ struct BlockPlaces {
 /// The places of the next block, by the needs of the catalogue's current function.
 [[nodiscard]] BlockPlaces placesBehind(db1& catalogue, const BlockPlaces& places);
 
-/// One record as it was read back.
+/// One record as it was read back. Its first and last byte mean nothing: they are written as 0, and a controller may
+/// give back anything in their place.
 struct BlockRecord {
-    std::uint8_t first = 0;
     std::uint8_t function = 0;
     BlockPlaces places;
     std::uint8_t type = 0;
-    std::uint8_t last = 0;
 };
 
 [[nodiscard]] BlockRecord blockRecordOf(std::span<const std::uint8_t, kBlockRecordLength> bytes);
