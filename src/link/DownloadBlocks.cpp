@@ -53,10 +53,10 @@ class BlockDownload {
         bench_.xfer_abort = true;
         bench_.xfer_abort_reason = reason;
     }
-    /// Tells what failed by itself and ends the download for it. After a Cancel nothing is said, and its reason stands.
+    /// Ends the download for what failed. Where it was to end already - the user has cancelled, or another failure was
+    /// told - nothing is said, but the reason is this one's.
     void fail(const Notice& notice, const char* reason) {
-        if (bench_.xfer_abort) return;
-        bench_.platform.messageBox.ask(notice);
+        if (!bench_.xfer_abort) bench_.platform.messageBox.ask(notice);
         abort(reason);
     }
 
@@ -97,6 +97,7 @@ class BlockDownload {
     std::int16_t image_offset = 0;
     /// What went into the last slot. Runs on: a parameter of an unknown type sends what is left of it.
     std::int32_t slot_ = 0;
+    bool constantsWent_ = true;  ///< no frame of constants has failed so far
 };
 
 // --- the block table ---
@@ -125,6 +126,7 @@ void BlockDownload::sendTable() {
         if (bench_.xfer_abort) return;
         comm_.sum_xmit_bfr(static_cast<std::int16_t>(index - 1));
         comm_.send_and_get(kTableFrame + kAroundData, kShortReply);
+        if (comm_.wasKeptBack()) return;
         if (!bench_.xfer_ok) return failTable();
     }
 }
@@ -233,7 +235,7 @@ void BlockDownload::fillUp() {
 }
 
 /// Appends a slot, and sends the frame that it fills. Leaves just the value's lower 16 bits in `value`. A frame that a
-/// Cancel kept back counts as well sent: it has not failed.
+/// Cancel kept back has not failed: `ok` is then as it was for the one before.
 void BlockDownload::put_constant(std::int32_t& value, bool& ok) {
     const std::int32_t lower = value & 0xFFFF;
     int index = kDataStart + kSlotLength * slot_in_frame;
@@ -248,7 +250,7 @@ void BlockDownload::put_constant(std::int32_t& value, bool& ok) {
 bool BlockDownload::sendConstantsFrame() {
     slot_in_frame = 0;
     // The block goes on to its end, but no frame leaves any more.
-    if (bench_.xfer_abort) return true;
+    if (bench_.xfer_abort) return constantsWent_;
     int index = 0;
     // Not a new frame: the slots stand in it already.
     comm_.put_byte(index, static_cast<int>(Command::Write));
@@ -258,18 +260,18 @@ bool BlockDownload::sendConstantsFrame() {
     comm_.sum_xmit_bfr(kDataStart + kConstantsFrame - 1);
     comm_.send_and_get(kConstantsFrame + kAroundData, kShortReply);
     comm_.bank_delay();
-    if (!bench_.xfer_ok) {
+    if (!bench_.xfer_ok && !comm_.wasKeptBack()) {
         // Nil where the last attempt was silent: the time is up already.
         comm_.pumpUntilTimedOut(kSecondTryTick);
         if (!bench_.xfer_abort) comm_.send_and_get(kConstantsFrame + kAroundData, kShortReply);
-        if (bench_.xfer_ok) comm_.forgiveFailure();
+        constantsWent_ = bench_.xfer_ok;
+        if (constantsWent_) comm_.forgiveFailure();
     }
-    const bool went = bench_.xfer_ok || bench_.xfer_abort;
-    if (!went) {
+    if (!constantsWent_) {
         fail({.text = "Error Downloading Constant # " + joined(image_offset)}, "Form Comm Download constant fail");
     }
     image_offset = toInt16(image_offset + kConstantsFrame);
-    return went;
+    return constantsWent_;
 }
 
 // --- the strings ---

@@ -18,6 +18,8 @@ class UploadLogFile final : public UploadLog {
 
     void print(std::string_view line) override;
     [[nodiscard]] std::string path() const override { return path_; }
+    /// Hands over what was printed so far. False: the file didn't take all of it.
+    [[nodiscard]] bool isWhole() { return static_cast<bool>(file_.flush()); }
 
  private:
     std::string path_;

@@ -84,6 +84,8 @@ void frmComm::send_and_get(std::int16_t tx_count, std::int16_t rx_count) {
     if (workbench_.in_upload) countReceived(rx_count);
 }
 
+bool frmComm::wasKeptBack() const { return workbench_.xfer_abort && !transaction_.frameLeft(); }
+
 std::int32_t frmComm::countedBytes(std::int16_t tx_count) { return (tx_count / kProgressStep + 1) * kProgressStep; }
 
 /// From 0 up to and including the frame's length: 15 for a frame of 3 bytes, 150 for one of 135.

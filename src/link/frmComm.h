@@ -59,6 +59,8 @@ class frmComm final : public Form {
     void forgiveFailure() { --failuresSoFar_; }
     /// Whether the last transaction's frame went out at all.
     [[nodiscard]] bool frameLeft() const { return transaction_.frameLeft(); }
+    /// A Cancel came before the last transaction's frame, which did not go out: it has not failed.
+    [[nodiscard]] bool wasKeptBack() const;
     [[nodiscard]] std::int16_t timer_ticks() const { return transaction_.timer().ticks(); }
     [[nodiscard]] bool timed_out() const { return transaction_.timer().timedOut(); }
     /// Waits on the same timer: until `timed_out` is set, which can be at once.
@@ -112,12 +114,14 @@ class frmComm final : public Form {
 
     // --- the constants image, read slot by slot ---
     std::int16_t constant_offset = 0;  ///< next offset to read
-    std::int16_t constant_index = 0;   ///< 0..31, the constant's place in `rcv_bfr`
+    std::int16_t constant_index = 0;   ///< 0..31, the constant's place in `rcv_bfr`; 32 where they ended
     void get_integer_constant(std::int16_t& value);
     void get_long_constant(std::int32_t& value);
     void get_no_constant(std::int16_t& value);
     /// Steps to the next constant, reading the next 32 of them when those in `rcv_bfr` are used up.
     void read_constants();
+    /// A Cancel kept the next 32 back.
+    [[nodiscard]] bool constantsEnded() const;
 
     // --- the upload's log ---
     /// `log` may be null: then nothing is written.

@@ -113,10 +113,13 @@ void frmComm::read_constants() {
     send_and_get(kReadRequest, kConstantsReply + kAroundData);
     PrintRcvBuffer(kConstantsReply + kAroundData);
     PrintRetries();
+    if (wasKeptBack()) return;
     // Whether the read went well is not asked: the upload goes on with whatever came, and only the log can tell.
     constant_offset = toInt16(constant_offset + kConstantsReply);
     constant_index = 0;
 }
+
+bool frmComm::constantsEnded() const { return constant_index == kConstantsPerReply; }
 
 void frmComm::printLine(std::string_view line) {
     if (log_ != nullptr) log_->print(line);

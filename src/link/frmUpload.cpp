@@ -127,6 +127,9 @@ void frmUpload::Continue_Click() {
             revert();
         }
     }
+    if (log != nullptr && !log->isWhole()) {
+        bench_.platform.messageBox.say("The upload's log could not be written whole:\n" + logPath_);
+    }
     end();
 }
 

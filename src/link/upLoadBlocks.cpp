@@ -76,10 +76,10 @@ class BlockUpload {
         comm_.printLine(text);
         comm_.printLine(uploadlog::kRule);
     }
-    /// Tells what failed by itself. After a Cancel nothing is said, and its reason stands.
+    /// A read that failed has its own words and its own reason, whether or not the user has cancelled meanwhile.
     bool fail() {
         comm_.Close_Comm_Port();
-        if (!bench_.xfer_abort) comm_.AbortUpload("Bad Response");
+        comm_.AbortUpload("Bad Response");
         return false;
     }
     [[nodiscard]] std::uint8_t byteAt(int index) const {
@@ -123,12 +123,12 @@ class BlockUpload {
 bool BlockUpload::poll() {
     comm_.poll_qrm3();
     if (bench_.xfer_ok) return true;
-    if (!bench_.xfer_abort)
-        bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
+    if (comm_.wasKeptBack()) return false;
+    bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
     return fail();
 }
 
-/// One logged exchange, its offset's line aside. False: it failed, and that was told, or the user cancelled.
+/// One logged exchange, its offset's line aside. False: it failed, and that was told, or a Cancel came before it.
 bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset) {
     if (bench_.xfer_abort) return false;
     const auto expected = static_cast<std::int16_t>(count + kAroundData);
@@ -138,7 +138,8 @@ bool BlockUpload::read(Section section, std::int16_t count, std::int16_t offset)
     comm_.PrintRcvBuffer(expected);
     comm_.PrintRetries();
     comm_.printLine(uploadlog::kEmpty);
-    return bench_.xfer_ok || fail();
+    if (bench_.xfer_ok) return true;
+    return !comm_.wasKeptBack() && fail();
 }
 
 bool BlockUpload::readTable() {
@@ -169,14 +170,14 @@ void BlockUpload::expectSlots(std::int32_t count) {
     slots_ = count;
 }
 
-/// Neither this first read nor the later ones are asked whether they went well: only the log can tell. False: the user
-/// cancelled.
+/// Neither this first read nor the later ones are asked whether they went well: only the log can tell. False: a Cancel
+/// came before one of them, which did not go out. Until one is due the walk goes on with what it has.
 bool BlockUpload::readConstants() {
-    if (bench_.xfer_abort) return false;
     // Once more from the first to the last, as they are read: a function that the catalogue lacks is taken for the one
     // before it.
     expectSlots(slotsOfAll(bench_));
     heading(uploadlog::kConstants);
+    if (bench_.xfer_abort) return false;
     comm_.put_read(Section::Constants, kConstantsFrame, 0);
     comm_.PrintXmitBuffer(kReadRequest);
     comm_.send_and_get(kReadRequest, kConstantsFrame + kAroundData);
@@ -184,9 +185,10 @@ bool BlockUpload::readConstants() {
     comm_.PrintRetries();
     comm_.constant_offset = kConstantsFrame;
     comm_.constant_index = 0;
+    if (comm_.wasKeptBack()) return false;
     db_.FuncSetIndex("FN");
-    for (std::int16_t block = 0; block < kBlockCount && !bench_.xfer_abort; ++block) readConstantsOf(block);
-    return !bench_.xfer_abort;
+    for (std::int16_t block = 0; block < kBlockCount && !comm_.constantsEnded(); ++block) readConstantsOf(block);
+    return !comm_.constantsEnded();
 }
 
 void BlockUpload::readConstantsOf(std::int16_t block) {
@@ -194,13 +196,15 @@ void BlockUpload::readConstantsOf(std::int16_t block) {
     db_.FuncSeekI(bench_.FnOfBlock[static_cast<std::size_t>(block)]);
     std::int16_t slot = 0;
     std::int16_t value = 0;
-    for (std::int16_t i = 0; i < db_.FuncInputs(); ++i) {
+    for (std::int16_t i = 0; i < db_.FuncInputs() && !comm_.constantsEnded(); ++i) {
         db_.ConstantSeek(block, slot++);
         comm_.get_integer_constant(value);
         storeConstant(value);
     }
-    for (std::int32_t number = 1; number <= db_.FuncParams(); ++number) readParameter(block, slot++, number);
-    for (std::int16_t i = 0; i < db_.FuncHidden(); ++i) {
+    for (std::int32_t number = 1; number <= db_.FuncParams() && !comm_.constantsEnded(); ++number) {
+        readParameter(block, slot++, number);
+    }
+    for (std::int16_t i = 0; i < db_.FuncHidden() && !comm_.constantsEnded(); ++i) {
         db_.ConstantSeek(block, slot++);
         comm_.get_no_constant(value);
         storeConstant(value);
@@ -316,7 +320,7 @@ void upLoadBlocks(Workbench& bench, frmComm& comm) {
     } catch (const RunTimeError& error) {
         comm.uploadFindings.error = error;
         comm.Close_Comm_Port();
-        if (!bench.xfer_abort) comm.AbortUpload("Runtime Error");
+        comm.AbortUpload("Runtime Error");
     }
 }
 

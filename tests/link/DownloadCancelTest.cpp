@@ -36,29 +36,42 @@ INSTANTIATE_TEST_SUITE_P(Phases, frmDownloadCancelAt, testing::Values(4, 5, 144,
 
 namespace {
 
-/// The frame, from 1, that gets no good answer any more while the user cancels: in the block table, in the constants,
-/// of the strings, their end, the commit.
-class frmDownloadCancelOfBadFrame : public testing::TestWithParam<std::size_t> {};
+constexpr const char* kCancelled = "Form Download Cancel Button Click";
+
+/// The frame, from 1, that gets no good answer any more while the user cancels, and the reason that stands then: that
+/// of the frame's failure, where one would be told.
+struct BadFrame {
+    const char* name;
+    std::size_t number;
+    const char* reason;
+};
+
+class frmDownloadCancelOfBadFrame : public testing::TestWithParam<BadFrame> {};
 
 }  // namespace
 
 TEST_P(frmDownloadCancelOfBadFrame, SaysNothingAndSendsNoMore) {
     TransferRig rig;
     rig.place(5, "SCHEDULE");
-    rig.controller.play(SimFaultPlan::from("bad-checksum", GetParam()));
+    rig.controller.play(SimFaultPlan::from("bad-checksum", GetParam().number));
     rig.download.onProgress = [&] {
-        if (rig.record.sends.size() + 1 != GetParam()) return;
+        if (rig.record.sends.size() + 1 != GetParam().number) return;
         rig.pump.at(rig.clock.now() + std::chrono::milliseconds(100), [&] { rig.download.Cancel_Click(); });
     };
     rig.runDownload();
-    EXPECT_LE(rig.record.sends.size(), GetParam() + 1);
-    EXPECT_EQ(rig.controller.counters().commits, GetParam() == kCommitFrame ? 1U : 0U);
+    EXPECT_LE(rig.record.sends.size(), GetParam().number + 1);
+    EXPECT_EQ(rig.controller.counters().commits, GetParam().number == kCommitFrame ? 1U : 0U);
     EXPECT_FALSE(rig.download.outcome().committed);
-    EXPECT_EQ(rig.download.outcome().reason, "Form Download Cancel Button Click");
+    EXPECT_EQ(rig.download.outcome().reason, GetParam().reason);
     EXPECT_FALSE(rig.bench.xfer_abort);
 }
 
-INSTANTIATE_TEST_SUITE_P(Phases, frmDownloadCancelOfBadFrame, testing::Values(10, 150, 330, 421, kCommitFrame));
+INSTANTIATE_TEST_SUITE_P(Phases, frmDownloadCancelOfBadFrame,
+                         testing::Values(BadFrame{"table", 10, "Form Comm Download blocks fail"},
+                                         BadFrame{"constants", 150, "Form Comm Download constant fail"},
+                                         BadFrame{"aString", 330, kCancelled}, BadFrame{"stringsEnd", 421, kCancelled},
+                                         BadFrame{"commit", kCommitFrame, kCancelled}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(frmDownload, ACancelInTheQuietTimeBeforeTheCommitKeepsItBack) {
     TransferRig rig;
@@ -77,6 +90,51 @@ TEST(frmDownload, ACancelInTheQuietTimeBeforeTheCommitKeepsItBack) {
     EXPECT_FALSE(rig.download.outcome().committed);
     EXPECT_EQ(rig.download.outcome().reason, "Form Download Cancel Button Click");
     EXPECT_EQ(rig.download.outcome().stage, DownloadStage::Sections) << "nobody need wonder whether it was done";
+}
+
+namespace {
+
+/// The frame, from 1, whose first send goes unanswered. The line falls quiet before the next frame.
+class frmDownloadCancelInTheQuietBehind : public testing::TestWithParam<std::size_t> {};
+
+}  // namespace
+
+TEST_P(frmDownloadCancelInTheQuietBehind, KeepsTheNextFrameBackWhichHasNotFailed) {
+    TransferRig rig;
+    rig.place(4, "AIN");
+    rig.place(5, "AIN");
+    rig.place(6, "OARESET");
+    rig.place(7, "SCHEDULE");
+    rig.controller.play(SimFaultPlan::at("silence", GetParam()));
+    rig.controller.onTrace = [&, seen = std::size_t{0}](const SimTrace&) mutable {
+        // The second send is answered, and half of the quiet time goes by.
+        if (++seen != GetParam() + 1) return;
+        rig.pump.at(rig.clock.now() + std::chrono::milliseconds(300), [&] { rig.download.Cancel_Click(); });
+    };
+    rig.runDownload();
+    EXPECT_EQ(rig.record.sends.size(), GetParam() + 1);
+    EXPECT_EQ(rig.controller.counters().commits, 0U);
+    EXPECT_EQ(rig.download.outcome().reason, "Form Download Cancel Button Click");
+}
+
+// Behind it comes the announcement, the table's first frame and a later one, the first frame of constants, which a
+// hidden one fills, a later one, the first string, the strings' end.
+INSTANTIATE_TEST_SUITE_P(Phases, frmDownloadCancelInTheQuietBehind, testing::Values(2, 3, 4, 144, 145, 320, 420));
+
+// Constants that are out of step have their box, but not for a user who has cancelled; the reason is theirs all the
+// same.
+TEST(frmDownload, ACancelInTheBlockThatIsOutOfStepSaysNothingOfTheStep) {
+    TransferRig rig;
+    for (std::int16_t block = 4; block < 8; ++block) rig.place(block, "AIN");
+    // The 40th row is missing: found out in the block whose second constant has filled the first frame.
+    rig.bench.db.ConstantSeek(7, 9);
+    rig.bench.db.ConstantDelete();
+    rig.controller.onTrace = [&, seen = 0](const SimTrace&) mutable {
+        if (++seen == 3 + 141 + 1) rig.pump.at(rig.clock.now(), [&] { rig.download.Cancel_Click(); });
+    };
+    rig.runDownload();
+    EXPECT_EQ(rig.record.sends.size(), 3U + 141 + 1);
+    EXPECT_EQ(rig.download.outcome().reason, "Form Comm Download blocks CloseIt");
 }
 
 TEST(frmDownload, ACommitWithoutAnAnswerIsOneThatWentOut) {
@@ -142,7 +200,7 @@ TEST(frmDownload, ACancelBetweenTheRoundsKeepsTheSecondBack) {
     };
     rig.runDownload();
     EXPECT_EQ(rig.record.sends.size(), 3U + 141 + 10);
-    EXPECT_EQ(rig.download.outcome().reason, "Form Download Cancel Button Click");
+    EXPECT_EQ(rig.download.outcome().reason, "Form Comm Download constant fail") << "the first round failed";
     EXPECT_EQ(rig.controller.counters().commits, 0U);
 }
 

@@ -43,14 +43,21 @@ Told toldOf(int k) {
     return {{"UPDATE EEPROM COMMAND FAILED"}, ""};
 }
 
+/// What is told where the user cancels while the answer to exchange `k` is awaited, and no good one comes: nothing. A
+/// failure that would have been told gives its own reason all the same.
+Told toldOfCancelled(int k) {
+    const bool isFailure = k >= kTable && k < kStrings;
+    return {{}, isFailure ? toldOf(k).reason : "Form Download Cancel Button Click"};
+}
+
 struct DownloadFaults : testing::TestWithParam<StrikeCase> {
     DownloadFaults() { struck.placeProgram(); }
 
-    void expectNoCommit(int k) {
+    /// @param commits  how often the commit goes out where it is what was struck: as often as any frame does
+    void expectNoCommit(int k, int commits = 10) {
         EXPECT_FALSE(struck.rig.download.outcome().committed);
-        // At the last exchange the commit is what was struck, so it was sent for as often as a frame is.
         const bool isCommit = k == kCommit;
-        EXPECT_EQ(struck.sendsOf(kCommitFrame), isCommit ? 10 : 0);
+        EXPECT_EQ(struck.sendsOf(kCommitFrame), isCommit ? commits : 0);
         EXPECT_TRUE(isCommit || struck.rig.controller.committed() == before);
     }
     void expectWhole() {
@@ -60,7 +67,11 @@ struct DownloadFaults : testing::TestWithParam<StrikeCase> {
     void strikeAt(const StrikeKind& kind, int k) {
         struck.download(before, &kind, k);
         const Told told{struck.box.said, struck.rig.download.outcome().reason};
-        if (kind.fault == nullptr) {
+        if (kind.cancels && kind.fault != nullptr) {
+            EXPECT_EQ(told, toldOfCancelled(k));
+            EXPECT_EQ(struck.rig.record.sends.size(), static_cast<std::size_t>(k)) << "no frame behind the Cancel";
+            expectNoCommit(k, 1);
+        } else if (kind.cancels) {
             // A commit that is under way when the user cancels has left already: the download went well.
             EXPECT_EQ(told, (Told{{}, k == kCommit ? "" : "Form Download Cancel Button Click"}));
             k == kCommit ? expectWhole() : expectNoCommit(k);
@@ -90,7 +101,7 @@ TEST_P(DownloadFaults, CommitsAllOrNothingAndTellsOnce) {
     ASSERT_EQ(struck.sendsOf(kCommitFrame), 1);
     const std::string program = programOf(struck.rig.bench);
     // Before the form is up there is nothing to click at.
-    const int first = GetParam().kind.fault == nullptr ? kAnnounce : kPoll;
+    const int first = GetParam().kind.cancels ? kAnnounce : kPoll;
     for (int k = first + GetParam().slice; k <= kCommit; k += kSlices) {
         SCOPED_TRACE("at exchange " + std::to_string(k));
         strikeAt(GetParam().kind, k);

@@ -29,9 +29,10 @@ enum class Lasts { Once, ForEver };
 
 struct StrikeKind {
     const char* name;
-    const char* fault;  ///< as the simulated controller names it; null: the user cancels
+    const char* fault;  ///< as the simulated controller names it; null: none
     Lasts lasts;
-    bool isDead = false;  ///< nothing comes any more, not even a bad reply
+    bool isDead = false;   ///< nothing comes any more, not even a bad reply
+    bool cancels = false;  ///< the user cancels while the answer is awaited
 };
 
 inline constexpr std::array kStrikes{
@@ -42,7 +43,9 @@ inline constexpr std::array kStrikes{
     StrikeKind{"shortOnce", "short", Lasts::Once},
     StrikeKind{"surplusOnce", "surplus", Lasts::Once},
     StrikeKind{"hangUp", "hang-up", Lasts::ForEver, true},
-    StrikeKind{"cancel", nullptr, Lasts::Once},
+    StrikeKind{.name = "cancel", .fault = nullptr, .lasts = Lasts::Once, .cancels = true},
+    StrikeKind{.name = "cancelInSilence", .fault = "silence", .lasts = Lasts::ForEver, .isDead = true, .cancels = true},
+    StrikeKind{.name = "cancelAtBadSum", .fault = "bad-checksum", .lasts = Lasts::ForEver, .cancels = true},
 };
 
 /// What the user is told, and the reason that is kept.
@@ -105,12 +108,12 @@ struct StruckRig {
     void strike(const StrikeKind* kind, int k, const std::function<void()>& cancel) {
         if (kind == nullptr) return;
         const auto request = static_cast<std::uint64_t>(k);
-        if (kind->fault == nullptr) {
+        if (kind->cancels) {
             rig.controller.onTrace = [this, cancel, k, seen = 0](const SimTrace&) mutable {
                 if (++seen == k) rig.pump.at(rig.clock.now(), cancel);
             };
-            return;
         }
+        if (kind->fault == nullptr) return;
         rig.controller.play(kind->lasts == Lasts::Once ? SimFaultPlan::at(kind->fault, request)
                                                        : SimFaultPlan::from(kind->fault, request));
     }

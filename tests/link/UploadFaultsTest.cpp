@@ -22,6 +22,9 @@ constexpr const char* kConnect = "Could Not Connect To Target\nCheck Settings An
 constexpr const char* kReverted =
     "The transfer was not completed successfully.  The open config file will be reverted to its last saved state.";
 
+/// What is told of a Cancel alone.
+const Told kCancelled{{kReverted}, "Form Upload query unload"};
+
 struct UploadFaults : testing::TestWithParam<StrikeCase> {
     UploadFaults() {
         struck.placeProgram();
@@ -51,7 +54,8 @@ struct UploadFaults : testing::TestWithParam<StrikeCase> {
         if (k <= kSectionPoll) return {{kConnect, abortText(), kReverted}, "Bad Response"};
         const bool isConstants = k >= kConstants && k < kStrings;
         // Nobody asks whether constants were read well. Where nothing came there is nothing to take them from; a reply
-        // with a bad sum is taken, and the next read is found out.
+        // with a bad sum is taken, and the next read is found out - or does not go out, where the user cancelled.
+        if (isConstants && kind.cancels && !kind.isDead) return kCancelled;
         return {{abortText(), kReverted}, isConstants && kind.isDead ? "Runtime Error" : "Bad Response"};
     }
     void expectSaved() {
@@ -64,8 +68,10 @@ struct UploadFaults : testing::TestWithParam<StrikeCase> {
         const std::string before = all();
         struck.upload(held, &kind, k);
         const Told told{struck.box.said, struck.rig.upload.outcome().reason};
-        if (kind.fault == nullptr) {
-            EXPECT_EQ(told, (Told{{kReverted}, "Form Upload query unload"}));
+        if (kind.cancels) {
+            // A Cancel ends no more than what comes behind the answer: one that isn't good is told as ever.
+            EXPECT_EQ(told, kind.fault == nullptr ? kCancelled : toldOf(kind, k));
+            EXPECT_EQ(struck.rig.record.sends.size(), static_cast<std::size_t>(k)) << "no frame behind the Cancel";
             expectSaved();
         } else if (kind.lasts == Lasts::Once) {
             EXPECT_EQ(told, Told{});
@@ -98,7 +104,7 @@ TEST_P(UploadFaults, BringsTheProgramOrTheSavedFileAndTellsOnce) {
     whole = all();
     ASSERT_NE(whole, saved);
     // Before the form is up there is nothing to click at.
-    const int first = GetParam().kind.fault == nullptr ? kSectionPoll : kPoll;
+    const int first = GetParam().kind.cancels ? kSectionPoll : kPoll;
     for (int k = first + GetParam().slice; k <= kLast; k += kSlices) {
         SCOPED_TRACE("at exchange " + std::to_string(k));
         strikeAt(GetParam().kind, k);

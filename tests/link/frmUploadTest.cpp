@@ -2,9 +2,12 @@
 #include "link/frmUpload.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <fstream>
 #include <map>
+#include <optional>
 
 #include "ProgramText.h"
 #include "TransferRig.h"
@@ -260,6 +263,52 @@ TEST(frmUpload, WithoutAPlaceForItsLogNoUploadBegins) {
     EXPECT_EQ(rig.record.sends.size(), 2U);
 }
 
+namespace {
+
+/// No file of this process grows any more, as if the disk were full, until this goes.
+class FullDisk {
+ public:
+    FullDisk() {
+        ::getrlimit(RLIMIT_FSIZE, &former_);
+        rlimit none = former_;
+        none.rlim_cur = 1;
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &former_);
+        static_cast<void>(std::signal(SIGXFSZ, formerAction_));
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+    rlimit former_{};
+    void (*formerAction_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+
+}  // namespace
+
+TEST(frmUpload, ALogThatTheDiskCutShortIsToldAndTheUploadStands) {
+    TransferRig rig;
+    rig.place(4, "PID");
+    rig.runDownload();
+    const std::string program = programOf(rig.bench);
+    rig.record.sends.clear();
+    // While strings are read, of which there are none, nothing but the log is written.
+    std::optional<FullDisk> full;
+    rig.upload.onProgress = [&] {
+        if (rig.record.sends.size() == 70) full.emplace();
+        if (rig.record.sends.size() == 150) full.reset();
+    };
+    rig.expectOverwriteQuestion();
+    rig.boxes.expect("The upload's log could not be written whole:\n" + rig.folder.file("QRVUploadLog.txt"));
+    rig.uploadBlocks();
+    EXPECT_TRUE(rig.upload.outcome().complete);
+    EXPECT_EQ(programOf(rig.bench), program);
+    EXPECT_EQ(rig.upload.outcome().reason, "");
+    EXPECT_FALSE(rig.bench.in_upload);
+}
+
 TEST(frmUpload, WhereNoneIsWantedNoLogIsKept) {
     TransferRig rig;
     frmUpload upload{rig.bench, rig.comm, rig.window, {}};
@@ -306,16 +355,64 @@ TEST_P(frmUploadCancelAt, NoFurtherFrameLeavesAndOnlyTheRevertIsTold) {
 // 1326 div 32 + 1 = 42, the strings 103.
 INSTANTIATE_TEST_SUITE_P(Phases, frmUploadCancelAt, testing::Values(4, 5, 50, 51, 52, 60, 92, 93, 194, 195));
 
-TEST(frmUpload, ABadReplyToACancelledReadIsNoErrorOfItsOwn) {
+// The sleep behind a bad reply is followed by another send, which the Cancel keeps back: the reply was the last.
+TEST(frmUpload, ACancelInTheSleepBehindABadReplySendsNoMoreAndTheReplyIsTold) {
     TransferRig rig;
     rig.save();
     rig.controller.play(SimFaultPlan::from("bad-checksum", 10));
     rig.pump.at(rig.clock.now() + std::chrono::milliseconds(500), [&] { rig.upload.Cancel_Click(); });
     rig.expectOverwriteQuestion();
+    rig.boxes.expect(abortText(rig));
     rig.boxes.expect(kReverted);
     rig.uploadBlocks();
-    EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
+    EXPECT_EQ(rig.record.sends.size(), 10U);
+    EXPECT_EQ(rig.upload.outcome().reason, "Bad Response");
+    EXPECT_TRUE(logOf(rig).ends_with("----------CANCEL--------------\r\nBad Response\r\n"));
 }
+
+namespace {
+
+/// The number of the request, from 1, whose first send goes unanswered. The line falls quiet before the next request.
+struct QuietBefore {
+    const char* name;
+    std::size_t struck;
+};
+
+class frmUploadCancelInTheQuietBefore : public testing::TestWithParam<QuietBefore> {};
+
+}  // namespace
+
+TEST_P(frmUploadCancelInTheQuietBefore, KeepsTheRequestBackAndNothingHasFailed) {
+    TransferRig rig;
+    for (std::int16_t block = 4; block < 8; ++block) rig.place(block, "LIMIT10");
+    rig.runDownload();
+    rig.save();
+    const std::string saved = programOf(rig.bench);
+    rig.record.sends.clear();
+    rig.controller.play(SimFaultPlan::at("silence", GetParam().struck));
+    rig.controller.onTrace = [&, seen = std::size_t{0}](const SimTrace&) mutable {
+        // The second send is answered, and half of the quiet time goes by.
+        if (++seen != GetParam().struck + 1) return;
+        rig.pump.at(rig.clock.now() + std::chrono::milliseconds(300), [&] { rig.upload.Cancel_Click(); });
+    };
+    rig.expectOverwriteQuestion();
+    rig.boxes.expect(kReverted);
+    rig.uploadBlocks();
+    EXPECT_EQ(rig.record.sends.size(), GetParam().struck + 1);
+    EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
+    EXPECT_EQ(programOf(rig.bench), saved);
+    EXPECT_FALSE(rig.port.isOpen());
+    EXPECT_TRUE(logOf(rig).ends_with("----------CANCEL--------------\r\nForm Upload query unload\r\n"));
+}
+
+// The version is the second request, the section's poll the third; the table takes 47 reads, the constants of 4 blocks
+// of 51 slots 204 div 32 + 1 = 7.
+INSTANTIATE_TEST_SUITE_P(Phases, frmUploadCancelInTheQuietBefore,
+                         testing::Values(QuietBefore{"poll", 2}, QuietBefore{"table", 3},
+                                         QuietBefore{"secondRecord", 4}, QuietBefore{"constants", 50},
+                                         QuietBefore{"moreConstants", 51}, QuietBefore{"strings", 57},
+                                         QuietBefore{"secondString", 58}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(frmUpload, BoxesOfMissingSectionsAreDisabledAndStayClear) {
     TransferRig rig;
