@@ -18,8 +18,8 @@
 #include "platform/RunTimeError.h"
 #include "platform/posix/PollPump.h"
 #include "platform/posix/PseudoTerminal.h"
-#include "twins/AsNobody.h"
 #include "twins/TemporaryFolder.h"
+#include "twins/WithoutPrivileges.h"
 
 namespace qrv::test {
 namespace {
@@ -174,7 +174,7 @@ TEST(PosixSerialPort, ARefusedOpenLeavesTheTransferOfAHolderWithoutLockAlone) {
     const Transfer transfer(rig);
     ASSERT_EQ(::chmod(rig.path.c_str(), 0666), 0);
     // Root is let in past the mark.
-    EXPECT_EQ(asNobody([&] { return !rig.open() && rig.port.fault() == SerialFault::InUse ? 0 : 1; }), 0);
+    EXPECT_EQ(withoutPrivileges([&] { return !rig.open() && rig.port.fault() == SerialFault::InUse ? 0 : 1; }), 0);
     transfer.expectUntouched();
 }
 
@@ -232,7 +232,7 @@ TEST(PosixSerialPort, NamesTheGroupOfADeviceThatIsForbidden) {
     struct stat status {};
     ASSERT_EQ(::stat(rig.path.c_str(), &status), 0);
     const std::string group = ::getgrgid(status.st_gid)->gr_name;
-    EXPECT_EQ(asNobody([&] {
+    EXPECT_EQ(withoutPrivileges([&] {
                   if (rig.open() || rig.port.fault() != SerialFault::Forbidden) return 1;
                   const std::string wanted = "COM4 (" + rig.path +
                                              ") may not be opened by you: become a member of the group \"" + group +
@@ -246,7 +246,7 @@ TEST(PosixSerialPort, ExclusiveModeKeepsOutAProgramThatAsksForNoLock) {
     PortRig rig;
     ASSERT_TRUE(rig.open());
     ASSERT_EQ(::chmod(rig.path.c_str(), 0666), 0);
-    const int code = asNobody([&] {
+    const int code = withoutPrivileges([&] {
         const int descriptor = ::open(rig.path.c_str(), O_RDWR | O_NOCTTY);
         return descriptor < 0 && errno == EBUSY ? 0 : 1;
     });
