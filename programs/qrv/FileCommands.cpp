@@ -13,6 +13,7 @@
 #include "platform/CodePage.h"
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
+#include "platform/posix/HeldSignals.h"
 #include "store/Backups.h"
 #include "tools/ConfigurationSummary.h"
 #include "tools/ContentNotes.h"
@@ -27,8 +28,10 @@ using Json = nlohmann::ordered_json;
 constexpr std::size_t kMostTextBytes = std::size_t{64} * 1024 * 1024;
 constexpr const char* kStandardInput = "-";
 
+/// Makes the file, and says so. No signal ends the program half way, for that would leave half a file beside it.
 void make(Terminal& terminal, const std::string& path, const ConfigurationContent& content, Overwrite overwrite) {
     try {
+        const HeldSignals held;
         makeConfigurationFile(path, content, overwrite);
     } catch (const RunTimeError& error) {
         // Somebody was quicker.

@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "platform/RunTimeError.h"
+#include "platform/posix/HeldSignals.h"
 #include "store/Backups.h"
 #include "store/LifeCycle.h"
 #include "store/Workbench.h"
@@ -24,8 +25,7 @@ OpenFile::OpenFile(Workbench& bench) : bench_(bench) {
 }
 
 OpenFile::~OpenFile() {
-    // Nothing is lost by a copy that could not be deleted.
-    if (isOpen_) ignoringErrors([this] { close(); });
+    leave();
     if (!newFile_.empty()) static_cast<void>(removeFile(newFile_));
 }
 
@@ -38,6 +38,11 @@ void OpenFile::openNew() {
     newFile_ = makeTemporaryName(bench_.places.work, kNewFilePrefix, "");
     bench_.db.create_new_database(newFile_);
     open(newFile_);
+}
+
+void OpenFile::leave() {
+    // Nothing is lost by a copy that could not be deleted.
+    if (isOpen_) ignoringErrors([this] { close(); });
 }
 
 void OpenFile::abandon() { isOpen_ = false; }
@@ -53,7 +58,14 @@ ConfigurationContent OpenFile::content() {
     return contentOfWorkFile(bench_.WorkFileName);
 }
 
+/// For as long as there is a work file no signal ends the program, for that would leave it behind.
 ConfigurationContent OpenFile::contentOf(const std::string& path) {
+    const HeldSignals held;
+    struct Leaving {
+        ~Leaving() { file.leave(); }
+        OpenFile& file;
+    };
+    const Leaving atTheEnd{*this};
     open(path);
     ConfigurationContent rows = content();
     close();

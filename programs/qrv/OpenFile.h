@@ -43,6 +43,8 @@ class OpenFile {
     void saveAs(const std::string& path, const std::optional<FileIdentity>& before);
 
  private:
+    /// Closes the configuration, if one is open, come what may.
+    void leave();
     /// Closes the configuration and ends the command: why, and where the work is.
     [[noreturn]] void keepWork(ExitCode code, const std::string& path, const std::string& why);
 

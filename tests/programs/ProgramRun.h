@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -33,6 +34,18 @@ struct ProgramRun {
     std::string err;
 };
 
+/// Whoever runs the tests with hang-ups ignored would pass that on to the program, which keeps to it.
+class HangUpsTaken {
+ public:
+    HangUpsTaken() = default;
+    ~HangUpsTaken() { static_cast<void>(std::signal(SIGHUP, former_)); }
+    HangUpsTaken(const HangUpsTaken&) = delete;
+    HangUpsTaken& operator=(const HangUpsTaken&) = delete;
+
+ private:
+    void (*former_)(int) = std::signal(SIGHUP, SIG_DFL);
+};
+
 class QrvProgram {
  public:
     /// Settings, logs and copies are the test's own, whatever the user of this machine has.
@@ -49,6 +62,15 @@ class QrvProgram {
         return {.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1,
                 .out = bytesOf(folder.file(".out")),
                 .err = bytesOf(folder.file(".err"))};
+    }
+    /// With a command of the shell's, the program being $pid in it, as soon as a test of the shell's holds. Both stand
+    /// in the test's folder.
+    [[nodiscard]] ProgramRun runMeanwhile(const std::string& arguments, const std::string& when,
+                                          const std::string& command) const {
+        // In the background the program has the shell's place, so that a signal reaches it.
+        return run(arguments + " & pid=$!; cd " + quotedForShell(folder.path()) + "; for i in $(seq 600); do { " +
+                       when + "; } 2>/dev/null && break; sleep 0.05; done; " + command + "; wait $pid 2>/dev/null",
+                   "exec");
     }
     [[nodiscard]] std::string path(const std::string& name) const { return folder.file(name); }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <thread>
@@ -291,6 +292,46 @@ TEST(qrv, AReaderThatWentAwayLeavesNoWorkFiles) {
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n");
     EXPECT_EQ(qrv.workFiles(), std::vector<std::string>{});
+}
+
+class QrvSignal : public testing::TestWithParam<const char*> {
+    const HangUpsTaken taken_;
+};
+
+TEST_P(QrvSignal, LeavesNoWorkFile) {
+    QrvProgram qrv;
+    ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
+    qrv.moveToOwnFolder();
+    // A work file is there for some hundredths of a second: looked for without a pause. Beside it there are two files.
+    const std::string workFileIsThere = "for n in $(seq 20000); do set -- bin/*; [ $# -gt 2 ] && break; done; true";
+    for (const char* command : {"dump plant.qrv", "info plant.qrv", "compare plant.qrv plant.qrv"}) {
+        static_cast<void>(qrv.runMeanwhile(command, workFileIsThere, std::string("kill -") + GetParam() + " $pid"));
+        EXPECT_EQ(qrv.workFiles(), std::vector<std::string>{}) << command;
+    }
+}
+
+// Behind a shell that has no job control Ctrl+C is ignored by what runs in the background.
+INSTANTIATE_TEST_SUITE_P(Each, QrvSignal, testing::Values("TERM", "HUP"),
+                         [](const auto& row) { return std::string(row.param); });
+
+TEST(qrv, ASignalDuringALoadLeavesTheTargetWholeAndNothingBesideIt) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    ASSERT_EQ(qrv.run("load plant.txt plant.qrv").exitCode, 0);
+    const std::string before = bytesOf(qrv.path("plant.qrv"));
+    writeFile(qrv.path("plant.txt"), kMark + "\n[Comments]\nTitle=\"Other\" Comment=\"\" Config=\"\"\n");
+    ASSERT_EQ(qrv.run("load plant.txt other.qrv").exitCode, 0);
+    const std::string after = bytesOf(qrv.path("other.qrv"));
+    std::filesystem::create_directory(qrv.path("target"));
+    for (const char* pauses : {"", "sleep 0.01", "sleep 0.02", "sleep 0.04"}) {
+        writeFile(qrv.path("target/plant.qrv"), before);
+        static_cast<void>(qrv.runMeanwhile("load --force plant.txt target/plant.qrv", std::string(pauses) + "\ntrue",
+                                           "kill -TERM $pid"));
+        const std::string now = bytesOf(qrv.path("target/plant.qrv"));
+        EXPECT_TRUE(now == before || now == after) << pauses;
+        const auto files = std::filesystem::directory_iterator(qrv.path("target"));
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << pauses;
+    }
 }
 
 // A German and a Turkish locale are made and tried where the installation is tested.

@@ -61,13 +61,8 @@ struct TransferRun {
     }
     /// With a command of the shell's as soon as so many frames have gone out; the program is $pid in it.
     [[nodiscard]] ProgramRun meanwhile(const std::string& arguments, int frames, const std::string& command) const {
-        const std::string trace = qrv.path("frames.txt");
-        // In the background the program has the shell's place, so that a signal reaches it.
-        return qrv.run(arguments + " --trace " + trace + " --port " + live.path() +
-                           " & pid=$!; for i in $(seq 600); do [ \"$(grep -c ' > ' " + trace + " 2>/dev/null)\" -ge " +
-                           std::to_string(frames) + " ] 2>/dev/null && break; sleep 0.05; done; cd " +
-                           qrv.folder.path() + "; " + command + "; wait $pid",
-                       "exec");
+        return qrv.runMeanwhile(arguments + " --trace frames.txt --port " + live.path(),
+                                "[ \"$(grep -c ' > ' frames.txt)\" -ge " + std::to_string(frames) + " ]", command);
     }
     [[nodiscard]] std::string bytesOfFile(const std::string& name) const { return bytesOf(qrv.path(name)); }
     /// The controller's block table becomes one whose answers are too great a sum to be checked.

@@ -47,15 +47,10 @@ TEST(qrvWatch, WritesAFileAndOverwritesOnlyByForce) {
 TEST(qrvWatch, CtrlCEndsItWithWholeRows) {
     WatchRun watch;
     watch.live.start();
-    const std::string file = watch.qrv.path("out.csv");
-    // In the background the program has the shell's place, so that the signal reaches it.
-    const ProgramRun shown =
-        watch.qrv.run("watch plant.qrv 1 --interval 1 --csv out.csv" + watch.onLine() +
-                          " & pid=$!; for i in $(seq 300); do [ \"$(cat " + file +
-                          " 2>/dev/null | wc -l)\" -ge 3 ] && break;" + " sleep 0.05; done; kill -INT $pid; wait $pid",
-                      "exec");
+    const ProgramRun shown = watch.qrv.runMeanwhile("watch plant.qrv 1 --interval 1 --csv out.csv" + watch.onLine(),
+                                                    "[ \"$(cat out.csv | wc -l)\" -ge 3 ]", "kill -INT $pid");
     EXPECT_EQ(shown.exitCode, 0) << shown.err;
-    const std::string rows = bytesOf(file);
+    const std::string rows = bytesOf(watch.qrv.path("out.csv"));
     EXPECT_TRUE(rows.starts_with("time,block 1 FULL analog\n2")) << rows;
     EXPECT_TRUE(rows.ends_with(",-0.05\n")) << rows;
 }
@@ -64,13 +59,10 @@ TEST(qrvWatch, CtrlCWhileItConnectsEndsItTheSame) {
     WatchRun watch;
     watch.live.controller.play(SimFaultPlan::always("silence"));
     watch.live.start();
-    const std::string trace = watch.qrv.path("trace.txt");
     // The trace's second line is the first frame.
     const ProgramRun shown =
-        watch.qrv.run("watch plant.qrv 1 --csv out.csv --trace trace.txt" + watch.onLine() +
-                          " & pid=$!; for i in $(seq 300); do [ \"$(cat " + trace +
-                          " 2>/dev/null | wc -l)\" -ge 2 ] && break; sleep 0.05; done; kill -INT $pid; wait $pid",
-                      "exec");
+        watch.qrv.runMeanwhile("watch plant.qrv 1 --csv out.csv --trace trace.txt" + watch.onLine(),
+                               "[ \"$(cat trace.txt | wc -l)\" -ge 2 ]", "kill -INT $pid");
     EXPECT_EQ(shown.exitCode, 0);
     EXPECT_EQ(shown.err, "");
     EXPECT_EQ(shown.out, "");
