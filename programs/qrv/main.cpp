@@ -49,15 +49,15 @@ std::string failureMessage(const CLI::App* app, const CLI::Error& error) {
     return "There is no command \"" + words.front() + "\". qrv --help lists them.\n";
 }
 
-/// The transfer that a command line names, if its result is to be JSON; "" otherwise.
+/// The transfer that a command line asks for, if its result is to be JSON; "" otherwise. The command is the first word
+/// that is no option; behind "--" there are no options.
 std::string transferWithJson(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    if (std::ranges::find(words, "--json") == words.end()) return {};
-    const auto isTransfer = [](const std::string& word) {
-        return word == "download" || word == "upload" || word == "verify";
-    };
-    const auto found = std::ranges::find_if(words, isTransfer);
-    return found == words.end() ? std::string{} : *found;
+    const auto end = std::ranges::find(words, "--");
+    const auto command = std::ranges::find_if(words, [](const std::string& word) { return !word.starts_with('-'); });
+    if (command == words.end() || std::find(words.begin(), end, "--json") == end) return {};
+    const bool isTransfer = *command == "download" || *command == "upload" || *command == "verify";
+    return isTransfer ? *command : std::string{};
 }
 
 ExitCode run(CLI::App& app, qrv::Terminal& terminal, int argc, char** argv) {

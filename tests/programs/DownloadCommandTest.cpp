@@ -274,6 +274,19 @@ TEST(qrvDownload, JsonHoldsForACommandLineThatCantBeUnderstood) {
     EXPECT_EQ(qrv.run("download plant.qrv --sideways").out, "");
 }
 
+TEST(qrvDownload, JsonIsForTransfersThatAreAskedForByTheirCommand) {
+    const QrvProgram qrv;
+    for (const char* words : {"info download --json --sideways", "compare upload verify --json --sideways",
+                              "sideways download --json", "download plant.qrv --sideways -- --json"}) {
+        const ProgramRun run = qrv.run(words);
+        EXPECT_EQ(run.exitCode, 2) << words;
+        EXPECT_EQ(run.out, "") << words;
+        EXPECT_NE(run.err, "") << words;
+    }
+    // In another's place a command's name is a file's.
+    EXPECT_EQ(nlohmann::json::parse(qrv.run("verify download --json --sideways").out)["command"], "verify");
+}
+
 TEST(qrvDownload, JsonHoldsForAnOutputThatTakesNoMore) {
     TransferRun transfer;
     const ProgramRun run = transfer.onLine("download plant.qrv --json >/dev/full");
