@@ -16,6 +16,7 @@
 #include "platform/EventPump.h"
 #include "platform/SerialPort.h"
 #include "platform/UtcText.h"
+#include "platform/posix/HeldSignals.h"
 
 namespace qrv {
 
@@ -45,6 +46,8 @@ std::string withoutBlanksBehind(std::string text) {
 
 /// What the file says of the blocks. Ends the command for a block that has no output.
 std::vector<Watched> watchedOf(Terminal& terminal, const WatchOptions& options) {
+    // The session has a work file, and goes before this does.
+    const HeldSignals held;
     Session session(terminal);
     session.file().open(options.file);
     std::vector<Watched> found;

@@ -304,7 +304,8 @@ TEST_P(QrvSignal, LeavesNoWorkFile) {
     qrv.moveToOwnFolder();
     // A work file is there for some hundredths of a second: looked for without a pause. Beside it there are two files.
     const std::string workFileIsThere = "for n in $(seq 20000); do set -- bin/*; [ $# -gt 2 ] && break; done; true";
-    for (const char* command : {"dump plant.qrv", "info plant.qrv", "compare plant.qrv plant.qrv"}) {
+    for (const char* command :
+         {"dump plant.qrv", "info plant.qrv", "compare plant.qrv plant.qrv", "watch plant.qrv 4"}) {
         static_cast<void>(qrv.runMeanwhile(command, workFileIsThere, std::string("kill -") + GetParam() + " $pid"));
         EXPECT_EQ(qrv.workFiles(), std::vector<std::string>{}) << command;
     }
