@@ -16,6 +16,7 @@
 
 #include "blocks/BlockNumbers.h"
 #include "blocks/MemoryUse.h"
+#include "platform/qt/Application.h"
 #include "platform/qt/GridView.h"
 #include "platform/qt/Texts.h"
 #include "platform/qt/Theme.h"
@@ -86,7 +87,7 @@ Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
     // Counting moves the shared cursors, so it waits until no event is under way.
     later_->setSingleShot(true);
     later_->setInterval(kMeterDelay);
-    connect(later_, &QTimer::timeout, this, &Form3ExtrasView::showMeters);
+    connect(later_, &QTimer::timeout, this, [this] { Application::guarded([this] { showMeters(); }); });
     window_.setAfterRefresh([this] {
         later_->start();
         showFunction();
@@ -125,7 +126,7 @@ void Form3ExtrasView::makeToolBar() {
     goTo_->setToolTip(QStringLiteral("A block number, or a function's name to find its next block (Ctrl+G)"));
     goTo_->setFixedWidth(kGoToWidth);
     goTo_->addAction(theme::icon(QStringLiteral("goto")), QLineEdit::LeadingPosition);
-    connect(goTo_, &QLineEdit::returnPressed, this, &Form3ExtrasView::goToTyped);
+    connect(goTo_, &QLineEdit::returnPressed, this, [this] { Application::guarded([this] { goToTyped(); }); });
     bar_->addWidget(goTo_);
 }
 
