@@ -73,6 +73,25 @@ TEST_F(GridViewTest, ArrowKeyEntersTheNextCell) {
     EXPECT_EQ(grid.col(), 1);
 }
 
+TEST_F(GridViewTest, ATextThatNobodyChangedStaysAsItIs) {
+    const std::string text("A\x01\r\nB\t");
+    grid.setText(3, 1, text);
+    clickOn(3, 1);
+    press(Qt::Key_F2);
+    press(Qt::Key_Return);
+    EXPECT_EQ(grid.text(3, 1), text);
+}
+
+TEST_F(GridViewTest, ATextThatIsEditedIsOneLine) {
+    grid.setText(3, 1, "A\x01\r\nB\t");
+    clickOn(3, 1);
+    press(Qt::Key_F2);
+    press(Qt::Key_End);
+    type("x");
+    press(Qt::Key_Return);
+    EXPECT_EQ(grid.text(3, 1), "A  B x");
+}
+
 TEST_F(GridViewTest, TypingReplacesTheText) {
     clickOn(3, 1);
     type("7.25");
@@ -277,6 +296,8 @@ TEST_F(GridViewTest, DetachedViewIsEmptyAndDeaf) {
 TEST(Texts, DataTextsAreCodePage1252) {
     EXPECT_EQ(shownText("20 \xB0\x43 \x80"), QStringLiteral("20 °C €"));
     EXPECT_EQ(typedText(QStringLiteral("€ 5 Ω")), "\x80 5 ?");
+    EXPECT_EQ(typedLine(QStringLiteral("€\r\n5\t\u2028Ω\u2029\r\n\n")), "\x80 5  ?");
+    EXPECT_EQ(typedLine(QStringLiteral("\n")), "");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "platform/qt/DesktopHost.h"
 #include "platform/qt/FormView.h"
 #include "platform/qt/GridView.h"
+#include "platform/qt/TextBoxes.h"
 #include "platform/qt/Texts.h"
 
 namespace qrv {
@@ -114,19 +115,22 @@ QPushButton* FormView::addButton(const QString& name, const Button& source, cons
 }
 
 QLineEdit* FormView::addLine(const QString& name, TextBox& source, const Event& changed) {
-    auto* line = new QLineEdit(this);
+    auto* line = new LineBox(this);
     setUp(line, name);
     connect(line, &QLineEdit::textEdited, this, [this, &source, changed](const QString& text) {
         tell([&] {
-            source.text = typedText(text);
+            source.text = typedLine(text);
             changed();
         });
     });
     addMirror([line, &source] {
-        if (source.maxLength > 0) line->setMaxLength(source.maxLength);
-        if (typedText(line->text()) != source.text) {
+        // Set again, even to the same length, it would move the caret and forget what can be undone.
+        if (source.maxLength > 0 && line->maxLength() != source.maxLength) line->setMaxLength(source.maxLength);
+        // What was typed may be stored as another text, and that one is shown at once.
+        const QString text = shownText(source.text).left(line->maxLength());
+        if (line->text() != text) {
             const int caret = line->cursorPosition();
-            line->setText(shownText(source.text));
+            line->setText(text);
             line->setCursorPosition(line->hasFocus() ? caret : 0);
         }
         line->setReadOnly(source.locked);
@@ -137,19 +141,19 @@ QLineEdit* FormView::addLine(const QString& name, TextBox& source, const Event& 
 }
 
 QPlainTextEdit* FormView::addText(const QString& name, TextBox& source, const Event& changed) {
-    auto* box = new QPlainTextEdit(this);
+    auto* box = new PageBox(this);
     setUp(box, name);
     box->setTabChangesFocus(true);
     box->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     connect(box, &QPlainTextEdit::textChanged, this, [this, box, &source, changed] {
         tell([&] {
-            source.text = typedText(box->toPlainText());
+            source.text = typedText(box->exactText());
             changed();
         });
     });
     addMirror([box, &source] {
         const QString text = shownText(source.text);
-        if (box->toPlainText() != text) {
+        if (box->exactText() != text) {
             const int caret = box->textCursor().position();
             box->setPlainText(text);
             QTextCursor cursor = box->textCursor();

@@ -100,7 +100,7 @@ class GridView : public QTableView {
     void giveUpEdit();
     void takeEdit();
     bool commitEditor();
-    [[nodiscard]] QString editorText() const;
+    [[nodiscard]] std::string editorText() const;
     void tick();
     [[nodiscard]] bool isOnArrow(const QModelIndex& index, const QPoint& position) const;
 

@@ -97,9 +97,11 @@ void GridView::placeEditor() {
                          std::max(cell.height(), least.height()));
 }
 
-QString GridView::editorText() const {
-    if (const auto* box = qobject_cast<const QComboBox*>(editor_)) return box->currentText();
-    return static_cast<const QLineEdit*>(editor_)->text();
+std::string GridView::editorText() const {
+    if (const auto* box = qobject_cast<const QComboBox*>(editor_)) return typedText(box->currentText());
+    const QString text = static_cast<const QLineEdit*>(editor_)->text();
+    // A text that nobody changed stays as it is to the last character.
+    return text == shownText(grid_->editText()) ? grid_->editText() : typedLine(text);
 }
 
 bool GridView::finishEdit() {
@@ -126,7 +128,7 @@ void GridView::takeEdit() {
 bool GridView::commitEditor() {
     committing_ = true;
     bool done = false;
-    const std::string typed = typedText(editorText());
+    const std::string typed = editorText();
     run([&] { done = grid_->commitEdit(typed) || !grid_->editing(); });
     committing_ = false;
     if (!editor_) return true;

@@ -28,4 +28,18 @@ QString shownText(std::string_view codePageText) {
 
 std::string typedText(const QString& text) { return fromUtf8(typedUtf8(text)); }
 
+std::string typedLine(const QString& text) {
+    QString line = withPlainBreaks(text);
+    while (line.endsWith(QLatin1Char('\n'))) line.chop(1);
+    return inOneLine(typedText(line));
+}
+
+QString withPlainBreaks(QString text) {
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (const QChar mark :
+         {QChar(QChar::CarriageReturn), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        text.replace(mark, QLatin1Char('\n'));
+    return text;
+}
+
 }  // namespace qrv

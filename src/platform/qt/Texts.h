@@ -15,6 +15,11 @@ inline constexpr const char* kComing = "Coming: not in this version yet";
 [[nodiscard]] QString shownText(std::string_view codePageText);
 /// A typed text as data; a character outside the code page becomes "?".
 [[nodiscard]] std::string typedText(const QString& text);
+/// The same for a text of one line: line breaks at its end, which a copied cell brings along, go; each other break, and
+/// each other control character, becomes a blank.
+[[nodiscard]] std::string typedLine(const QString& text);
+/// With "\n" for each kind of line break that the toolkit and other programs use.
+[[nodiscard]] QString withPlainBreaks(QString text);
 
 [[nodiscard]] inline QString shownUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
