@@ -177,6 +177,13 @@ void BlockPanel::firstActivate() {
     CurFuncName = "NOP";
 }
 
+void BlockPanel::refillGrid1() {
+    const int row = Grid1.row();
+    const int col = Grid1.col();
+    map_.fill_grid1();
+    Grid1.select(row, col);
+}
+
 // --- a click on a block ---
 
 void BlockPanel::Grid1_Click() {

@@ -35,7 +35,7 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
 void EditorProgram::wireTransfer() {
     select.continueWith(download);
     transferWindow.enableCommand1 = [this](bool enabled) { mainWindow.Command1.enabled = enabled; };
-    transferWindow.refreshGrid = [this] { mainWindow.blocks.fill_grid1(); };
+    transferWindow.refreshGrid = [this] { mainWindow.blocks.refillGrid1(); };
     transferWindow.refreshAll = [this] {
         mainWindow.caption = bench.TitleText;
         mainWindow.blocks.fill_grid1();

@@ -153,7 +153,7 @@ void Form3::showGeneral() {
 void Form3::ReloadGlobalFile() {
     if (bench_.CurrentFileName.empty()) return;
     OpenConfiguration(bench_, bench_.CurrentFileName);
-    blocks.fill_grid1();
+    blocks.refillGrid1();
     showBoards();
     bench_.platform.formHost.refresh(*this);
     SetReadOnly();

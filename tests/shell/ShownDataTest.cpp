@@ -150,6 +150,28 @@ TEST_F(ShownDataTest, SavingLeavesTheSelectedRows) {
     EXPECT_EQ(panel.Label5.caption, "BLOCK 10 - PID");
 }
 
+TEST_F(ShownDataTest, SavingLeavesTheSelectionOnTheMap) {
+    run.place(4, "ADD");
+    run.form3.choose("mnuEditBlk");
+    ASSERT_EQ(panel.Label5.caption, "BLOCK 4 - ADD");
+    save();
+    EXPECT_EQ(panel.Grid1.row(), 1);
+    EXPECT_EQ(panel.Grid1.col(), 5);
+    // What begins at the selection begins there: the view's entry shows the block again, the key goes to its neighbour.
+    run.form3.choose("mnuEditBlk");
+    EXPECT_EQ(panel.Label5.caption, "BLOCK 4 - ADD");
+    panel.Grid1.keyDown(Key::F6);
+    EXPECT_EQ(run.bench.SeekBlock, 5);
+}
+
+TEST_F(ShownDataTest, SavingLeavesThePlaceWhereFunctionsAreSet) {
+    run.place(42, "ADD");
+    save();
+    panel.CurFuncName = "PID";
+    panel.Grid1.keyDown(Key::F6);
+    EXPECT_EQ(run.cellOf(43), "PID");
+}
+
 TEST_F(ShownDataTest, TheAssignmentViewIsLeftAsItIs) {
     run.place(10, "ADD");
     run.form3.choose("mnuEditBlk");

@@ -259,16 +259,19 @@ TEST_F(MainWindow, NoColumnIsMarkedBeforeABlockIsChosen) {
     EXPECT_EQ(markedColumn(grid("Grid1")), -1);
     ViewRig::clickCell(grid("Grid1"), 2, 4);
     EXPECT_EQ(markedColumn(grid("Grid1")), 3);
-    // Filled anew, as behind a save or a transfer.
+    // Filled anew, as behind a save or a download, with the same program.
     ViewRig::choose(rig.mainView(), "mnuFileSave");
-    EXPECT_EQ(markedColumn(grid("Grid1")), -1);
+    EXPECT_EQ(markedColumn(grid("Grid1")), 3);
     QTest::keyClick(&grid("Grid1"), Qt::Key_F6);
-    EXPECT_EQ(markedColumn(grid("Grid1")), 0);
-    ViewRig::choose(rig.mainView(), "mnuFileSave");
+    EXPECT_EQ(markedColumn(grid("Grid1")), 4);
     auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
     QTest::keyClicks(box, QStringLiteral("25"));
     QTest::keyClick(box, Qt::Key_Return);
     EXPECT_EQ(markedColumn(grid("Grid1")), 5);
+    // With another program, as behind an upload.
+    blocks().fill_grid1();
+    rig.host.refreshAll();
+    EXPECT_EQ(markedColumn(grid("Grid1")), -1);
 }
 
 // --- the window in front ---
