@@ -22,7 +22,8 @@ void OpenConfiguration(Workbench& bench, const std::string& path);
 void CloseConfiguration(Workbench& bench, Answer answer);
 
 /// Ends the session where nobody can be asked, as when the machine goes down: what the user's file doesn't hold stays
-/// as a copy in the folder for backups. Gives that copy's path; "" where nothing was left to save.
+/// as a copy in the folder for backups. Gives that copy's path; "" where nothing was left to save. Half an upload is
+/// thrown away, as by one that fails: it is a mixture of two programs.
 std::string KeepUnsavedWork(Workbench& bench);
 
 /// Reads the function of every block into FnOfBlock.

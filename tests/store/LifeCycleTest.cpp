@@ -200,6 +200,18 @@ TEST(LifeCycle, WhereNobodyCanBeAskedSavedWorkLeavesNoCopy) {
     EXPECT_TRUE(rig.workFiles().empty());
 }
 
+TEST(LifeCycle, WhereNobodyCanBeAskedHalfAnUploadIsNoWork) {
+    Rig rig;
+    const std::string file = rig.configuration("a.qrv");
+    OpenConfiguration(rig.bench, file);
+    rig.bench.in_upload = true;
+    rig.setTitle("of the controller's, half of it");
+    EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
+    EXPECT_TRUE(backupsIn(rig.bench.places.backups).empty());
+    EXPECT_TRUE(rig.workFiles().empty());
+    EXPECT_EQ(rig.titleIn(file), "");
+}
+
 TEST(LifeCycle, WhereNobodyCanBeAskedTheBoardsNamesAreKeptToo) {
     Rig rig;
     OpenConfiguration(rig.bench, rig.configuration("a.qrv"));
