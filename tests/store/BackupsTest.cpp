@@ -48,13 +48,14 @@ TEST(Backups, OfTheSameFileGetNamesOfTheirOwn) {
 }
 
 TEST(Backups, OfProgramsThatEndTogetherAreAllKept) {
-    constexpr int kPrograms = 8;
+    constexpr std::size_t kPrograms = 8;
     constexpr int kRounds = 5;
     const Shelf shelf;
     std::barrier together(kPrograms);
     std::array<std::vector<std::string>, kPrograms> copies;
     std::vector<std::thread> programs;
-    for (int n = 0; n < kPrograms; ++n) {
+    programs.reserve(kPrograms);
+    for (std::size_t n = 0; n < kPrograms; ++n) {
         programs.emplace_back([&, n] {
             const std::string work = shelf.folder.file("work of " + std::to_string(n));
             Shelf::write(work, "the work of " + std::to_string(n));
@@ -65,7 +66,7 @@ TEST(Backups, OfProgramsThatEndTogetherAreAllKept) {
         });
     }
     for (std::thread& program : programs) program.join();
-    for (int n = 0; n < kPrograms; ++n) {
+    for (std::size_t n = 0; n < kPrograms; ++n) {
         for (const std::string& copy : copies.at(n)) {
             EXPECT_EQ(readWhole(copy, 100).bytes, "the work of " + std::to_string(n)) << copy;
             EXPECT_EQ(readWhole(copy + ".from", 100).bytes, "/plant " + std::to_string(n) + "/plant.qrv") << copy;
