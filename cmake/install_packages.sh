@@ -27,13 +27,16 @@ someHalfDone() {
 }
 
 # asRoot COMMAND...: quietly. What it says of trouble is kept in `said`, in English whatever the user's language: the
-# rules below read it. Another installation that is at work is waited for: apt-get by itself waits for one of its locks.
+# rules below read it. Another installation that is at work is waited for: apt-get by itself doesn't, and can be told to
+# wait for only one of its locks; dpkg doesn't wait, either.
 waitsAtMost=60  # of five seconds
+# isLocked SAID: in apt-get's words or in dpkg's.
+isLocked() { [[ $1 == *"Could not get lock"* || $1 == *"frontend lock was locked by another process"* ]]; }
 asRoot() {
   local waits=0
   while true; do
     said=$("${rootBy[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive "$@" 2>&1 >/dev/null </dev/null) && return 0
-    [[ $said == *"Could not get lock"* && $waits -lt $waitsAtMost ]] || return 1
+    isLocked "$said" && [ $waits -lt $waitsAtMost ] || return 1
     [ $waits -gt 0 ] || echo "Another installation is at work on this machine: waiting for its end"
     waits=$((waits + 1))
     sleep 5
@@ -52,10 +55,11 @@ adviceOn() {
   local lacking then="; then run this again"
   lacking=$(sed -n -e 's/^E: Unable to locate package //p' \
     -e "s/^E: Package '\(.*\)' has no installation candidate$/\1/p" <<<"$1")
+  # First, for what was interrupted stands above the lock that kept it from being finished.
+  ! isLocked "$1" || { echo "Another installation is still at work. Let it end$then" && return; }
   case $1 in
     *"dpkg was interrupted"* | *"dpkg returned an error"*)
       echo "As root: dpkg --configure -a, and mend what it names$then" ;;
-    *"Could not get lock"*) echo "Another installation is still at work. Let it end$then" ;;
     *"fix-broken install"*) echo "Packages on this machine lack others. As root: apt-get --fix-broken install$then" ;;
     *"Failed to fetch"* | *"Could not resolve"* | *"Could not connect"*)
       echo "Servers of packages can't be reached. See to the network, or to apt's proxy$then" ;;
@@ -80,7 +84,7 @@ aptInstalls() {
     fi
   fi
   if [ -z "$(packagesMissing "$@")" ]; then
-    echo "Another package of this machine has a fault; what is needed here is installed" >&2
+    printf '%s\n' "$trouble" "Another package of this machine has a fault; what is needed here is installed." >&2
     return 0
   fi
   printf '%s\n' "$trouble" "The packages could not be installed; apt-get's reason stands above." >&2

@@ -53,6 +53,7 @@ CONFIGURE = "dpkg --configure -a --force-confdef --force-confold"
 # What apt-get says, in its own words.
 INTERRUPTED = "E: dpkg was interrupted, you must manually run 'dpkg --configure -a' to correct the problem.\n"
 LOCKED = "E: Could not get lock /var/lib/dpkg/lock-frontend. It is held by process 42 (apt-get)\n"
+DPKG_LOCKED = "dpkg: error: dpkg frontend lock was locked by another process with pid 42\n"
 ERROR_CODE = "E: Sub-process /usr/bin/dpkg returned an error code (1)\n"
 UNREACHED = "W: Failed to fetch http://x/InRelease  Temporary failure resolving 'x'\n"
 # What is said here.
@@ -190,6 +191,19 @@ class Packages(unittest.TestCase):
                                                "then run this again"])
         self.assertEqual(asked.count("sleep"), 60)
 
+    def test_it_is_waited_for_before_what_was_broken_off_is_finished(self):
+        machine = self.machine("cmake g++", says={"install": [INTERRUPTED], "--configure": [DPKG_LOCKED]})
+        run = machine.install()
+        self.assertEqual((run.returncode, run.stderr), (0, ""))
+        self.assertEqual(machine.asked(), [UPDATE, f"{INSTALL} strace", CONFIGURE, "sleep", CONFIGURE,
+                                           f"{INSTALL} strace"])
+
+    def test_what_another_one_keeps_from_being_finished_is_left_to_it(self):
+        told, asked = self.refused(says={"install": [INTERRUPTED], "--configure": [DPKG_LOCKED] * 100})
+        self.assertEqual(told, [INTERRUPTED.strip(), DPKG_LOCKED.strip(), COULD_NOT,
+                                "Another installation is still at work. Let it end; then run this again"])
+        self.assertEqual((asked.count("sleep"), asked.count(CONFIGURE)), (60, 61))
+
     def test_lists_that_could_not_be_read_anew_may_do(self):
         for said in (UNREACHED, "E: The repository 'http://x' is not signed.\n"):
             machine = self.machine("cmake g++", says={"update": [said]})
@@ -208,10 +222,12 @@ class Packages(unittest.TestCase):
         self.assertEqual(told[-1], "This system has no package strace, cmake. The names are those of Debian 12")
 
     def test_a_foreign_package_that_fails_stops_nothing(self):
-        machine = self.machine("cmake g++", says={"install": [ERROR_CODE]}, adds="strace")
+        said = "dpkg: error processing package sl (--configure):\n" + ERROR_CODE
+        machine = self.machine("cmake g++", says={"install": [said]}, adds="strace")
         run = machine.install()
         self.assertEqual(run.returncode, 0)
-        self.assertEqual(run.stderr, "Another package of this machine has a fault; what is needed here is installed\n")
+        self.assertEqual(run.stderr, f"{said}Another package of this machine has a fault; what is needed here is "
+                                     "installed.\n")
 
     def test_a_package_that_fails_is_left_to_the_user(self):
         told, asked = self.refused(says={"install": [ERROR_CODE]})
