@@ -62,6 +62,7 @@ class Road(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
         self.clone = self.folder / "a clone"
         self.place = self.clone / "build/run"
+        self.road = self.place / "road"
         self.home = self.folder / "home"
         self.home.mkdir()
         programs = self.clone / "build/release/bin"
@@ -99,9 +100,13 @@ class Road(unittest.TestCase):
         for step in range(1, 10):
             self.assertIn(f"\033[1m{step}. ", run.stdout)
         self.assertIn("Proved: the sample as text and back is equal; the sample is in the controller", run.stdout)
-        for name in re.findall(r"^  (\S+)  ", run.stdout, re.M):
-            self.assertTrue((self.place / name).is_file(), name)
-        self.assertTrue((self.place / "QRVUploadLog.txt").is_file())
+        places = re.findall(r"^(?:The files, in|In) (.*):$", run.stdout, re.M)
+        self.assertEqual(places, [str(self.road), str(self.place)])
+        files = re.findall(r"^  (\S+\.\S+)  ", run.stdout, re.M)
+        self.assertEqual(files, ["sample.txt", "again.qrv", "new.qrv", "back.qrv", "controller.memory",
+                                 "QRVUploadLog.txt"])
+        for name, place in zip(files, [self.road] * 4 + [self.place] * 2):
+            self.assertTrue((place / name).is_file(), name)
         self.all_is_taken_down()
 
     def test_no_locale_changes_a_word_or_a_number_of_the_road(self):
@@ -112,7 +117,7 @@ class Road(unittest.TestCase):
             run = self.run_it(**others, LC_ALL=locale)
             self.assertEqual(run.returncode, 0, run.stderr)
             told[locale] = (without_times(run.stdout), without_times(run.stderr),
-                            (self.place / "sample.txt").read_bytes())
+                            (self.road / "sample.txt").read_bytes())
         self.assertEqual(told["de_DE.UTF-8"], told["C.UTF-8"])
         self.assertEqual(told["tr_TR.UTF-8"], told["C.UTF-8"])
 
@@ -141,13 +146,52 @@ class Road(unittest.TestCase):
         run = self.run_it("--terminal", "none.qrv")
         self.assertEqual((run.returncode, run.stdout, run.stderr), (2, "", "run: none.qrv: no such file\n"))
 
-    def test_a_file_of_its_own_place_is_not_overwritten(self):
-        self.place.mkdir(parents=True)
-        kept = self.place / "back.qrv"
+    def file_on_the_road(self):
+        self.road.mkdir(parents=True)
+        kept = self.road / "back.qrv"
         self.qrv("new", kept)
         before = kept.read_bytes()
-        self.assertEqual(self.run_it("--terminal", kept).returncode, 2)
+        run = self.run_it("--terminal", kept)
+        self.assertEqual(run.returncode, 2, run.stderr)
+        self.assertIn(" is made anew: give a copy of ", run.stderr)
         self.assertEqual(kept.read_bytes(), before)
+
+    def test_a_file_that_it_would_make_anew_is_not_taken(self):
+        self.file_on_the_road()
+
+    def test_nor_is_it_where_the_build_lies_elsewhere(self):
+        elsewhere = self.folder / "elsewhere"
+        (self.clone / "build").rename(elsewhere)
+        (self.clone / "build").symlink_to(elsewhere)
+        self.file_on_the_road()
+
+    def test_what_the_user_made_beside_the_sample_stays(self):
+        self.place.mkdir(parents=True)
+        made = [self.place / name for name in ("back.qrv", "new.qrv", "again.qrv", "sample.txt")]
+        for path in made:
+            path.write_text("the user's")
+        run = self.run_it("--terminal")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertEqual({path.read_text() for path in made}, {"the user's"})
+
+    def test_the_first_blocks_that_a_file_has_used_are_watched(self):
+        sample = (PROJECT / "samples/boiler_house.txt").read_text(encoding="utf-8")
+        empty = "".join(f'BlockNumber={number} FunctionNumber=127 Constants=0 TempRam=0 VolRam=0 Comment="" '
+                        'VisioComment=""\n' for number in range(4))
+        text = self.folder / "plant.txt"
+        text.write_text(sample.replace("[Block List]\n", f"[Block List]\n{empty}"), encoding="utf-8")
+        self.qrv("load", text, "plant.qrv")
+        run = self.run_it("--terminal", "plant.qrv")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertRegex(run.stdout, r"\$ qrv watch \S+/plant\.qrv 4 5 6 7 --port COM9 --interval 200 --count 2\n"
+                                     r"time,block 4 ")
+        self.assertIn("Proved: plant.qrv as text and back is equal", run.stdout)
+
+    def test_where_none_is_used_none_is_watched(self):
+        self.qrv("new", "plant.qrv")
+        run = self.run_it("--terminal", "plant.qrv")
+        self.assertIn("two rows\033[0m\nplant.qrv has no blocks of its own\n\n\033[1m7. ", run.stdout)
+        self.assertIn("\033[1m9. ", run.stdout)
 
     def test_ctrl_c_ends_the_road_whatever_the_step_makes_of_it(self):
         # A watch takes it for its end and is content. Comes it later on a slow machine, the next step has it.
@@ -172,6 +216,7 @@ class Road(unittest.TestCase):
         sample = self.place / "boiler_house.qrv"
         self.assertEqual((run.returncode, run.stderr), (7, f"{sample} made.\n"))
         self.assertEqual((self.place / "arguments").read_text(), f"{sample}\n")
+        self.assertIn(f' QRV_SETTINGS="{self.place}/settings.ini" TEMP="{self.place}"\n', run.stdout)
         self.assertIn("CommPort=9\n", (self.place / "settings.ini").read_text())
         self.assertTrue(sample.is_file())
         self.all_is_taken_down()
