@@ -46,10 +46,10 @@ def entries(group):
 
 
 def shown(lines):
-    """A paragraph; indented lines become a list."""
+    """A paragraph; indented lines become a list. What goes on in a next line stands under the first one's text."""
     for each in lines:
         found = LIST_ENTRY.match(each)
-        yield from (".TP", bold(found.group(1)), line(found.group(2))) if found else (line(each),)
+        yield from (".TP", bold(found.group(1)), line(found.group(2))) if found else (line(each.lstrip()),)
 
 
 def paragraphs(text):

@@ -7,11 +7,11 @@
 namespace qrv::help {
 
 inline constexpr std::string_view kSettingsEnvironment =
-    "  QRV_SETTINGS     a file for the settings, in place of the one below\n"
-    "  XDG_CONFIG_HOME  a folder in place of ~/.config\n";
+    "  QRV_SETTINGS        a file for the settings, in place of the one below\n"
+    "  XDG_CONFIG_HOME     a folder in place of ~/.config\n";
 inline constexpr std::string_view kStateEnvironment =
-    "  XDG_STATE_HOME   a folder in place of ~/.local/state\n"
-    "  TEMP, TMPDIR     a folder in place of /tmp; TEMP goes before TMPDIR\n";
+    "  XDG_STATE_HOME      a folder in place of ~/.local/state\n"
+    "  TEMP, TMPDIR        a folder in place of /tmp; TEMP goes before TMPDIR\n";
 inline constexpr std::string_view kSettingsFiles =
     "  ~/.config/QRV_Edit/settings.ini  the settings: the port, the devices that port numbers stand for, recent "
     "files\n";

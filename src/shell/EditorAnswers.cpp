@@ -22,7 +22,8 @@ std::string helpText() {
         "  --version                   Print the versions of the program, the function catalogue, the database engine\n"
         "                              and the toolkit\n"
         "\n"
-        "What the toolkit takes counts, too, as -platform and -style. Without a display qrv does the same work.\n"
+        "Options of the toolkit, such as -platform and -style, are taken, too. Without a display qrv does the same\n"
+        "work.\n"
         "\n"
         "Exit codes:\n"
         "  0      ended by the user\n"
@@ -30,7 +31,8 @@ std::string helpText() {
         "  128+n  ended by signal n; what was not saved is kept as a copy\n"
         "\n"
         "Environment:\n"
-        "  QRV_EDIT_CLASSIC=1  the editor without what was added: tool bar, panels, the menus Tools and Help\n";
+        "  QRV_EDIT_CLASSIC=1  the editor without our additions: tool bar, status bar with meters, panels, filter,\n"
+        "                      tool tips, sentences of live and transfer windows, the menus Tools and Help\n";
     text.append(help::kSettingsEnvironment).append(help::kStateEnvironment);
     text.append("\nFiles:\n").append(help::kSettingsFiles).append(help::kStateFiles);
     return text;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,23 @@ TEST(EditorAnswers, HelpTellsTheUsageTheEnvironmentAndTheFiles) {
         EXPECT_NE(help->find(words), std::string::npos) << words;
     }
     EXPECT_EQ(answerTo({"-h"}), help);
+}
+
+TEST(EditorAnswers, WhatTheEnvironmentDoesStandsInOneColumn) {
+    const auto help = answerTo({"--help"});
+    ASSERT_TRUE(help);
+    const std::size_t begin = help->find("\nEnvironment:\n");
+    ASSERT_NE(begin, std::string::npos);
+    std::istringstream lines(help->substr(begin, help->find("\n\n", begin) - begin));
+    int found = 0;
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.starts_with("  ")) continue;
+        ++found;
+        ASSERT_GT(line.size(), 22U) << line;
+        EXPECT_EQ(line.substr(20, 2), "  ") << line;
+        EXPECT_NE(line[22], ' ') << line;
+    }
+    EXPECT_EQ(found, 6);
 }
 
 TEST(EditorAnswers, VersionsAreALineEach) {
