@@ -301,7 +301,7 @@ TEST(qrv, AReaderThatWentAwayLeavesNoWorkFiles) {
 }
 
 class QrvSignal : public testing::TestWithParam<const char*> {
-    const HangUpsTaken taken_;
+    const HangUpsTaken taken_{};
 };
 
 TEST_P(QrvSignal, LeavesNoWorkFile) {

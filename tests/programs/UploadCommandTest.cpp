@@ -258,7 +258,7 @@ TEST(qrvUpload, NothingIsAskedAfterACancel) {
 }
 
 class QrvUploadSignal : public testing::TestWithParam<const char*> {
-    const HangUpsTaken taken_;
+    const HangUpsTaken taken_{};
 };
 
 TEST_P(QrvUploadSignal, IsACancelAndLeavesNothingBehind) {
