@@ -222,7 +222,8 @@ TEST_F(CopyFile, CarriesAnyBytesOfAnyLength) {
     const auto seed = seedOfRun();
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 random(seed);
-    for (const std::size_t size : {0, 1, 4095, 4096, 262'143, 262'144, 262'145, 1'000'000}) {
+    for (const std::size_t size :
+         std::initializer_list<std::size_t>{0, 1, 4095, 4096, 262'143, 262'144, 262'145, 1'000'000}) {
         std::string bytes(size, '\0');
         for (char& c : bytes) c = static_cast<char>(random());
         const std::string from = put("from", bytes);

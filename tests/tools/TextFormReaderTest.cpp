@@ -190,7 +190,7 @@ TEST(TextFormReader, TakesOrRefusesWhateverStandsInAText) {
     std::mt19937 random(seed);
     for (int round = 0; round < 60; ++round) {
         std::string text = sound;
-        for (std::size_t change = 0; change <= round % 8U; ++change) {
+        for (std::size_t change = 0; change <= static_cast<std::size_t>(round % 8); ++change) {
             // Behind the mark, which would be refused at once.
             const std::size_t place = kMark.size() + random() % (text.size() - kMark.size());
             text[place] = static_cast<char>(random() % 256);
