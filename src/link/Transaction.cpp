@@ -39,14 +39,9 @@ Ending Transaction::run(const Exchange& exchange) {
     const RunningMark mark(*this);
     retryCount_ = 0;
     frameLeft_ = false;
-    if (lateReplies_ > 0) {
-        const bool wasAborted = exchange.aborted;
-        letTheLineFallQuiet();
-        // A Cancel that falls into this wait comes before the frame, which must not go out any more.
-        if (exchange.aborted && !wasAborted) {
-            exchange.reply.clear();
-            return Ending::Aborted;
-        }
+    if (lateReplies_ > 0 && !waitForQuiet(exchange.aborted)) {
+        exchange.reply.clear();
+        return Ending::Aborted;
     }
     return attemptAll(exchange);
 }
@@ -112,19 +107,23 @@ void Transaction::resynchronise() {
 /// A frame carries no number and a reply doesn't say what it answers: a reply to the former transaction that comes now
 /// would be taken for this one's. A controller works off its requests in turn, so that each of the replies that are
 /// owed has an answer's whole time behind the one before it; a line that never falls quiet is given no more than that.
-void Transaction::letTheLineFallQuiet() {
+/// False where a Cancel came meanwhile: the frame must not go out any more, and the next one waits anew.
+bool Transaction::waitForQuiet(const bool& aborted) {
+    const bool wasAborted = aborted;
     const auto began = clock_.now();
     const auto end = began + lateReplies_ * kQuietBehindAnAnswer;
     auto quietAt = std::max(began + kQuiet, lastOnTheLine_ + kQuietBehindAnAnswer);
-    lateReplies_ = 0;
     if (port_.waitingCount() > 0) quietAt = began + kQuietBehindAnAnswer;
     dropInput();
     while (clock_.now() < std::min(quietAt, end)) {
         pump_.pumpUntil(std::min(quietAt, end), &port_);
+        if (aborted && !wasAborted) return false;
         if (port_.waitingCount() == 0) continue;
         dropInput();
         quietAt = clock_.now() + kQuietBehindAnAnswer;
     }
+    lateReplies_ = 0;
+    return true;
 }
 
 void Transaction::pumpUntilTimedOut(Clock::Milliseconds interval) {

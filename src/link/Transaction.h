@@ -34,9 +34,9 @@ class Transaction {
     static constexpr std::chrono::milliseconds kTick{600};
     static constexpr std::size_t kFillerLength = 1025;
     static constexpr std::chrono::milliseconds kResynchronisingSleep{2000};
-    /// How long no byte may come before a line counts as quiet on which no answer is owed.
+    /// How long no byte may come directly before a frame, where answers to earlier ones are owed ...
     static constexpr std::chrono::milliseconds kQuiet{600};
-    /// The same where one is: the whole time that an answer may take lies before that.
+    /// ... and how long behind the last of what came: the whole time that an answer may take lies before that.
     static constexpr std::chrono::milliseconds kQuietBehindAnAnswer = TickTimer::kTicksToTimeOut * kTick + kQuiet;
 
     Transaction(SerialPort& port, EventPump& pump, Clock& clock) : port_(port), pump_(pump), clock_(clock) {}
@@ -65,7 +65,7 @@ class Transaction {
     void dropInput();
     void awaitReply(std::size_t replyLength);
     void resynchronise();
-    void letTheLineFallQuiet();
+    bool waitForQuiet(const bool& aborted);
 
     SerialPort& port_;
     EventPump& pump_;

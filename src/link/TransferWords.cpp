@@ -29,7 +29,8 @@ std::string shortfallText(const DownloadOutcome& outcome) {
     std::string text;
     if (outcome.unconfirmed > 0) {
         text += " " + counted(outcome.unconfirmed, "frame") + (outcome.unconfirmed == 1 ? " was" : " were") +
-                " not confirmed, and what it carried may be missing: qrv verify tells.";
+                " not confirmed, and what " + (outcome.unconfirmed == 1 ? "it" : "they") +
+                " carried may be missing: qrv verify tells.";
     }
     if (outcome.unsentStrings > 0) {
         text += " " + counted(outcome.unsentStrings, "string") + (outcome.unsentStrings == 1 ? " was" : " were") +

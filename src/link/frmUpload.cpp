@@ -120,6 +120,7 @@ void frmUpload::Continue_Click() {
     {
         const Logging logging(comm_, log.get());
         runSections();
+        bench_.isHalfUploaded = bench_.xfer_abort;
         if (bench_.xfer_ok && !bench_.xfer_abort) window_.showGeneral();
         if (bench_.xfer_abort) {
             comm_.printLine(uploadlog::kCancel);
@@ -147,6 +148,7 @@ void frmUpload::begin() {
     showProgressControls(true);
     BytesReceived.caption = "0";
     bench_.in_upload = true;
+    bench_.isHalfUploaded = true;
     bench_.bytes_received = 0;
     everySectionCame_ = true;
     window_.enableCommand1(false);
@@ -197,6 +199,7 @@ void frmUpload::revert() {
         "The transfer was not completed successfully.  The open config file will be reverted to its last saved state.");
     CloseConfiguration(bench_, Answer::No);
     OpenConfiguration(bench_, std::string(bench_.CurrentFileName));
+    bench_.isHalfUploaded = false;
 }
 
 void frmUpload::end() {

@@ -157,7 +157,7 @@ std::string KeepUnsavedWork(Workbench& bench) {
     bench.db.close_work_dbs();
     bench.FileIsOpen = false;
     std::string copy;
-    if (!bench.IsReadOnlyFile && !bench.in_upload && !isSaved(bench)) {
+    if (!bench.IsReadOnlyFile && !bench.isHalfUploaded && !isSaved(bench)) {
         copy = keepBackup(bench.places.backups, bench.WorkFileName, bench.CurrentFileName);
         // Then the work file is all that there is.
         if (copy.empty()) return bench.WorkFileName;

@@ -90,6 +90,7 @@ struct Workbench {
     std::string xfer_abort_reason;
     bool in_download = false;
     bool in_upload = false;
+    bool isHalfUploaded = false;  ///< the open work copy is a mixture of the file's program and the controller's
     std::int32_t bytes_sent = 0;
     std::int32_t bytes_received = 0;
     std::int32_t bytes_total = 0;

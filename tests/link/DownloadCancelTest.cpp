@@ -107,7 +107,7 @@ TEST_P(frmDownloadCancelInTheQuietBehind, KeepsTheNextFrameBackWhichHasNotFailed
     rig.place(7, "SCHEDULE");
     rig.controller.play(SimFaultPlan::at("silence", GetParam()));
     rig.controller.onTrace = [&, seen = std::size_t{0}](const SimTrace&) mutable {
-        // The second send is answered, and half of the quiet time goes by.
+        // The second send is answered, and a part of the quiet time goes by.
         if (++seen != GetParam() + 1) return;
         rig.pump.at(rig.clock.now() + std::chrono::milliseconds(300), [&] { rig.download.Cancel_Click(); });
     };

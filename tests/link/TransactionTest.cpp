@@ -289,6 +289,10 @@ TEST(Transaction, AFrameThatACancelKeptBackHasNotLeft) {
     rig.pump.at(rig.clock.now() + 300ms, [&] { rig.aborted = true; });
     EXPECT_EQ(rig.run(), Ending::Aborted);
     EXPECT_FALSE(rig.transaction.frameLeft());
+    EXPECT_EQ(rig.clock.elapsed(), 1800ms + 300ms) << "nobody waits for the rest of it";
+    rig.aborted = false;
+    EXPECT_EQ(rig.run(), Ending::Good);
+    EXPECT_EQ(rig.clock.elapsed(), 1800ms + 2400ms) << "the late answer may come all the same";
 }
 
 TEST(Transaction, EventsArePumpedWhileTheLineFallsQuiet) {

@@ -145,6 +145,28 @@ TEST(frmUpload, CancelGivesTheSavedFileBack) {
     rig.uploadBlocks();
     EXPECT_EQ(programOf(rig.bench), saved);
     EXPECT_EQ(rig.upload.outcome().reason, "Form Upload query unload");
+    EXPECT_FALSE(rig.bench.isHalfUploaded) << "it is the saved file's again";
+}
+
+// At a logout what came whole is the user's unsaved work; a half of it is nobody's.
+TEST(frmUpload, OnlyAWholeOneIsWorkThatASignalKeeps) {
+    TransferRig rig;
+    rig.place(4, "PID");
+    rig.save();
+    rig.expectOverwriteQuestion();
+    bool isSeen = false;
+    rig.upload.onProgress = [&] {
+        EXPECT_TRUE(rig.bench.isHalfUploaded);
+        isSeen = true;
+    };
+    rig.window.showGeneral = [&] {
+        EXPECT_TRUE(isSeen);
+        EXPECT_FALSE(rig.bench.isHalfUploaded);
+        ++rig.generalShown;
+    };
+    rig.uploadBlocks();
+    EXPECT_EQ(rig.generalShown, 1);
+    EXPECT_FALSE(rig.bench.isHalfUploaded);
 }
 
 // The section has the port opened anew. Where that fails it ends at once, having read nothing: there is nothing to
@@ -391,7 +413,7 @@ TEST_P(frmUploadCancelInTheQuietBefore, KeepsTheRequestBackAndNothingHasFailed) 
     rig.record.sends.clear();
     rig.controller.play(SimFaultPlan::at("silence", GetParam().struck));
     rig.controller.onTrace = [&, seen = std::size_t{0}](const SimTrace&) mutable {
-        // The second send is answered, and half of the quiet time goes by.
+        // The second send is answered, and a part of the quiet time goes by.
         if (++seen != GetParam().struck + 1) return;
         rig.pump.at(rig.clock.now() + std::chrono::milliseconds(300), [&] { rig.upload.Cancel_Click(); });
     };

@@ -204,7 +204,7 @@ TEST(LifeCycle, WhereNobodyCanBeAskedHalfAnUploadIsNoWork) {
     Rig rig;
     const std::string file = rig.configuration("a.qrv");
     OpenConfiguration(rig.bench, file);
-    rig.bench.in_upload = true;
+    rig.bench.isHalfUploaded = true;
     rig.setTitle("of the controller's, half of it");
     EXPECT_EQ(KeepUnsavedWork(rig.bench), "");
     EXPECT_TRUE(backupsIn(rig.bench.places.backups).empty());

@@ -225,7 +225,6 @@ TEST(Recordset, ALoopOfDeletionsEmptiesTheTable) {
     }
 }
 
-// Long walks, with rows that come, go and change their key on the way, against a plain sorted list.
 TEST(Recordset, ARowAddedAfterTheLastOneWasDeletedIsTheNext) {
     Rig rig({{1, 0, 10}, {2, 0, 20}});
     Recordset rows = rig.cursor();
@@ -252,6 +251,7 @@ TEST(Recordset, ARowAddedWithTheKeyOfADeletedOneIsTheNext) {
     EXPECT_TRUE(rows.isEof());
 }
 
+// Long walks, with rows that come, go and change their key on the way, against a plain sorted list.
 TEST(Recordset, ALongWalkSeesEveryChangeAtOnce) {
     constexpr std::int32_t kRows = 60;
     for (std::int32_t changeAt = 0; changeAt < kRows - 2; ++changeAt) {
