@@ -146,7 +146,7 @@ bool BlockPanel::mapKey(Grid& grid, Key key) {
     } else if (key != Key::Enter) {
         return false;
     }
-    isCellChosen_ = true;
+    grid.enterCell(grid.row(), grid.col());
     isLogic ? Grid1_Click() : New_IG_Click();
     return true;
 }
@@ -337,8 +337,7 @@ void BlockPanel::goToBlock(int block) {
     const bool isLogic = block < kFirstIoBlock;
     Grid& grid = isLogic ? Grid1 : Ig;
     const BlockCell cell = isLogic ? logicCellOf(block) : ioCellOf(block);
-    grid.select(cell.row, cell.col);
-    isCellChosen_ = true;
+    grid.enterCell(cell.row, cell.col);
     focus = grid.name();
     if (!isDataView()) return;
     isLogic ? Grid1_Click() : New_IG_Click();

@@ -66,7 +66,8 @@ class BlockPanel {
         map_.fill_grid1();
         isCellChosen_ = false;
     }
-    /// The same for a program that stays: the selection is where the user left it, not on the block filled last.
+    /// The same behind a download, which changes no program: the selection is where the user left it, not on the block
+    /// filled last.
     void refillGrid1();
     /// Fills Ig and List2 from the slots' descriptions; with no file open, as for seven empty ones.
     void fillIg() { map_.fillIg(); }

@@ -17,12 +17,10 @@ namespace qrv {
 namespace {
 
 /// The entries whose forms stand beside the main window.
-constexpr std::array<std::string_view, 18> kProvidedEntries{
-    "mnuFileUpload",  "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
-    "mnuFileCompare", "mnuFileCheck",    "mnuFilePrint",        "mnuEditLCD",          "mnuEditAlarm",
-    "mnuEditChart",   "mnuEditEGU",      "mnuEditPager",        "mnuEditLoop",         "mnuEditPoll",
-    "mnuEditComPort", "mnuViewAll",      "mnuViewSel",
-};
+constexpr auto kProvidedEntries = std::to_array<std::string_view>(
+    {"mnuFileUpload", "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
+     "mnuFileCompare", "mnuFileCheck", "mnuFilePrint", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart", "mnuEditEGU",
+     "mnuEditPager", "mnuEditLoop", "mnuEditPoll", "mnuEditComPort", "mnuViewAll", "mnuViewSel"});
 
 }  // namespace
 
@@ -153,7 +151,7 @@ void Form3::showGeneral() {
 void Form3::ReloadGlobalFile() {
     if (bench_.CurrentFileName.empty()) return;
     OpenConfiguration(bench_, bench_.CurrentFileName);
-    blocks.refillGrid1();
+    blocks.fill_grid1();
     showBoards();
     bench_.platform.formHost.refresh(*this);
     SetReadOnly();

@@ -150,26 +150,39 @@ TEST_F(ShownDataTest, SavingLeavesTheSelectedRows) {
     EXPECT_EQ(panel.Label5.caption, "BLOCK 10 - PID");
 }
 
-TEST_F(ShownDataTest, SavingLeavesTheSelectionOnTheMap) {
+TEST_F(ShownDataTest, SavingTakesTheSelectionOfTheMapToTheBlockFilledLast) {
     run.place(4, "ADD");
     run.form3.choose("mnuEditBlk");
     ASSERT_EQ(panel.Label5.caption, "BLOCK 4 - ADD");
+    ASSERT_TRUE(panel.isCellChosen());
     save();
-    EXPECT_EQ(panel.Grid1.row(), 1);
-    EXPECT_EQ(panel.Grid1.col(), 5);
-    // What begins at the selection begins there: the view's entry shows the block again, the key goes to its neighbour.
-    run.form3.choose("mnuEditBlk");
+    EXPECT_EQ(panel.Grid1.row(), 60);
+    EXPECT_EQ(panel.Grid1.col(), 10);
+    EXPECT_FALSE(panel.isCellChosen());
+    // The block on show stays on show; what begins at the selection begins at block 599.
     EXPECT_EQ(panel.Label5.caption, "BLOCK 4 - ADD");
+    run.form3.choose("mnuEditBlk");
+    EXPECT_EQ(run.bench.SeekBlock, 599);
     panel.Grid1.keyDown(Key::F6);
-    EXPECT_EQ(run.bench.SeekBlock, 5);
+    EXPECT_EQ(run.bench.SeekBlock, 0);
+    EXPECT_TRUE(panel.isCellChosen());
 }
 
-TEST_F(ShownDataTest, SavingLeavesThePlaceWhereFunctionsAreSet) {
-    run.place(42, "ADD");
+TEST_F(ShownDataTest, EnterChoosesTheBlockThatTheSelectionStandsOn) {
     save();
-    panel.CurFuncName = "PID";
-    panel.Grid1.keyDown(Key::F6);
-    EXPECT_EQ(run.cellOf(43), "PID");
+    ASSERT_FALSE(panel.isCellChosen());
+    panel.Grid1.keyDown(Key::Enter);
+    EXPECT_TRUE(panel.isCellChosen());
+    EXPECT_EQ(run.bench.SeekBlock, 599);
+}
+
+TEST_F(ShownDataTest, TheRefreshBehindADownloadLeavesTheSelectionOnTheMap) {
+    run.place(4, "ADD");
+    panel.refillGrid1();
+    EXPECT_EQ(panel.Grid1.row(), 1);
+    EXPECT_EQ(panel.Grid1.col(), 5);
+    EXPECT_TRUE(panel.isCellChosen());
+    EXPECT_EQ(run.cellOf(4), "ADD");
 }
 
 TEST_F(ShownDataTest, TheAssignmentViewIsLeftAsItIs) {

@@ -259,16 +259,21 @@ TEST_F(MainWindow, NoColumnIsMarkedBeforeABlockIsChosen) {
     EXPECT_EQ(markedColumn(grid("Grid1")), -1);
     ViewRig::clickCell(grid("Grid1"), 2, 4);
     EXPECT_EQ(markedColumn(grid("Grid1")), 3);
-    // Filled anew, as behind a save or a download, with the same program.
+    // Filled anew behind a save: the selection stands on block 599, and nobody has chosen it.
     ViewRig::choose(rig.mainView(), "mnuFileSave");
-    EXPECT_EQ(markedColumn(grid("Grid1")), 3);
+    EXPECT_EQ(blocks().Grid1.row(), 60);
+    EXPECT_EQ(blocks().Grid1.col(), 10);
+    EXPECT_EQ(markedColumn(grid("Grid1")), -1);
     QTest::keyClick(&grid("Grid1"), Qt::Key_F6);
-    EXPECT_EQ(markedColumn(grid("Grid1")), 4);
+    EXPECT_EQ(markedColumn(grid("Grid1")), 0);
     auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
     QTest::keyClicks(box, QStringLiteral("25"));
     QTest::keyClick(box, Qt::Key_Return);
     EXPECT_EQ(markedColumn(grid("Grid1")), 5);
-    // With another program, as behind an upload.
+    // Behind a download, which changes no program, and behind an upload.
+    blocks().refillGrid1();
+    rig.host.refreshAll();
+    EXPECT_EQ(markedColumn(grid("Grid1")), 5);
     blocks().fill_grid1();
     rig.host.refreshAll();
     EXPECT_EQ(markedColumn(grid("Grid1")), -1);
