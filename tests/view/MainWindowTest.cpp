@@ -16,6 +16,7 @@
 
 #include "ViewRig.h"
 #include "platform/qt/GridPainter.h"
+#include "platform/qt/Theme.h"
 
 namespace qrv {
 namespace {
@@ -277,6 +278,24 @@ TEST_F(MainWindow, NoColumnIsMarkedBeforeABlockIsChosen) {
     blocks().fill_grid1();
     rig.host.refreshAll();
     EXPECT_EQ(markedColumn(grid("Grid1")), -1);
+}
+
+TEST_F(MainWindow, TabIntoTheMapShowsWhereTheKeysBeginThoughNoBlockIsChosen) {
+    GridView& map = grid("Grid1");
+    const auto edgeOfLast = [&map] {
+        const QRect cell = map.rectOf(60, 10);
+        return map.viewport()->grab().toImage().pixelColor(cell.left() + 1, cell.center().y());
+    };
+    ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock")->setFocus();
+    map.verticalScrollBar()->setValue(0);
+    ASSERT_FALSE(map.viewport()->rect().contains(map.rectOf(60, 10)));
+    map.setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(map.hasFocus());
+    ASSERT_TRUE(map.viewport()->rect().contains(map.rectOf(60, 10)));
+    EXPECT_EQ(edgeOfLast(), theme::accent());
+    EXPECT_EQ(markedColumn(map), -1);
+    ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock")->setFocus();
+    EXPECT_NE(edgeOfLast(), theme::accent());
 }
 
 // --- the window in front ---

@@ -88,7 +88,8 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     if (selected && !isMuted_ && !cell.back) back = theme::selectedCell();
     if (selected && grid_.selectionColour()) back = colourOf(*grid_.selectionColour());
     painter->fillRect(option.rect, back);
-    if (selected && isMuted_) {
+    // Where the keys begin is plain to see in a muted grid, too.
+    if (selected && isMuted_ && !(option.state & QStyle::State_HasFocus)) {
         painter->setPen(theme::faintText());
         painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
     } else if (selected) {

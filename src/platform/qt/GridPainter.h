@@ -31,7 +31,7 @@ class GridPainter final : public QAbstractItemDelegate {
  public:
     GridPainter(const Grid& grid, const GridModel& model, QObject* parent);
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-    /// A muted grid's selection is a faint frame only.
+    /// A muted grid's selection is a frame only, faint as long as the grid hasn't the focus.
     void setMuted(bool muted) { isMuted_ = muted; }
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 

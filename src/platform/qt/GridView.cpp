@@ -369,6 +369,11 @@ void GridView::followFocus() {
     });
 }
 
+void GridView::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) reveal();
+}
+
 bool GridView::viewportEvent(QEvent* event) {
     // A grid looks the same in a window that is not in front: nothing is to be painted anew.
     if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate) return true;

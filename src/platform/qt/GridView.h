@@ -77,6 +77,7 @@ class GridView : public QTableView {
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
  private:
     void run(const Event& event);
