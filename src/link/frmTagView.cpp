@@ -98,10 +98,10 @@ frmTagView::frmTagView(frmTag& form, DesktopHost& host) : FormView(form, host), 
     tag_ = tag;
 }
 
-/// The first tag is only proposed: what is typed takes its place.
+/// The tag that stands there as the window comes up is only proposed: what is typed takes its place.
 void frmTagView::showEvent(QShowEvent* event) {
     FormView::showEvent(event);
-    tag_->selectAll();
+    if (!event->spontaneous()) tag_->selectAll();
 }
 
 /// Label3: the chosen colour.

@@ -159,6 +159,12 @@ Form3ExtrasView::Meter Form3ExtrasView::makeMeter(const char* name, const QStrin
 
 void Form3ExtrasView::makeStatusBar() {
     window_.statusBar()->setObjectName(QStringLiteral("statusBar"));
+    end_ = new QLabel(&window_);
+    end_->setObjectName(QStringLiteral("transferEnd"));
+    end_->setTextFormat(Qt::PlainText);
+    // Long words are cut, the tool tip has them whole; the window needn't be as wide as they are.
+    end_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    window_.statusBar()->addWidget(end_, 1);
     constants_ = makeMeter("constantsMeter", QStringLiteral("Constants used"), kMostConstants);
     retentive_ = makeMeter("retentiveMeter", QStringLiteral("Retentive bytes used"), kMostRetentiveBytes);
 }
@@ -214,13 +220,12 @@ void Form3ExtrasView::showFunction() {
     if (page_->toPlainText() != page) page_->setPlainText(page);
 }
 
-/// Until the next message: the user may have been elsewhere while the transfer ran.
+/// Until the next transfer ends, for the user may have been elsewhere: messages that pass only hide it.
 void Form3ExtrasView::showTransferEnd() {
-    const std::string& words = window_.mainForm().transferEnd;
-    if (words == shownEnd_) return;
-    shownEnd_ = words;
-    window_.statusBar()->showMessage(shownUtf8(words));
-    window_.statusBar()->setToolTip(shownUtf8(words));
+    const QString words = shownUtf8(window_.mainForm().transferEnd);
+    if (words == end_->text()) return;
+    end_->setText(words);
+    end_->setToolTip(words);
 }
 
 void Form3ExtrasView::makeKeysPanel(QMenu* help) {

@@ -61,8 +61,8 @@ class Form3ExtrasView final : public QObject {
     QAction* goToAction_ = nullptr;
     QPlainTextEdit* page_ = nullptr;
     QTimer* later_;
-    std::string shownEnd_;  ///< of a transfer
-    int found_ = 0;         ///< the block that was gone to last
+    QLabel* end_ = nullptr;  ///< of the last transfer
+    int found_ = 0;          ///< the block that was gone to last
     Meter constants_{};
     Meter retentive_{};
 };

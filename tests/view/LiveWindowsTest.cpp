@@ -2,8 +2,11 @@
 // simulated controller at the far end.
 #include <gtest/gtest.h>
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QAbstractButton>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QWheelEvent>
@@ -131,11 +134,33 @@ TEST(MainWindowAfterATransfer, TellsInTheStatusBarWhatWent) {
         press(view, "Command1");
     });
     rig.whenUp("frmDownload", [](FormView& view) { press(view, "Download"); });
+    Grid& map = rig.program.mainWindow.blocks.Grid1;
+    ViewRig::clickCell(*ViewRig::find<GridView>(rig.mainView(), "Grid1"), 1, 5);
     ViewRig::choose(rig.mainView(), "mnuFileDownload");
-    const auto* bar = ViewRig::find<QStatusBar>(rig.mainView(), "statusBar");
-    EXPECT_TRUE(bar->currentMessage().startsWith("boiler.qrv is in the controller: "))
-        << bar->currentMessage().toStdString();
-    EXPECT_EQ(bar->toolTip(), bar->currentMessage());
+    EXPECT_EQ(std::pair(map.row(), map.col()), std::pair(1, 5));
+    const auto* end = ViewRig::find<QLabel>(rig.mainView(), "transferEnd");
+    const QString downloaded = end->text();
+    EXPECT_TRUE(downloaded.startsWith("boiler.qrv is in the controller: ")) << downloaded.toStdString();
+    EXPECT_TRUE(end->isVisible());
+    EXPECT_EQ(end->toolTip(), downloaded);
+    // The toolkit clears the messages at each entry of a menu.
+    auto* menu = ViewRig::find<QMenu>(rig.mainView(), "mnuFile");
+    rig.mainView().menuBar()->setActiveAction(menu->menuAction());
+    menu->setActiveAction(ViewRig::find<QAction>(rig.mainView(), "mnuFileSave"));
+    ASSERT_EQ(menu->activeAction(), ViewRig::find<QAction>(rig.mainView(), "mnuFileSave"));
+    menu->close();
+    EXPECT_EQ(end->text(), downloaded);
+    EXPECT_TRUE(end->isVisible());
+    // A message that passes only hides the words.
+    auto* box = ViewRig::find<QLineEdit>(rig.mainView(), "goToBlock");
+    auto* bar = ViewRig::find<QStatusBar>(rig.mainView(), "statusBar");
+    QTest::keyClicks(box, QStringLiteral("705"));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(bar->currentMessage(), "There is no block \"705\"");
+    EXPECT_FALSE(end->isVisible());
+    bar->clearMessage();
+    EXPECT_EQ(end->text(), downloaded);
+    EXPECT_TRUE(end->isVisible());
     rig.boxes.expect({.text = "WARNING  This Action Will Overwrite The Selected Configuration\n"
                               "                       Do You Wish To Continue?",
                       .buttons = Buttons::YesNo,
@@ -147,9 +172,9 @@ TEST(MainWindowAfterATransfer, TellsInTheStatusBarWhatWent) {
         press(view, "Continue");
     });
     ViewRig::choose(rig.mainView(), "mnuFileUpload");
-    EXPECT_TRUE(bar->currentMessage().startsWith("boiler.qrv has what the controller holds: "))
-        << bar->currentMessage().toStdString();
-    EXPECT_TRUE(bar->currentMessage().endsWith("Save keeps it."));
+    EXPECT_TRUE(end->text().startsWith("boiler.qrv has what the controller holds: ")) << end->text().toStdString();
+    EXPECT_TRUE(end->text().endsWith("Save keeps it."));
+    EXPECT_TRUE(end->isVisible());
 }
 
 TEST(MonitorView, TheKeysAloneAddALabelAndMoveIt) {
@@ -157,7 +182,12 @@ TEST(MonitorView, TheKeysAloneAddALabelAndMoveIt) {
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
     line.rig.whenUp("frmTag", [](FormView& question) {
         auto* tag = ViewRig::find<QLineEdit>(question, "Text1");
-        QTest::keyClicks(tag, QStringLiteral("Pump"));
+        QTest::keyClicks(tag, QStringLiteral("Pum"));
+        // Away for a while, in the midst of typing.
+        QShowEvent back;
+        QSpontaneKeyEvent::setSpontaneous(&back);
+        qApp->notify(&question, &back);
+        QTest::keyClicks(tag, QStringLiteral("p"));
         EXPECT_EQ(tag->text(), "Pump");
         auto* colours = ViewRig::find<QWidget>(question, "Picture1");
         EXPECT_TRUE(colours->focusPolicy() & Qt::TabFocus);
