@@ -1,5 +1,7 @@
 #include "link/Monitor.h"
 
+#include <algorithm>
+
 #include "link/frmTag.h"
 #include "platform/EventPump.h"
 #include "platform/Files.h"
@@ -24,11 +26,13 @@ static_assert(kColumnEdges.size() == kColumnLimits.size() + 1 && kRowEdges.size(
 /// There are fewer places than labels: those of a second round stand beside the first.
 constexpr int kSecondRound = 300;
 
+/// @param steps  places to go on from where the position belongs
 template <std::size_t Limits>
-int snapped(int position, const std::array<int, Limits>& limits, const std::array<int, Limits + 1>& edges) {
-    std::size_t place = 0;
-    while (place < Limits && position >= limits[place]) ++place;
-    return edges[place];
+int snapped(int position, const std::array<int, Limits>& limits, const std::array<int, Limits + 1>& edges,
+            int steps = 0) {
+    int place = 0;
+    for (const int limit : limits) place += position >= limit ? 1 : 0;
+    return edges.at(static_cast<std::size_t>(std::clamp(place + steps, 0, static_cast<int>(Limits))));
 }
 
 }  // namespace
@@ -145,6 +149,12 @@ void Monitor::Command6_Click() {
 void Monitor::drop(int index, int x, int y) {
     label(index).left = snapped(x, kColumnLimits, kColumnEdges);
     label(index).top = snapped(y, kRowLimits, kRowEdges);
+}
+
+void Monitor::step(int index, int columns, int rows) {
+    BoardLabel& moved = label(index);
+    moved.left = snapped(moved.left, kColumnLimits, kColumnEdges, columns);
+    moved.top = snapped(moved.top, kRowLimits, kRowEdges, rows);
 }
 
 // --- polling ---

@@ -66,6 +66,8 @@ class Monitor final : public Form {
     void tmrShow_Timer();
     /// A label was dragged to this place, in form units; it snaps to one of the board's places.
     void drop(int index, int x, int y);
+    /// A label goes this many columns and rows of places on, and no further than the last one.
+    void step(int index, int columns, int rows);
 
  private:
     void showLabel(int index, const std::string& tag);

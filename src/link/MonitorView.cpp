@@ -18,8 +18,6 @@ namespace {
 constexpr int kBoardTop = 1050;
 constexpr int kBoardWidth = 10200;
 constexpr int kBoardHeight = 5400;
-constexpr int kColumnStep = 1950;
-constexpr int kRowStep = 1250;
 constexpr int kLabelWidth = 1850;
 constexpr int kLabelHeight = 700;
 constexpr int kLabelMargin = 3;  // pixels
@@ -38,13 +36,13 @@ void fill(QWidget* widget, QRgb colour) {
     widget->setAutoFillBackground(true);
 }
 
-/// From one place of the board to the next, in pixels.
+/// In columns and rows of the board's places.
 QPoint stepOf(int key) {
     switch (key) {
-        case Qt::Key_Left: return {-theme::pixelsOf(kColumnStep), 0};
-        case Qt::Key_Right: return {theme::pixelsOf(kColumnStep), 0};
-        case Qt::Key_Up: return {0, -theme::pixelsOf(kRowStep)};
-        case Qt::Key_Down: return {0, theme::pixelsOf(kRowStep)};
+        case Qt::Key_Left: return {-1, 0};
+        case Qt::Key_Right: return {1, 0};
+        case Qt::Key_Up: return {0, -1};
+        case Qt::Key_Down: return {0, 1};
         default: return {};
     }
 }
@@ -52,9 +50,12 @@ QPoint stepOf(int key) {
 /// A label that goes with the mouse until it is dropped, and with the arrow keys from place to place.
 class DraggedLabel final : public QLabel {
  public:
-    using Drop = std::function<void(QPoint)>;
+    using Move = std::function<void(QPoint)>;
 
-    DraggedLabel(Drop drop, QWidget* parent) : QLabel(parent), drop_(std::move(drop)) {
+    /// @param drop  takes the place, in pixels
+    /// @param step  takes columns and rows
+    DraggedLabel(Move drop, Move step, QWidget* parent)
+        : QLabel(parent), drop_(std::move(drop)), step_(std::move(step)) {
         setFocusPolicy(Qt::StrongFocus);
     }
     [[nodiscard]] bool isDragged() const { return grip_.has_value(); }
@@ -76,8 +77,7 @@ class DraggedLabel final : public QLabel {
     void keyPressEvent(QKeyEvent* event) override {
         const QPoint step = stepOf(event->key());
         if (step.isNull()) return QLabel::keyPressEvent(event);
-        // Past the edge of its place, so that it is the next one's wherever the pixels fall.
-        drop_(pos() + step + QPoint(kLabelMargin, kLabelMargin));
+        step_(step);
     }
     void focusInEvent(QFocusEvent* event) override {
         QLabel::focusInEvent(event);
@@ -89,7 +89,8 @@ class DraggedLabel final : public QLabel {
     }
 
  private:
-    Drop drop_;
+    Move drop_;
+    Move step_;
     std::optional<QPoint> grip_;
 };
 
@@ -128,7 +129,10 @@ void MonitorView::makeLabel(QWidget* board, int index) {
     const auto drop = [this, index](QPoint place) {
         tell([this, index, place] { form_.drop(index, unitsOf(place.x()), unitsOf(place.y()) + kBoardTop); });
     };
-    auto* label = new DraggedLabel(drop, board);
+    const auto step = [this, index](QPoint places) {
+        tell([this, index, places] { form_.step(index, places.x(), places.y()); });
+    };
+    auto* label = new DraggedLabel(drop, step, board);
     label->setObjectName(QStringLiteral("analog%1").arg(index));
     label->setTextFormat(Qt::PlainText);
     label->setFont(theme::gridFont());
