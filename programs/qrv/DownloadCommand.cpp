@@ -129,10 +129,8 @@ class DownloadRun {
         const auto taken = bench.platform.clock.now() - start;
         const int unconfirmed = form_.outcome().unconfirmed;
         const int unsent = form_.outcome().unsentStrings;
-        const std::string sentence = options_.file + " is in the controller: " + countsText(form_.progress(), taken) +
-                                     shortfallText(form_.outcome());
         return {.code = unconfirmed > 0 || unsent > 0 ? ExitCode::Findings : ExitCode::Done,
-                .sentence = sentence,
+                .sentence = committedText(options_.file, form_, taken),
                 .addFacts = [this, unconfirmed, unsent](Json& json) {
                     addFacts(json);
                     json["committed"] = true;

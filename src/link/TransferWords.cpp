@@ -59,11 +59,15 @@ std::string repeatedText(std::span<const RepeatedString> strings) {
     return "The controller has a second text for " + list + "; the first one was taken.";
 }
 
+std::string committedText(const std::string& file, const frmDownload& download, std::chrono::nanoseconds taken) {
+    return file + " is in the controller: " + countsText(download.progress(), taken) +
+           shortfallText(download.outcome());
+}
+
 std::string endOf(const frmDownload& download, const std::string& file) {
     const DownloadOutcome& outcome = download.outcome();
-    const TransferProgress& progress = download.progress();
     if (outcome.committed) {
-        return file + " is in the controller: " + countsText(progress, progress.taken()) + shortfallText(outcome);
+        return committedText(file, download, download.progress().taken());
     }
     switch (outcome.stage) {
         case DownloadStage::Commit: return kCommitUncertain;

@@ -25,6 +25,9 @@ inline constexpr const char* kCommitUncertain =
 [[nodiscard]] std::string countsText(const TransferProgress& progress, std::chrono::nanoseconds taken);
 /// What a committed download left out or can't vouch for, with a blank in front of each sentence; "" for nothing.
 [[nodiscard]] std::string shortfallText(const DownloadOutcome& outcome);
+/// A committed download, as sentences. @param file  the configuration's name
+[[nodiscard]] std::string committedText(const std::string& file, const frmDownload& download,
+                                        std::chrono::nanoseconds taken);
 /// What reads that came to nothing mean for the values, as a sentence.
 /// @param log  where every exchange is told; "" where no log was kept
 [[nodiscard]] std::string failedReadsText(int count, const std::string& log);
