@@ -28,6 +28,9 @@ namespace qrv {
 class DesktopHost;
 class GridView;
 
+/// What is said of an entry or a box that stands there disabled until there is something behind it.
+inline constexpr const char* kComing = "Coming: not in this version yet";
+
 class FormView : public QMainWindow {
  public:
     using Event = std::function<void()>;

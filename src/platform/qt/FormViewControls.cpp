@@ -172,7 +172,7 @@ QListWidget* FormView::addList(const QString& name, ListBox& source, const Event
     setUp(list, name);
     list->setUniformItemSizes(true);
     const auto choose = [this, list, &source, clicked] {
-        // The toolkit makes the first row current, without choosing it, where the focus comes by Tab.
+        // A choice that was taken back, as where the items change, is none.
         if (list->selectedItems().isEmpty()) return;
         tell([&] {
             source.listIndex = list->currentRow();

@@ -8,9 +8,6 @@
 
 namespace qrv {
 
-/// What is said of an entry or a box that stands there disabled until there is something behind it.
-inline constexpr const char* kComing = "Coming: not in this version yet";
-
 /// A data text as it is shown. CR+LF becomes a plain line break.
 [[nodiscard]] QString shownText(std::string_view codePageText);
 /// A typed text as data; a character outside the code page becomes "?".
