@@ -261,7 +261,7 @@ void Form3ExtrasView::explainIdleEntries() {
     connect(download, &QPushButton::clicked, this, [explain] { explain("mnuFileDownload"); });
 }
 
-/// In the tool tips of menu and tool bar, and in the status bar for who goes along the menu with the keys.
+/// In the tool tips of menu and tool bar, and in the status bar while the pointer is on a tool.
 void Form3ExtrasView::explainComing(const TopMenu& menu) {
     window_.findChild<QMenu*>(QString::fromStdString(menu.name))->setToolTipsVisible(true);
     for (const MenuEntry& entry : menu.entries) {

@@ -230,6 +230,24 @@ TEST_P(MonitorSnap, TakesThePlaceOfItsLimits) {
     EXPECT_EQ(rig.form.label(1).top, GetParam().top);
 }
 
+TEST(Monitor, ALabelBesideAPlaceStepsToTheNextPlaceAndNoFurtherThanTheLast) {
+    MonitorRig rig;
+    rig.add("4", "Pump");
+    const auto stepFrom = [&rig](int left, int top, int columns, int rows) {
+        rig.form.label(1).left = left;
+        rig.form.label(1).top = top;
+        rig.form.step(1, columns, rows);
+        return std::pair(rig.form.label(1).left, rig.form.label(1).top);
+    };
+    EXPECT_EQ(stepFrom(660, 1500, 1, 0), std::pair(2310, 1200));
+    EXPECT_EQ(stepFrom(660, 1500, 0, 1), std::pair(360, 2450));
+    EXPECT_EQ(stepFrom(360, 1200, -1, 0), std::pair(360, 1200));
+    EXPECT_EQ(stepFrom(360, 1200, 0, -1), std::pair(360, 1200));
+    EXPECT_EQ(stepFrom(8160, 4950, 1, 0), std::pair(8160, 4950));
+    EXPECT_EQ(stepFrom(8160, 4950, 0, 1), std::pair(8160, 4950));
+    EXPECT_EQ(stepFrom(4260, 3700, -1, 0), std::pair(2310, 3700));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Limits, MonitorSnap,
     testing::Values(SnapRow{"beyondTheCorner", -50, -50, 360, 1200}, SnapRow{"belowTheFirst", 2309, 2449, 360, 1200},
