@@ -34,9 +34,10 @@ Json jsonOf(const TransferProgress& progress) {
               {"sections", progress.sectionCount()},
               {"percent", progress.percent()},
               {"bytes", progress.bytes()},
-              {"bytesPerSecond", progress.bytesPerSecond()},
+              {"bytesPerSecond", nullptr},
               {"secondsLeft", nullptr},
               {"retries", progress.retries()}};
+    if (const auto rate = progress.bytesPerSecond()) json["bytesPerSecond"] = *rate;
     if (const auto left = progress.timeLeft()) json["secondsLeft"] = std::chrono::duration<double>(*left).count();
     return json;
 }

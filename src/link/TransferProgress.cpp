@@ -8,6 +8,8 @@ namespace {
 
 /// Painting is dearer than a frame.
 constexpr std::chrono::milliseconds kShownEach{100};
+/// The first frames are counted before their time has passed.
+constexpr std::chrono::milliseconds kMeasurable{500};
 
 }  // namespace
 
@@ -26,21 +28,21 @@ bool TransferProgress::isToBeShown() {
     return true;
 }
 
-std::int32_t TransferProgress::bytesPerSecond() const {
-    const double seconds = std::chrono::duration<double>(now_ - started_).count();
-    return seconds > 0 ? static_cast<std::int32_t>(bytes_ / seconds) : 0;
+std::optional<std::int32_t> TransferProgress::bytesPerSecond() const {
+    if (taken() < kMeasurable) return std::nullopt;
+    return static_cast<std::int32_t>(bytes_ / std::chrono::duration<double>(taken()).count());
 }
 
 std::optional<std::chrono::milliseconds> TransferProgress::timeLeft() const {
-    if (bytes_ <= 0 || total_ <= 0) return std::nullopt;
-    const double passed = std::chrono::duration<double>(now_ - started_).count();
+    if (taken() < kMeasurable || bytes_ <= 0 || total_ <= 0) return std::nullopt;
+    const double passed = std::chrono::duration<double>(taken()).count();
     const double left = passed * std::max(0, total_ - bytes_) / bytes_;
     return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(left));
 }
 
 std::string TransferProgress::sentence() const {
-    std::string text = "Section " + std::to_string(section_) + " of " + std::to_string(sectionCount_) + ", " +
-                       std::to_string(bytesPerSecond()) + " bytes a second";
+    std::string text = "Section " + std::to_string(section_) + " of " + std::to_string(sectionCount_);
+    if (const auto rate = bytesPerSecond()) text += ", " + std::to_string(*rate) + " bytes a second";
     if (const auto left = timeLeft()) {
         text += ", " + std::to_string(std::chrono::round<std::chrono::seconds>(*left).count()) + " s left";
     }

@@ -35,10 +35,11 @@ class TransferProgress {
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] std::int32_t bytes() const { return bytes_; }
     [[nodiscard]] int retries() const { return retries_; }
-    [[nodiscard]] std::int32_t bytesPerSecond() const;
+    /// Absent in the first half second, of which no rate can be told.
+    [[nodiscard]] std::optional<std::int32_t> bytesPerSecond() const;
     /// From the start until the last count.
     [[nodiscard]] std::chrono::nanoseconds taken() const { return now_ - started_; }
-    /// Absent before the first bytes, and where there is no total.
+    /// Absent where there is no rate, before the first bytes, and where there is no total.
     [[nodiscard]] std::optional<std::chrono::milliseconds> timeLeft() const;
     /// 0..100. Waits where the total grows beyond what was told, and never goes back.
     [[nodiscard]] int percent() const { return percent_; }

@@ -202,6 +202,18 @@ TEST(TransferProgress, SentenceHasAllOfIt) {
     EXPECT_EQ(progress.percent(), 25);
 }
 
+TEST(TransferProgress, TellsNoRateBeforeOneCanBeTold) {
+    TransferProgress progress;
+    progress.start(1, {});
+    progress.beginSection("Blocks");
+    progress.count(60, 36240, Clock::TimePoint{} + std::chrono::microseconds(16));
+    EXPECT_FALSE(progress.bytesPerSecond());
+    EXPECT_FALSE(progress.timeLeft());
+    EXPECT_EQ(progress.sentence(), "Section 1 of 1, 0 retries");
+    progress.count(1800, 36240, Clock::TimePoint{} + std::chrono::milliseconds(500));
+    EXPECT_EQ(progress.sentence(), "Section 1 of 1, 3600 bytes a second, 10 s left, 0 retries");
+}
+
 TEST(TransferProgress, TellsNoTimeWithoutBytesOrTotal) {
     TransferProgress progress;
     progress.start(1, {});
