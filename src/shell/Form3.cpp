@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "blocks/frmGeneral.h"
+#include "platform/Paths.h"
 #include "platform/WhileSet.h"
 #include "shell/CommandLine.h"
 #include "shell/FrmAsk.h"
@@ -21,6 +22,8 @@ constexpr auto kProvidedEntries = std::to_array<std::string_view>(
     {"mnuFileUpload", "mnuFileDownload", "mnuFileImportSelect", "mnuFileExportSelect", "mnuFileStickChartSelect",
      "mnuFileCompare", "mnuFileCheck", "mnuFilePrint", "mnuEditLCD", "mnuEditAlarm", "mnuEditChart", "mnuEditEGU",
      "mnuEditPager", "mnuEditLoop", "mnuEditPoll", "mnuEditComPort", "mnuViewAll", "mnuViewSel"});
+
+std::string savedWords(const Workbench& bench) { return fileNameOf(bench.CurrentFileName) + " is saved."; }
 
 }  // namespace
 
@@ -170,7 +173,8 @@ void Form3::mnuFileOpen() {
 
 void Form3::mnuFileSave() {
     if (!bench_.FileIsOpen) return;
-    CloseConfiguration(bench_, Answer::Yes);
+    const bool isSaved = CloseConfiguration(bench_, Answer::Yes);
+    transferEnd = isSaved ? savedWords(bench_) : "";
     ReloadGlobalFile();
 }
 
@@ -179,6 +183,7 @@ void Form3::mnuFileSaveAs() {
     switch (saveConfigurationAs(bench_)) {
         case SaveAsResult::SameName: mnuFileSave(); break;
         case SaveAsResult::Saved:
+            transferEnd = savedWords(bench_);
             SetReadOnly();
             blocks.showAgain();
             break;

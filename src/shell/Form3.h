@@ -47,7 +47,7 @@ class Form3 final : public Form {
     MainMenu menu;
     RecentFiles recentFiles;
     Button Command1{.caption = "DOWNLOAD", .enabled = false};
-    /// An addition: how the last transfer ended.
+    /// An addition: how the last transfer ended, or the save behind it.
     std::string transferEnd;
 
     /// The user chooses an entry of the menu by its name. Nothing happens where it is disabled or hidden.

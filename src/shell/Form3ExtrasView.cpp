@@ -9,7 +9,6 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -74,6 +73,16 @@ constexpr const char* kKeys =
     "Tab\tnext part of the window\n"
     "Arrows\tgo along a grid; move a label of the board, choose its colour\n"
     "Ctrl+N, Ctrl+O, Ctrl+S\tnew, open, save";
+
+/// Two columns, the second of which is broken where the panel is narrow.
+QString keysTable() {
+    QString rows;
+    for (const QString& line : QString::fromLatin1(kKeys).split(QLatin1Char('\n'))) {
+        const QStringList parts = line.toHtmlEscaped().split(QLatin1Char('\t'));
+        rows += QStringLiteral("<tr><td>%1</td><td>%2</td></tr>").arg(parts.first(), parts.last());
+    }
+    return QStringLiteral("<table cellspacing='6'>%1</table>").arg(rows);
+}
 
 }  // namespace
 
@@ -231,8 +240,9 @@ void Form3ExtrasView::showTransferEnd() {
 void Form3ExtrasView::makeKeysPanel(QMenu* help) {
     auto* dock = new QDockWidget(QStringLiteral("Keys"), &window_);
     dock->setObjectName(QStringLiteral("keysPanel"));
-    auto* words = new QLabel(QString::fromLatin1(kKeys), dock);
-    words->setTextFormat(Qt::PlainText);
+    auto* words = new QLabel(keysTable(), dock);
+    words->setTextFormat(Qt::RichText);
+    words->setWordWrap(true);
     words->setMargin(10);
     words->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     dock->setWidget(words);
@@ -276,9 +286,7 @@ void Form3ExtrasView::makeShortcuts() {
     const Stroke strokes[] = {
         {QKeySequence::New, "mnuFileNew"}, {QKeySequence::Open, "mnuFileOpen"}, {QKeySequence::Save, "mnuFileSave"}};
     for (const Stroke& stroke : strokes) {
-        auto* action = window_.findChild<QAction*>(QString::fromLatin1(stroke.entry));
-        auto* shortcut = new QShortcut(stroke.keys, &window_);
-        connect(shortcut, &QShortcut::activated, action, &QAction::trigger);
+        window_.findChild<QAction*>(QString::fromLatin1(stroke.entry))->setShortcut(stroke.keys);
     }
 }
 

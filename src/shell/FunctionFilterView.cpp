@@ -35,11 +35,19 @@ void FunctionFilterView::explainRows(int first, int last) {
 
 void FunctionFilterView::narrow(const QString& wanted) {
     const QStringList words = wanted.simplified().split(QLatin1Char(' '));
+    bool isFound = false;
     for (int row = 0; row < functions_->count(); ++row) {
         QListWidgetItem* item = functions_->item(row);
         const QString all = item->text() + QLatin1Char(' ') + item->toolTip();
-        item->setHidden(!std::ranges::all_of(
-            words, [&all](const QString& word) { return all.contains(word, Qt::CaseInsensitive); }));
+        const bool hasAll =
+            std::ranges::all_of(words, [&all](const QString& word) { return all.contains(word, Qt::CaseInsensitive); });
+        item->setHidden(!hasAll);
+        isFound = isFound || hasAll;
+    }
+    if (isFound) {
+        showSentence();
+    } else {
+        sentence_->setText(QStringLiteral("No function has that in its name or sentence."));
     }
 }
 

@@ -134,10 +134,10 @@ void OpenConfiguration(Workbench& bench, const std::string& givenPath) {
     bench.windows.showOpened();
 }
 
-void CloseConfiguration(Workbench& bench, Answer answer) {
+bool CloseConfiguration(Workbench& bench, Answer answer) {
     // A read-only file refuses the board texts; the other steps run all the same.
     ignoringErrors([&bench] { bench.windows.storeBoardTexts(); });
-    if (bench.WorkFileName.empty()) return;
+    if (bench.WorkFileName.empty()) return false;
     if (answer == Answer::Yes) {
         bench.db.close_work_dbs();
     } else {
@@ -145,9 +145,10 @@ void CloseConfiguration(Workbench& bench, Answer answer) {
         ignoringErrors([&bench] { bench.db.close_work_dbs(); });
     }
     FileResult written;
-    const bool isKept =
-        answer != Answer::Yes || bench.IsReadOnlyFile || storeWork(bench, bench.CurrentFileName, written);
-    if (isKept) deleteWorkFile(bench.WorkFileName);
+    const bool isWanted = answer == Answer::Yes && !bench.IsReadOnlyFile;
+    const bool isKept = isWanted && storeWork(bench, bench.CurrentFileName, written);
+    if (isKept || !isWanted) deleteWorkFile(bench.WorkFileName);
+    return isKept && !written;
 }
 
 std::string KeepUnsavedWork(Workbench& bench) {

@@ -18,8 +18,8 @@ void OpenConfiguration(Workbench& bench, const std::string& path);
 
 /// Closes the open configuration: board texts to the file, cursors closed; on Yes the work file replaces the user's
 /// file, whole or not at all; the work file is deleted. Where the user's file could not be written, a
-/// copy of the work stays in the folder for backups.
-void CloseConfiguration(Workbench& bench, Answer answer);
+/// copy of the work stays in the folder for backups. True where the user's file was written.
+bool CloseConfiguration(Workbench& bench, Answer answer);
 
 /// Ends the session where nobody can be asked, as when the machine goes down: what the user's file doesn't hold stays
 /// as a copy in the folder for backups. Gives that copy's path; "" where nothing was left to save. Half an upload is

@@ -137,6 +137,7 @@ TEST_F(Form3FilesTest, SaveWritesTheFileAndGoesOnInAFreshCopy) {
     const std::string workFile = run.bench.WorkFileName;
     run.form3.choose("mnuFileSave");
     EXPECT_EQ(titleIn(a), "BOILER 1");
+    EXPECT_EQ(run.form3.transferEnd, "a.qrv is saved.");
     EXPECT_NE(run.bench.WorkFileName, workFile);
     EXPECT_EQ(machine.workFiles().size(), 1U);
     EXPECT_EQ(run.host.happened.back(), "refresh Form3");
@@ -177,6 +178,7 @@ TEST_F(Form3FilesTest, SaveAsGoesOnWithTheNewFile) {
     EXPECT_EQ(machine.dialogs.asked.back().kind, FileDialogKind::Save);
     EXPECT_EQ(run.bench.CurrentFileName, b);
     EXPECT_EQ(run.form3.caption, "QRV Edit - " + b);
+    EXPECT_EQ(run.form3.transferEnd, "b.qrv is saved.");
     EXPECT_EQ(titleIn(b), "BOILER 1");
     EXPECT_NE(titleIn(a), "BOILER 1");
     EXPECT_EQ(machine.workFiles().size(), 1U);

@@ -53,7 +53,7 @@ TEST(LifeCycle, YesWritesTheWorkToTheUsersFileAndDeletesIt) {
     const std::string file = rig.configuration("a.qrv");
     OpenConfiguration(rig.bench, file);
     rig.setTitle("boiler house");
-    CloseConfiguration(rig.bench, Answer::Yes);
+    EXPECT_TRUE(CloseConfiguration(rig.bench, Answer::Yes));
     EXPECT_TRUE(rig.workFiles().empty());
     EXPECT_EQ(rig.titleIn(file), "boiler house");
 }
@@ -244,7 +244,7 @@ TEST(LifeCycle, AnUnsavableWorkIsKeptAsABackup) {
     OpenConfiguration(rig.bench, file);
     rig.setTitle("not lost");
     ASSERT_FALSE(setReadOnly(file, true));
-    CloseConfiguration(rig.bench, Answer::Yes);
+    EXPECT_FALSE(CloseConfiguration(rig.bench, Answer::Yes));
     EXPECT_TRUE(rig.workFiles().empty());
     const auto kept = backupsIn(rig.bench.places.backups);
     ASSERT_EQ(kept.size(), 1U);

@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QHelpEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -435,6 +436,19 @@ TEST_F(Session, FilterFindsAFunctionByTheWordsOfItsSentence) {
         }
         EXPECT_EQ(found, expected) << typed;
     }
+    const auto* sentence = ViewRig::find<QLabel>(rig.mainView(), "functionSentence");
+    EXPECT_EQ(sentence->text(), "No function has that in its name or sentence.");
+    filter->clear();
+    EXPECT_EQ(sentence->text(), "");
+}
+
+TEST_F(Session, SaveHasItsKeysInTheMenuAndSaysThatItIsDone) {
+    auto* save = rig.mainView().findChild<QAction*>(QStringLiteral("mnuFileSave"));
+    ASSERT_NE(save, nullptr);
+    EXPECT_EQ(save->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_S));
+    QTest::keyClick(&rig.mainView(), Qt::Key_S, Qt::ControlModifier);
+    const QString words = ViewRig::find<QLabel>(rig.mainView(), "transferEnd")->text();
+    EXPECT_TRUE(words.endsWith(QStringLiteral(".qrv is saved."))) << words.toStdString();
 }
 
 TEST_F(Session, DownFromTheFilterChoosesTheFirstFunctionFound) {
