@@ -10,6 +10,8 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QWheelEvent>
+#include <cerrno>
+#include <cstring>
 
 #include "LiveViewRig.h"
 #include "link/LinkObserver.h"
@@ -434,7 +436,8 @@ TEST(MonitorView, ABoardThatCannotBeKeptIsTold) {
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
     const std::string file = line.rig.path("boiler.mon");
     std::filesystem::create_directories(file);
-    line.rig.boxes.expect("The board was not saved: cannot replace " + file + ": Is a directory.");
+    // The reason is the system's, in the user's language.
+    line.rig.boxes.expect("The board was not saved: cannot replace " + file + ": " + std::strerror(EISDIR) + ".");
     press(view, "Command5");
 }
 
