@@ -26,14 +26,6 @@ constexpr Colour kGrey{0x808080};
 class MainWindow : public testing::Test {
  protected:
     void SetUp() override { rig.startWithNewFile(); }
-    /// Block 10 gets a function, and its data is shown.
-    void place(const char* function) {
-        ViewRig::choose(rig.mainView(), "mnuEditCfg");
-        auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-        list->setCurrentItem(list->findItems(QString::fromLatin1(function), Qt::MatchFixedString).first());
-        ViewRig::clickCell(grid("Grid1"), 2, 1);
-        ViewRig::choose(rig.mainView(), "mnuEditBlk");
-    }
     GridView& grid(const char* name) { return *ViewRig::find<GridView>(rig.mainView(), name); }
     QLineEdit* editorOf(const char* name) {
         return grid(name).viewport()->findChild<QLineEdit*>(QStringLiteral("gridEditor"));
@@ -51,7 +43,7 @@ class MainWindow : public testing::Test {
 // --- the focus of a grid ---
 
 TEST_F(MainWindow, AGridIsGreyWhileItOrItsEditorHasTheFocus) {
-    place("ADD");
+    rig.place("ADD");
     ViewRig::clickCell(grid("fg3"), 1, 1);
     grid("fg3").setFocus();
     EXPECT_EQ(blocks().fg3.selectionColour(), kGrey);
@@ -65,7 +57,7 @@ TEST_F(MainWindow, AGridIsGreyWhileItOrItsEditorHasTheFocus) {
 }
 
 TEST_F(MainWindow, AGridLeftOutOfItsEditorIsGreyNoLonger) {
-    place("ADD");
+    rig.place("ADD");
     grid("fg2").setFocus();
     ViewRig::clickCell(grid("fg2"), 1, 1);
     QTest::keyClick(&grid("fg2"), Qt::Key_F2);
@@ -79,7 +71,7 @@ TEST_F(MainWindow, AGridLeftOutOfItsEditorIsGreyNoLonger) {
 }
 
 TEST_F(MainWindow, ARefusedTextKeepsTheFocusAndTheColour) {
-    place("ADD");
+    rig.place("ADD");
     grid("fg2").setFocus();
     ViewRig::clickCell(grid("fg2"), 1, 1);
     QTest::keyClicks(&grid("fg2"), QStringLiteral("x"));
@@ -93,7 +85,7 @@ TEST_F(MainWindow, ARefusedTextKeepsTheFocusAndTheColour) {
 }
 
 TEST_F(MainWindow, AClickElsewhereStoresTheTypedValueAndIsHeeded) {
-    place("PID");
+    rig.place("PID");
     ViewRig::clickCell(grid("Grid1"), 2, 1);
     ViewRig::clickCell(grid("fg3"), 2, 1);
     QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
@@ -109,7 +101,7 @@ TEST_F(MainWindow, AClickElsewhereStoresTheTypedValueAndIsHeeded) {
 }
 
 TEST_F(MainWindow, AClickIntoTheOtherDataGridStoresTheTypedValueInItsOwnRow) {
-    place("PID");
+    rig.place("PID");
     ViewRig::clickCell(grid("fg3"), 2, 1);
     const std::string first = blocks().fg3.text(1, 1);
     QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
@@ -125,7 +117,7 @@ TEST_F(MainWindow, AClickIntoTheOtherDataGridStoresTheTypedValueInItsOwnRow) {
 }
 
 TEST_F(MainWindow, AClickElsewhereIsNotHeededWhereTheTextIsRefused) {
-    place("ADD");
+    rig.place("ADD");
     ViewRig::clickCell(grid("fg2"), 1, 1);
     QTest::keyClicks(&grid("fg2"), QStringLiteral("x"));
     rig.boxes.expect("Enter A Block Number\n        0 to 704");
@@ -137,7 +129,7 @@ TEST_F(MainWindow, AClickElsewhereIsNotHeededWhereTheTextIsRefused) {
 }
 
 TEST_F(MainWindow, AKeyToAnotherBlockStoresTheTypedValueFirst) {
-    place("PID");
+    rig.place("PID");
     ViewRig::clickCell(grid("fg3"), 2, 1);
     QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
     ASSERT_NE(editorOf("fg3"), nullptr);
@@ -149,7 +141,7 @@ TEST_F(MainWindow, AKeyToAnotherBlockStoresTheTypedValueFirst) {
 }
 
 TEST_F(MainWindow, AKeyToAnotherBlockDoesNothingWhereTheTextIsRefused) {
-    place("ADD");
+    rig.place("ADD");
     ViewRig::clickCell(grid("fg2"), 1, 1);
     QTest::keyClicks(&grid("fg2"), QStringLiteral("x"));
     rig.boxes.expect("Enter A Block Number\n        0 to 704");
@@ -161,7 +153,7 @@ TEST_F(MainWindow, AKeyToAnotherBlockDoesNothingWhereTheTextIsRefused) {
 
 TEST_F(MainWindow, AKeyAlongTheGridStoresTheTypedValueInItsOwnRowFirst) {
     for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_End}) {
-        place("PID");
+        rig.place("PID");
         ViewRig::clickCell(grid("fg3"), 2, 1);
         QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
         ASSERT_NE(editorOf("fg3"), nullptr);
@@ -171,11 +163,11 @@ TEST_F(MainWindow, AKeyAlongTheGridStoresTheTypedValueInItsOwnRowFirst) {
         EXPECT_GT(blocks().fg3.row(), 2) << key;
         rig.boxes.expect({.text = "Replace PID With PID", .buttons = Buttons::YesNo}, Answer::Yes);
     }
-    place("PID");
+    rig.place("PID");
 }
 
 TEST_F(MainWindow, AKeyThatMeansNothingLeavesTheTypedValueOpen) {
-    place("PID");
+    rig.place("PID");
     ViewRig::clickCell(grid("fg3"), 2, 1);
     QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
     ASSERT_NE(editorOf("fg3"), nullptr);
@@ -187,7 +179,7 @@ TEST_F(MainWindow, AKeyThatMeansNothingLeavesTheTypedValueOpen) {
 }
 
 TEST_F(MainWindow, ATypedValueLeftForTheBlockNumberLetsTheNumberBeTyped) {
-    place("PID");
+    rig.place("PID");
     ViewRig::clickCell(grid("fg3"), 2, 1);
     QTest::keyClicks(&grid("fg3"), QStringLiteral("7"));
     ASSERT_TRUE(grid("fg3").isEditing());
@@ -199,7 +191,7 @@ TEST_F(MainWindow, ATypedValueLeftForTheBlockNumberLetsTheNumberBeTyped) {
 }
 
 TEST_F(MainWindow, TheFocusOfOneDataGridTakesTheOthersSelectionToItsFirstRow) {
-    place("PID");
+    rig.place("PID");
     ViewRig::clickCell(grid("fg3"), 4, 1);
     EXPECT_EQ(blocks().fg3.row(), 4);
     grid("fg3").setFocus();
@@ -210,7 +202,7 @@ TEST_F(MainWindow, TheFocusOfOneDataGridTakesTheOthersSelectionToItsFirstRow) {
 }
 
 TEST_F(MainWindow, AnEditorIsAsLargeAsItsCell) {
-    place("ADD");
+    rig.place("ADD");
     ViewRig::clickCell(grid("fg3"), 1, 1);
     QTest::keyClick(&grid("fg3"), Qt::Key_F2);
     ASSERT_NE(editorOf("fg3"), nullptr);
@@ -220,7 +212,7 @@ TEST_F(MainWindow, AnEditorIsAsLargeAsItsCell) {
 // --- what is in sight ---
 
 TEST_F(MainWindow, AnotherBlocksRowsBeginAtTheTop) {
-    place("PID");
+    rig.place("PID");
     for (const char* name : {"fg2", "fg3"}) {
         auto* bar = grid(name).verticalScrollBar();
         bar->setValue(bar->maximum());
@@ -232,7 +224,7 @@ TEST_F(MainWindow, AnotherBlocksRowsBeginAtTheTop) {
 }
 
 TEST_F(MainWindow, AnotherBlocksFirstRowIsWholeWhereARowWasScrolledByHalf) {
-    place("PID");
+    rig.place("PID");
     auto* bar = grid("fg3").verticalScrollBar();
     bar->setValue(grid("fg3").rowHeight(0) / 2);
     ASSERT_GT(bar->value(), 0);
@@ -241,7 +233,7 @@ TEST_F(MainWindow, AnotherBlocksFirstRowIsWholeWhereARowWasScrolledByHalf) {
 }
 
 TEST_F(MainWindow, SavingLeavesTheRowsInSight) {
-    place("PID");
+    rig.place("PID");
     auto* bar = grid("fg3").verticalScrollBar();
     bar->setValue(bar->maximum() / 2);
     const int rowInSight = blocks().fg3.topRow();
@@ -351,14 +343,14 @@ void doubleClickCell(GridView& grid, int row, int col) {
 }
 
 TEST_F(MainWindow, ADoubleClickOnAParameterOpensItsEditor) {
-    place("PID");
+    rig.place("PID");
     doubleClickCell(grid("fg3"), 2, 1);
     ASSERT_NE(editorOf("fg3"), nullptr);
     EXPECT_EQ(editorOf("fg3")->text().toStdString(), blocks().fg3.text(2, 1));
 }
 
 TEST_F(MainWindow, ADoubleClickOnAnAuxReadersParameterPicksTheOutput) {
-    place("AABO");
+    rig.place("AABO");
     rig.boxes.expect(Notice{.text = "ZERO has no auxiliary analog outputs", .title = "Output Not Found"});
     doubleClickCell(grid("fg3"), 1, 1);
     EXPECT_EQ(editorOf("fg3"), nullptr);

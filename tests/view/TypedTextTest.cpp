@@ -59,13 +59,6 @@ class TypedText : public testing::Test {
         db().BlockSeek(block);
         return db().BlockVisioComment();
     }
-    void place(const char* function) {
-        ViewRig::choose(rig.mainView(), "mnuEditCfg");
-        auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-        list->setCurrentItem(list->findItems(QString::fromLatin1(function), Qt::MatchFixedString).first());
-        ViewRig::clickCell(grid("Grid1"), 2, 1);
-        ViewRig::choose(rig.mainView(), "mnuEditBlk");
-    }
     /// Pastes a text over a cell's and presses Enter.
     void pasteInto(const char* name, int row, const QString& text) {
         ViewRig::clickCell(grid(name), row, 1);
@@ -112,7 +105,7 @@ TEST_F(TypedText, ACharacterThatTheCodePageLacksIsShownAsItIsStored) {
 }
 
 TEST_F(TypedText, APastedLineBreakIsNotInACell) {
-    place("LININT");
+    rig.place("LININT");
     pasteInto("fg3", 1, QStringLiteral("aa\nbb\n"));
     EXPECT_EQ(rig.program.mainWindow.blocks.fg3.text(1, 1), "AA BB");
     db().ParmstrSeek(10, rig.program.bench.CurInputs);
@@ -120,7 +113,7 @@ TEST_F(TypedText, APastedLineBreakIsNotInACell) {
 }
 
 TEST_F(TypedText, ANumberCopiedFromAnotherTableIsANumber) {
-    place("PID");
+    rig.place("PID");
     pasteInto("fg2", 1, QStringLiteral("12\n"));
     EXPECT_EQ(constantOf(10, 0), 12);
     EXPECT_EQ(rig.program.mainWindow.blocks.fg2.text(1, 1), "12");

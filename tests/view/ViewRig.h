@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QHeaderView>
+#include <QListWidget>
 #include <QMenu>
 #include <QObject>
 #include <QTest>
@@ -113,6 +114,16 @@ struct ViewRig {
         const int beside = grid.verticalHeader()->isHidden() ? 0 : 1;
         grid.scrollTo(grid.model()->index(row - above, col - beside));
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.rectOf(row, col).center());
+    }
+    /// The function goes to block 10 by way of the list, and the block's data is shown.
+    void place(const char* function) {
+        choose(mainView(), "mnuEditCfg");
+        auto* list = find<QListWidget>(mainView(), "List1");
+        const auto found = list->findItems(QString::fromLatin1(function), Qt::MatchFixedString);
+        ASSERT_EQ(found.size(), 1);
+        list->setCurrentItem(found.first());
+        clickCell(*find<GridView>(mainView(), "Grid1"), 2, 1);
+        choose(mainView(), "mnuEditBlk");
     }
     /// Selects a cell, types into it and presses Enter.
     static void typeInto(GridView& grid, int row, int col, const char* text) {

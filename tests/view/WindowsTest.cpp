@@ -266,14 +266,6 @@ TEST(TransferWindows, ProgressSentenceIsAbsentInTheClassicLook) {
 class Session : public testing::Test {
  protected:
     void SetUp() override { rig.startWithNewFile(); }
-    /// Block 10 becomes an ADD, and its data is shown.
-    void placeAdd() {
-        ViewRig::choose(rig.mainView(), "mnuEditCfg");
-        auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-        list->setCurrentItem(list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString).first());
-        ViewRig::clickCell(grid("Grid1"), 2, 1);
-        ViewRig::choose(rig.mainView(), "mnuEditBlk");
-    }
     GridView& grid(const char* name) { return *ViewRig::find<GridView>(rig.mainView(), name); }
 
     ViewRig rig;
@@ -292,7 +284,7 @@ TEST_F(Session, ClickShowsABlock) {
 }
 
 TEST_F(Session, PlacedFunctionIsShownAndStored) {
-    placeAdd();
+    rig.place("ADD");
     EXPECT_EQ(grid("Grid1").model()->index(1, 0).data().toString(), "ADD");
     EXPECT_EQ(rig.program.bench.FnOfBlock[10], 10);
 }
@@ -309,7 +301,7 @@ TEST_F(Session, AssignmentViewTakesThePlaceOfTheData) {
 }
 
 TEST_F(Session, TypedBlockNumberWiresAnInput) {
-    placeAdd();
+    rig.place("ADD");
     ViewRig::typeInto(grid("fg2"), 1, 1, "1");
     EXPECT_EQ(grid("fg2").model()->index(0, 4).data().toString(), "FULL");
     rig.boxes.expect("Enter A Block Number\n        0 to 704");
@@ -320,7 +312,7 @@ TEST_F(Session, TypedBlockNumberWiresAnInput) {
 }
 
 TEST_F(Session, SourceWithMoreOutputsOpensThePicker) {
-    placeAdd();
+    rig.place("ADD");
     rig.whenUp("frmAaboPick", [](FormView& view) {
         EXPECT_EQ(view.windowTitle(), "BLOCK OUTPUT SELECTOR");
         auto* list = ViewRig::find<QListWidget>(view, "List1");
@@ -338,11 +330,7 @@ TEST_F(Session, SourceWithMoreOutputsOpensThePicker) {
 // A click into the other grid ends an edit, and moves the selection of the grid that was left: the value must be where
 // it was typed by then.
 TEST_F(Session, AnEditLeftForTheOtherGridBelongsToItsOwnRow) {
-    ViewRig::choose(rig.mainView(), "mnuEditCfg");
-    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-    list->setCurrentItem(list->findItems(QStringLiteral("PID"), Qt::MatchFixedString).first());
-    ViewRig::clickCell(grid("Grid1"), 2, 1);
-    ViewRig::choose(rig.mainView(), "mnuEditBlk");
+    rig.place("PID");
     const QString action = grid("fg3").model()->index(0, 0).data().toString();
     ViewRig::clickCell(grid("fg3"), 2, 1);
     QTest::keyClicks(&grid("fg3"), "7");
