@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 """Fails where a source of src/ includes a file of a floor above its own, or Qt where Qt is not.
 
-usage: check_floors.py SRC
+usage: check_floors.py SRC [STAMP]
 
 The floors, lowest first. A file named *View.h or *View.cpp, and everything in platform/qt, is the top floor
-whatever its folder.
+whatever its folder. Where nothing fails STAMP is written, and STAMP.d says what it rests on: each source and, because
+one may come or go, each folder.
 """
+import os
 import pathlib
 import re
 import sys
+import time
 
 FLOORS = [
     {"platform"},
@@ -20,6 +23,7 @@ FLOORS = [
     {"shell"},
 ]
 TOP = len(FLOORS)
+SOURCES = (".h", ".cpp")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 
 
@@ -34,7 +38,7 @@ def floor_of(path):
 
 def faults(src):
     for file in sorted(src.rglob("*")):
-        if file.suffix not in (".h", ".cpp"):
+        if file.suffix not in SOURCES:
             continue
         path = file.relative_to(src)
         own = floor_of(path)
@@ -55,11 +59,31 @@ def faults(src):
                 yield f'{path} (floor {own}) includes "{name}" of floor {other} above it'
 
 
+def as_dependency(path):
+    """As the tools that build read a name with blanks and the like."""
+    return re.sub(r"([ #])", r"\\\1", str(path).replace("$", "$$"))
+
+
+def write_stamp(stamp, src, began):
+    rests_on = [src, *(path for path in sorted(src.rglob("*")) if path.is_dir() or path.suffix in SOURCES)]
+    names = " ".join(as_dependency(path) for path in rests_on)
+    pathlib.Path(f"{stamp}.d").write_text(f"{as_dependency(stamp)}: {names}\n", encoding="utf-8")
+    stamp.touch()
+    # A source that was changed meanwhile is younger than its stamp.
+    os.utime(stamp, ns=(began, began))
+
+
 def main():
-    found = list(faults(pathlib.Path(sys.argv[1]).resolve()))
+    began = time.time_ns()
+    src = pathlib.Path(sys.argv[1]).resolve()
+    found = list(faults(src))
     for fault in found:
         print(fault, file=sys.stderr)
-    return 1 if found else 0
+    if found:
+        return 1
+    if len(sys.argv) > 2:
+        write_stamp(pathlib.Path(sys.argv[2]), src, began)
+    return 0
 
 
 sys.exit(main())

@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
-"""The guard of the floors refuses what it must: an include that runs up, Qt in the core, a nameless include."""
+"""The guard of the floors refuses what it must: an include that runs up, Qt in the core, a nameless include. For a build
+it notes when to look again."""
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -25,6 +27,27 @@ def verdict(guard, files):
         return run.returncode, run.stderr
 
 
+def stamp_rests_on_every_source_and_folder(guard, files):
+    with tempfile.TemporaryDirectory() as folder:
+        src = pathlib.Path(folder).resolve() / "a source"
+        for name, text in files.items():
+            path = src / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(text)
+        stamp = src.parent / "a stamp"
+        (src / "store/CMakeLists.txt").write_text("no source")
+        subprocess.run([sys.executable, guard, src, stamp], check=True)
+        wanted = [src, *(path for path in src.rglob("*") if path.name != "CMakeLists.txt")]
+        escaped = sorted(str(path).replace(" ", "\\ ") for path in wanted)
+        target, names = (src.parent / "a stamp.d").read_text().rstrip("\n").split(": ")
+        assert target == str(stamp).replace(" ", "\\ "), target
+        assert sorted(re.split(r"(?<!\\) ", names)) == escaped, names
+        stamp.unlink()
+        (src / "store/A.cpp").write_text('#include "shell/B.h"\n')
+        run = subprocess.run([sys.executable, guard, src, stamp], capture_output=True, check=False)
+        assert run.returncode == 1 and not stamp.exists()
+
+
 def main():
     guard = sys.argv[1]
     base = {"shell/B.h": "\n", "blocks/BView.h": "#include <QWidget>\n", "platform/P.h": "#include <string>\n"}
@@ -33,6 +56,7 @@ def main():
     for name, path, text, expected in CASES:
         code, words = verdict(guard, {**base, path: text})
         assert code != 0 and expected in words, f"{name}: {code} {words}"
+    stamp_rests_on_every_source_and_folder(guard, {**base, "store/A.cpp": "\n"})
     print(f"{len(CASES)} wrong arrows refused")
 
 
