@@ -25,6 +25,7 @@
 #include "platform/qt/QtMessageBox.h"
 #include "platform/qt/QtPump.h"
 #include "platform/qt/Texts.h"
+#include "platform/qt/ToolkitWords.h"
 #include "shell/AllFormsView.h"
 #include "shell/CommandLine.h"
 #include "shell/EditorAnswers.h"
@@ -46,7 +47,7 @@ bool isSet(const char* variable) {
     return value && *value;
 }
 
-/// Without one the toolkit only aborts. A platform of its own may be asked for by the environment or by an argument.
+/// A platform of its own may be asked for by the environment or by an argument.
 bool hasDisplay(int argc, char** argv) {
     return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM") ||
            std::any_of(argv, argv + argc, [](const char* word) { return std::string_view(word) == "-platform"; });
@@ -76,9 +77,12 @@ int main(int argc, char** argv) {
     }
     if (!hasDisplay(argc, argv)) {
         std::fputs("qrv_edit: there is no display (DISPLAY is not set); qrv does its work in a terminal.\n", stderr);
-        return EXIT_FAILURE;
+        return qrv::kNoDisplayExitCode;
     }
-    const qrv::Application application(argc, argv);
+    const qrv::Application application = [&] {
+        const qrv::ToolkitWords held("qrv_edit: no window can be shown; qrv does its work in a terminal.");
+        return qrv::Application(argc, argv);
+    }();
     qrv::DesktopHost host;
     qrv::QtMessageBox messageBox;
     qrv::QtFileDialog fileDialog;

@@ -23,6 +23,7 @@ import locales_of_others
 
 CMAKE, BUILD, VERSION, PART = sys.argv[1:5]
 MIME_TYPE = "application/x-qrv-configuration"
+UNREACHED = "qrv_edit: no window can be shown; qrv does its work in a terminal. The toolkit says:\n"
 LONGEST_START = 120  # seconds until the test gives the editor up
 
 FILES = {
@@ -95,9 +96,16 @@ class Place(unittest.TestCase):
         told = done(editor, "--version", env=environment).stdout.splitlines()
         self.assertEqual([line.rsplit(" ", 1)[0] for line in told], ["qrv_edit", "Function catalogue", "SQLite", "Qt"])
         self.assertEqual(told[:2], [f"qrv_edit {VERSION}", self.qrv("--version").splitlines()[1]])
-        run = subprocess.run([editor, "plant.qrv"], env=environment, capture_output=True, text=True, check=False)
-        self.assertEqual((run.returncode, run.stdout), (1, ""))
-        self.assertIn("there is no display", run.stderr)
+        for words, display, *told in [
+            ([], {}, "qrv_edit: there is no display (DISPLAY is not set); qrv does its work in a terminal.\n"),
+            # The toolkit by itself would abort in each of these.
+            ([], {"DISPLAY": ":54321"}, UNREACHED, "  could not connect to display :54321\n"),
+            ([], {"QT_QPA_PLATFORM": "none"}, UNREACHED, '  Could not find the Qt platform plugin "none" in ""\n'),
+            (["-platform", "none"], {}, UNREACHED, '  Could not find the Qt platform plugin "none" in ""\n'),
+        ]:
+            run = subprocess.run([editor, *words, "plant.qrv"], env={**environment, **display}, capture_output=True,
+                                 text=True, check=False)
+            self.assertEqual((run.returncode, run.stdout, run.stderr), (2, "", "".join(told)))
 
     def check_editor(self):
         """The editor remembers a file among the recent ones once it has opened it. The user has never run it."""
