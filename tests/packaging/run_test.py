@@ -3,8 +3,8 @@
 
 usage: run_test.py PROJECT BUILD
 
-Nothing is installed or built: of cmake and of the list of what is installed there are twins, and so there is of the
-editor, which writes down how it was started.
+Nothing is installed or built: of cmake, which says what it is told to, and of the list of what is installed there are
+twins, and so there is of the editor, which writes down how it was started.
 """
 import fcntl
 import os
@@ -25,15 +25,14 @@ PROJECT, BUILD = (pathlib.Path(name).resolve() for name in sys.argv[1:3])
 LONGEST = 300  # seconds until the test gives a run up
 
 TWINS = {
-    "cmake": "#!/bin/bash\nexit 0\n",
-    "dpkg-query": "#!/bin/bash\nshift 2\nprintf '%s installed\\n' \"$@\"\n",
+    "cmake": "#!/bin/bash\nprintf %s \"$BUILD_SAYS\"\nexit \"${BUILD_ENDS:-0}\"\n",
+    "dpkg-query": "#!/bin/bash\nshift 2\nprintf '%s installed\\n' \"$@\" | grep -v \"^${LACKS:-none} \"\n",
 }
 EDITOR = """#!/bin/bash
 printf '%s\\n' "$@" >arguments
 env -0 >environment
 until grep -q "^COM9=/" "$QRV_SETTINGS"; do sleep 0.1; done
-[ -z "$ABORTS" ] || kill -ABRT $$
-exit 7
+exit "${EDITOR_ENDS:-7}"
 """
 
 
@@ -85,6 +84,22 @@ class Road(unittest.TestCase):
         return subprocess.run([self.clone / "run", *words], env={**self.environment, **environment}, cwd=self.folder,
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False, timeout=LONGEST)
 
+    def run_on_terminal(self, *words, pressed_behind=None, **environment):
+        """Exit code, and what a user sees. Ctrl+C is pressed once that stands there which it is to be pressed behind."""
+        own, terminal = pty.openpty()
+        self.addCleanup(os.close, own)
+        run = subprocess.Popen([self.clone / "run", *words], env={**self.environment, "TERM": "dumb", **environment},
+                               cwd=self.folder, stdin=terminal, stdout=terminal, stderr=terminal,
+                               start_new_session=True, preexec_fn=owns_terminal)
+        os.close(terminal)
+        told = b""
+        while chunk := read_from(own):
+            told += chunk
+            if pressed_behind and pressed_behind in told:
+                os.write(own, b"\x03")
+                pressed_behind = None
+        return run.wait(LONGEST), told
+
     def qrv(self, *words):
         environment = {**self.environment, "QRV_SETTINGS": str(self.folder / "settings.ini"),
                        "XDG_STATE_HOME": str(self.folder / "state")}
@@ -108,6 +123,35 @@ class Road(unittest.TestCase):
         for name, place in zip(files, [self.road] * 4 + [self.place] * 2):
             self.assertTrue((place / name).is_file(), name)
         self.all_is_taken_down()
+
+    def test_where_nothing_is_to_be_built_nothing_is_said_of_it(self):
+        run = self.run_it(DISPLAY=":99", BUILD_SAYS="ninja: no work to do.\n")
+        self.assertTrue(run.stdout.startswith("A simulated controller answers on COM9."), run.stdout)
+
+    def test_a_log_shows_each_tenth_of_a_build(self):
+        steps = "".join(f"[{step}/40] Building CXX object {step}.o\n" for step in range(1, 41))
+        run = self.run_it(DISPLAY=":99", BUILD_SAYS=f"[0/1] Re-running CMake...\n-- Configuring done\n{steps}")
+        tenths = "".join(f"Building: step {step} of 40\n" for step in range(4, 41, 4))
+        self.assertTrue(run.stdout.startswith(f"{tenths}A simulated controller answers on COM9."), run.stdout)
+
+    def test_a_terminal_shows_each_step_in_one_line(self):
+        says = "[1/2] Building CXX object a.o\n[2/2] Linking CXX executable a\n"
+        code, told = self.run_on_terminal(DISPLAY=":99", BUILD_SAYS=says)
+        self.assertEqual(code, 7)
+        self.assertTrue(told.startswith(b"\rBuilding: step 1 of 2\rBuilding: step 2 of 2\r\n/"), told)
+
+    FAULT = "FAILED: a.o \nc++ -c a.cpp\na.cpp:1:1: error: 'a' does not name a type\nninja: build stopped"
+
+    def test_a_build_that_fails_shows_its_whole_error_and_ends_with_its_exit_code(self):
+        run = self.run_it(DISPLAY=":99", BUILD_SAYS=f"[1/2] Building CXX object a.o\n{self.FAULT}", BUILD_ENDS="9")
+        self.assertEqual((run.returncode, run.stdout), (9, f"Building: step 1 of 2\n{self.FAULT}\n"))
+        self.assertFalse((self.place / "arguments").exists())
+
+    def test_so_it_does_on_a_terminal(self):
+        says = f"[1/2] Building CXX object a.o\n{self.FAULT}"
+        code, told = self.run_on_terminal(DISPLAY=":99", BUILD_SAYS=says, BUILD_ENDS="9")
+        seen = f"\rBuilding: step 1 of 2\n{self.FAULT}\n".replace("\n", "\r\n")
+        self.assertEqual((code, told.decode()), (9, seen))
 
     def test_no_locale_changes_a_word_or_a_number_of_the_road(self):
         others = locales_of_others.made_in(self.folder / "locales")
@@ -133,6 +177,7 @@ class Road(unittest.TestCase):
         self.assertIn("qrv download ended with 1: what it found stands above\n", run.stderr)
         self.assertIn("\n9. ", run.stdout)
         self.assertNotIn("Proved:", run.stdout)
+        self.assertNotIn("The blocks 600", run.stdout)
         self.assertRegex(run.stdout, r"Not proved.*\n  qrv download .*odd\\ one\.qrv --port COM9 --yes\n")
         self.all_is_taken_down()
 
@@ -193,21 +238,22 @@ class Road(unittest.TestCase):
         self.assertIn("two rows\nplant.qrv has no blocks of its own\n\n7. ", run.stdout)
         self.assertIn("\n9. ", run.stdout)
 
+    def test_what_only_an_opening_fills_is_no_fault_of_the_line_and_not_proved_either(self):
+        self.qrv("new", "plant.qrv")
+        run = self.run_it("--terminal", "plant.qrv")
+        self.assertEqual(run.returncode, 1, run.stderr)
+        told = run.stdout.split("compare --held")[1].split("\n8. ")[0]
+        self.assertIn("\nThe blocks 600, 601 and 602 are the CPU's own inputs and output. The editor gives them", told)
+        self.assertIn("\nOpened in the editor and saved, plant.qrv has them, too.\n", told)
+        # Nothing else differs.
+        self.assertEqual(set(re.findall(r" BlockNumber=(\d+)[ :]", told)), {"600", "601", "602"})
+        self.assertNotIn("Proved:", run.stdout)
+        self.assertRegex(run.stdout, r"Not proved.*\n  qrv compare --held .*  # step 7 tells of the blocks 600 to 602\n")
+
     def test_ctrl_c_ends_the_road_whatever_the_step_makes_of_it(self):
         # A watch takes it for its end and is content. Comes it later on a slow machine, the next step has it.
-        own, terminal = pty.openpty()
-        self.addCleanup(os.close, own)
-        environment = {**self.environment, "TERM": "dumb"}
-        run = subprocess.Popen([self.clone / "run", "--terminal"], env=environment, cwd=self.folder, stdin=terminal,
-                               stdout=terminal, stderr=terminal, start_new_session=True, preexec_fn=owns_terminal)
-        os.close(terminal)
-        told, is_pressed = b"", False
-        while chunk := read_from(own):
-            told += chunk
-            if b"time,block" in told and not is_pressed:
-                os.write(own, b"\x03")
-                is_pressed = True
-        self.assertEqual(run.wait(LONGEST), 130)
+        code, told = self.run_on_terminal("--terminal", pressed_behind=b"time,block")
+        self.assertEqual(code, 130)
         self.assertTrue(told.endswith(b"run: ended by Ctrl+C\r\n"), told[-200:])
         self.all_is_taken_down()
 
@@ -228,10 +274,28 @@ class Road(unittest.TestCase):
         self.all_is_taken_down()
 
     def test_where_the_display_is_not_reached_the_terminal_is_offered(self):
-        run = self.run_it(DISPLAY=":99", ABORTS="1")
-        self.assertEqual(run.returncode, 134)
-        self.assertIn("run: is there a display at :99? ./run --terminal needs none\n", run.stderr)
+        run = self.run_it(DISPLAY=":99", EDITOR_ENDS="2")
+        self.assertEqual(run.returncode, 2)
+        self.assertTrue(run.stderr.endswith("\nrun: ./run --terminal needs no display\n"), run.stderr)
         self.all_is_taken_down()
+
+    def test_no_other_end_of_the_editor_speaks_of_a_display(self):
+        self.assertNotIn("display", self.run_it(DISPLAY=":99", EDITOR_ENDS="1").stderr)
+
+    def test_a_wayland_session_shows_the_editor_where_its_package_is_installed(self):
+        run = self.run_it(WAYLAND_DISPLAY="wayland-0")
+        self.assertEqual(run.returncode, 7, run.stderr)
+        self.assertEqual(self.editors_environment()["WAYLAND_DISPLAY"], "wayland-0")
+
+    def test_without_that_package_the_road_is_travelled_and_the_package_named(self):
+        run = self.run_it(WAYLAND_DISPLAY="wayland-0", LACKS="qt6-wayland")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertIn("run: to show windows in this Wayland session the toolkit needs Debian's qt6-wayland\n", run.stderr)
+        self.assertIn("\n9. ", run.stdout)
+
+    def test_nobody_who_chose_the_terminal_hears_of_that_package(self):
+        run = self.run_it("--terminal", WAYLAND_DISPLAY="wayland-0", LACKS="qt6-wayland")
+        self.assertNotIn("Wayland", run.stderr)
 
     def editors_environment(self):
         entries = (self.place / "environment").read_text().split("\0")[:-1]
