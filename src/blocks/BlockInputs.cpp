@@ -16,12 +16,12 @@ namespace qrv {
 namespace {
 
 // Columns of fg2.
-constexpr int kNumber = 0;
-constexpr int kBlock = 1;
-constexpr int kOutput = 2;
-constexpr int kDescription = 3;
-constexpr int kSource = 4;
-constexpr int kKind = 5;
+constexpr int kInputNumber = 0;
+constexpr int kInputBlock = 1;
+constexpr int kInputOutput = 2;
+constexpr int kInputDescription = 3;
+constexpr int kInputSource = 4;
+constexpr int kInputKind = 5;
 
 constexpr const char* kMain = "MAIN";
 
@@ -44,10 +44,10 @@ std::string kindLetter(std::int16_t inputType) {
 void BlockInputs::layOut() {
     int col = 0;
     for (const int width : {300, 450, 750, 1775, 1000, 400}) fg2_.setColWidth(col++, width);
-    fg2_.setText(0, kBlock, "BLK");
-    fg2_.setText(0, kOutput, "OUTPUT");
-    fg2_.setText(0, kDescription, "DESCRIPTION");
-    fg2_.setText(0, kSource, "SOURCE");
+    fg2_.setText(0, kInputBlock, "BLK");
+    fg2_.setText(0, kInputOutput, "OUTPUT");
+    fg2_.setText(0, kInputDescription, "DESCRIPTION");
+    fg2_.setText(0, kInputSource, "SOURCE");
 }
 
 void BlockInputs::show() {
@@ -55,8 +55,8 @@ void BlockInputs::show() {
     for (int row = 1; row <= bench_.CurInputs; ++row) {
         db.ConstantSeek(bench_.CurBlock, row - 1);
         const std::int32_t word = db.ConstantValue();
-        fg2_.setText(row, kNumber, std::to_string(row));
-        fg2_.setText(row, kBlock, std::to_string(BlockRef::ofWord(word).block));
+        fg2_.setText(row, kInputNumber, std::to_string(row));
+        fg2_.setText(row, kInputBlock, std::to_string(BlockRef::ofWord(word).block));
         showSource(row, BlockRef::ofWord(word).block, BlockOutputName(bench_, word));
     }
     db.FuncSetIndex("FN");
@@ -71,16 +71,16 @@ void BlockInputs::showSource(int row, std::int16_t source, const std::string& ou
         db.FuncSetIndex("FN");
         db.FuncSeekI(bench_.FnOfBlock.at(static_cast<std::size_t>(source)));
     }
-    fg2_.setText(row, kOutput, output.empty() ? kMain : output);
-    describeRow(fg2_, row, kDescription, withoutInput(db.InputDescription()));
-    fg2_.setText(row, kSource, isUsed ? db.FuncName() : "????");
-    fg2_.setText(row, kKind, isUsed ? kindLetter(db.InputType()) : "?");
+    fg2_.setText(row, kInputOutput, output.empty() ? kMain : output);
+    describeRow(fg2_, row, kInputDescription, withoutInput(db.InputDescription()));
+    fg2_.setText(row, kInputSource, isUsed ? db.FuncName() : "????");
+    fg2_.setText(row, kInputKind, isUsed ? kindLetter(db.InputType()) : "?");
 }
 
 bool BlockInputs::validateEdit(int row, int col) {
-    if (col != kBlock) {
-        connect(row, int16From(fg2_.text(row, kBlock)));
-        fg2_.setEditText(fg2_.text(row, kOutput));
+    if (col != kInputBlock) {
+        connect(row, int16From(fg2_.text(row, kInputBlock)));
+        fg2_.setEditText(fg2_.text(row, kInputOutput));
         return true;
     }
     const std::string typed = fg2_.editText();

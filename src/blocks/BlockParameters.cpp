@@ -17,9 +17,9 @@ namespace qrv {
 namespace {
 
 // Columns of fg3.
-constexpr int kNumber = 0;
-constexpr int kValue = 1;
-constexpr int kDescription = 2;
+constexpr int kParamNumber = 0;
+constexpr int kParamValue = 1;
+constexpr int kParamDescription = 2;
 
 /// The slot of the ordinal in a block that reads an auxiliary output: behind its one input.
 constexpr std::int32_t kOrdinalSlot = 1;
@@ -49,13 +49,13 @@ std::string limitsOf(const db1& db, const ParameterScale& scale) {
 void BlockParameters::layOut() {
     int col = 0;
     for (const int width : {300, 800, 2800}) fg3_.setColWidth(col++, width);
-    fg3_.setText(0, kValue, "VALUE");
-    fg3_.setText(0, kDescription, "DESCRIPTION");
+    fg3_.setText(0, kParamValue, "VALUE");
+    fg3_.setText(0, kParamDescription, "DESCRIPTION");
 }
 
 void BlockParameters::show() {
     if (readsAuxOutput()) {
-        fg3_.setText(1, kNumber, "1");
+        fg3_.setText(1, kParamNumber, "1");
         UpdateAuxOutput();
         return;
     }
@@ -83,10 +83,10 @@ void BlockParameters::showRow(int p) {
         if (scale) value = scale->shown(stored);
         if (scale) toolTip = limitsOf(db, *scale);
     }
-    fg3_.setText(p, kNumber, std::to_string(p));
-    fg3_.setText(p, kValue, value);
-    describeRow(fg3_, p, kDescription, db.ParamDescription());
-    if (hasToolTips_) fg3_.setToolTip(p, kValue, toolTip);
+    fg3_.setText(p, kParamNumber, std::to_string(p));
+    fg3_.setText(p, kParamValue, value);
+    describeRow(fg3_, p, kParamDescription, db.ParamDescription());
+    if (hasToolTips_) fg3_.setToolTip(p, kParamValue, toolTip);
 }
 
 std::string BlockParameters::shownString(int slot) {
@@ -113,7 +113,7 @@ bool BlockParameters::checkString(Grid& grid, std::string& text, int slot) {
         bench_.platform.messageBox.say("String Too Long\nUsing " + toUtf8(text));
     }
     if (text.empty()) text = " ";
-    grid.setText(grid.row(), kValue, text);
+    grid.setText(grid.row(), kParamValue, text);
     db.ParmstrSeek(bench_.SeekBlock, slot);
     db.ParmstrEdit();
     db.ParmstrStr(text);
@@ -149,7 +149,7 @@ bool BlockParameters::checkNumber(Grid& grid, const std::string& text, int slot)
     if (!scale) return true;
     const std::int32_t stored = toInt32(*value * scale->factor());
     const bool isWhole = scale->shownDecimals == 0;
-    grid.setText(grid.row(), kValue, isWhole ? joined(stored) : formatNumber(*value, scale->shownDecimals));
+    grid.setText(grid.row(), kParamValue, isWhole ? joined(stored) : formatNumber(*value, scale->shownDecimals));
     storeConstant(db, bench_.SeekBlock, slot, stored);
     return true;
 }
@@ -204,8 +204,8 @@ void BlockParameters::ProcessAuxOutputs() {
         ordinal = picker_.pickOutput(source.kind, "No Selection");
         text = ordinal == 0 ? kNoSelection : picker_.List1.items.at(static_cast<std::size_t>(ordinal));
     }
-    fg3_.setText(1, kValue, std::to_string(ordinal));
-    describeRow(fg3_, 1, kDescription, text);
+    fg3_.setText(1, kParamValue, std::to_string(ordinal));
+    describeRow(fg3_, 1, kParamDescription, text);
     storeConstant(bench_.db, bench_.CurBlock, kOrdinalSlot, ordinal);
 }
 
@@ -221,8 +221,8 @@ void BlockParameters::UpdateAuxOutput() {
         db.AuxSeek(source.function, source.kind == BlockRef::Kind::Analog ? "A" : "D", ordinal);
         text = db.AuxNoMatch() ? std::string(kNoSuchOutput) : db.AuxDescription();
     }
-    describeRow(fg3_, 1, kDescription, text);
-    fg3_.setText(1, kValue, std::to_string(ordinal));
+    describeRow(fg3_, 1, kParamDescription, text);
+    fg3_.setText(1, kParamValue, std::to_string(ordinal));
 }
 
 }  // namespace qrv

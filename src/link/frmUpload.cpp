@@ -19,8 +19,8 @@ namespace qrv {
 
 namespace {
 
-constexpr std::size_t kVersionDigits = 5;
-constexpr const char* kCancelReason = "Form Upload query unload";
+constexpr std::size_t kUploadVersionDigits = 5;
+constexpr const char* kUnloadReason = "Form Upload query unload";
 
 /// Ties the log, where one is kept, to the protocol for as long as it lives.
 class Logging {
@@ -86,7 +86,7 @@ void frmUpload::readVersion() {
     if (!comm_.port_is_open) return;
     std::string text;
     comm_.get_version(text);
-    if (const auto version = firmwareVersion(versionDigits(text, kVersionDigits))) bench_.rom_version = *version;
+    if (const auto version = firmwareVersion(versionDigits(text, kUploadVersionDigits))) bench_.rom_version = *version;
 }
 
 void frmUpload::askToOverwrite() {
@@ -226,7 +226,7 @@ void frmUpload::Cancel_Click() {
 bool frmUpload::queryUnload(UnloadMode mode) {
     if (mode == UnloadMode::ByCode || !bench_.in_upload) return true;
     bench_.xfer_abort = true;
-    bench_.xfer_abort_reason = kCancelReason;
+    bench_.xfer_abort_reason = kUnloadReason;
     return false;
 }
 

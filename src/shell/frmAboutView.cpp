@@ -14,7 +14,7 @@ namespace qrv {
 namespace {
 
 constexpr int kIconSize = 72;  // pixels
-constexpr double kTitlePoints = 16;
+constexpr double kAboutTitlePoints = 16;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ frmAboutView::frmAboutView(frmAbout& form, DesktopHost& host) : FormView(form, h
     picture->setPixmap(theme::icon(QStringLiteral("app")).pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
     QLabel* title = addLabel(QStringLiteral("lblTitle"), form.lblTitle);
     QFont large = font();
-    large.setPointSizeF(kTitlePoints);
+    large.setPointSizeF(kAboutTitlePoints);
     large.setBold(true);
     title->setFont(large);
 

@@ -11,7 +11,7 @@ namespace qrv {
 namespace {
 
 constexpr int kLogoWidth = 480;  // pixels
-constexpr double kTitlePoints = 20;
+constexpr double kStartTitlePoints = 20;
 
 QPixmap logoOf(const std::string& bytes, qreal ratio) {
     QPixmap picture;
@@ -33,7 +33,7 @@ frmStartView::frmStartView(frmStart& form, DesktopHost& host) : FormView(form, h
     logo->setPixmap(logoOf(form.Image1, devicePixelRatioF()));
     QLabel* title = addLabel(QStringLiteral("lblTitle"), form.lblTitle);
     QFont large = font();
-    large.setPointSizeF(kTitlePoints);
+    large.setPointSizeF(kStartTitlePoints);
     large.setBold(true);
     title->setFont(large);
     QLabel* version = addLabel(QStringLiteral("lblVersion"), form.lblVersion);

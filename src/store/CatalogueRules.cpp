@@ -11,32 +11,32 @@ namespace qrv {
 
 namespace {
 
-using Text = CatalogueText;
+using Whole = CatalogueText;
 using Places = std::vector<CataloguePlace>;
 
 // The rules. The names stand in the build's messages and in the tests.
 const CatalogueRule kRules[] = {
     // --- the whole ---
     {"versionIsOneRow", "The version is exactly one row.",
-     +[](const Text& text) {
+     +[](const Whole& text) {
          return text.versions.size() == 1 ? Places{} : Places{{kVersionFile, 0, std::to_string(text.versions.size())}};
      }},
     {"numberIsUnique", "No two functions have one number.",
-     +[](const Text& text, const FunctionRow& row) { return text.function(row.fn) == &row; }},
+     +[](const Whole& text, const FunctionRow& row) { return text.function(row.fn) == &row; }},
     {"numberFitsOneByte", "A function's number is from 0 to 255.",
-     +[](const Text&, const FunctionRow& row) { return isWithin(row.fn, 0, 255); }},
+     +[](const Whole&, const FunctionRow& row) { return isWithin(row.fn, 0, 255); }},
     {"outputKindFitsOneByte", "The kind of a main output is from 0 to 255.",
-     +[](const Text&, const FunctionRow& row) { return isWithin(row.ftype, 0, 255); }},
+     +[](const Whole&, const FunctionRow& row) { return isWithin(row.ftype, 0, 255); }},
     {"textsArePrintable", "Names and descriptions are printable ASCII without blanks at their ends.",
      textsNotPrintable},
     {"purposeIsKnown", "A function's group is one of the purpose groups.",
-     +[](const Text& text, const FunctionRow& row) { return hasGroup(text, row.group); }},
+     +[](const Whole& text, const FunctionRow& row) { return hasGroup(text, row.group); }},
 
     // --- names ---
     {"nameIsOneWord", "A name is one word of 1 to 8 characters, in upper case.",
-     +[](const Text&, const FunctionRow& row) { return isUpperCaseWord(row.name, kLongestName); }},
+     +[](const Whole&, const FunctionRow& row) { return isUpperCaseWord(row.name, kLongestName); }},
     {"nameIsNotTheToolsOwn", "No function is named as the tool marks its own cells: \".\", BUNK, MAIN, ????.",
-     +[](const Text&, const FunctionRow& row) { return !isOneOf(row.name, kToolsWords); }},
+     +[](const Whole&, const FunctionRow& row) { return !isOneOf(row.name, kToolsWords); }},
     {"nameIsUnique", "No two functions have one name, whatever the case.", namesTwice},
     {"namedFunctionExists", "The functions that the tool seeks by name are there.", namedFunctionsMissing},
 
@@ -49,23 +49,23 @@ const CatalogueRule kRules[] = {
     {"auxOutputsAreNumberedThrough",
      "Auxiliary outputs are numbered from 1 to their count, A and D apart, in this order.", auxOutputsMisnumbered},
     {"countsAreNotNegative", "No count of a function is negative.",
-     +[](const Text&, const FunctionRow& row) {
+     +[](const Whole&, const FunctionRow& row) {
          return std::min({row.inputs, row.params, row.hidden, row.auxAnalogs, row.auxDiscretes}) >= 0;
      }},
     {"inputsFitTheGrid", "A function has at most 74 inputs.",
-     +[](const Text&, const FunctionRow& row) { return row.inputs <= kMostInputs; }},
+     +[](const Whole&, const FunctionRow& row) { return row.inputs <= kMostInputs; }},
     {"paramsFitOneByte", "A function has at most 255 parameters.",
-     +[](const Text&, const FunctionRow& row) { return row.params <= kMostParams; }},
+     +[](const Whole&, const FunctionRow& row) { return row.params <= kMostParams; }},
     {"auxOutputsFitFiveBits", "A function has at most 31 auxiliary outputs of a kind.",
-     +[](const Text&, const FunctionRow& row) {
+     +[](const Whole&, const FunctionRow& row) {
          return row.auxAnalogs <= kMostAuxOutputs && row.auxDiscretes <= kMostAuxOutputs;
      }},
     {"temporaryRamFitsAWord", "705 blocks of one function stay within a 16-bit sum: Icycle is from 0 to 46.",
-     +[](const Text&, const FunctionRow& row) { return isWithin(row.icycle, 0, kMostIcycle); }},
+     +[](const Whole&, const FunctionRow& row) { return isWithin(row.icycle, 0, kMostIcycle); }},
     {"retentiveBytesFit", "VolRam is from 0 to the 634 bytes that a program has.",
-     +[](const Text&, const FunctionRow& row) { return isWithin(row.volRam, 0, kMostRetentiveBytes); }},
+     +[](const Whole&, const FunctionRow& row) { return isWithin(row.volRam, 0, kMostRetentiveBytes); }},
     {"singleIsAFlag", "Single is 0 or 1.",
-     +[](const Text&, const FunctionRow& row) { return isWithin(row.single, 0, 1); }},
+     +[](const Whole&, const FunctionRow& row) { return isWithin(row.single, 0, 1); }},
 
     // --- functions known by number ---
     {"nopTakesNothing", "Function 127 is NOP and has no slot, no auxiliary output, no memory and no output.",
@@ -90,73 +90,73 @@ const CatalogueRule kRules[] = {
 
     // --- parameters ---
     {"paramTypeIsKnown", "A parameter's type is from 1 to 4.",
-     +[](const Text&, const ParamRow& row) { return isWithin(row.type, kPlainParameter, kCountedParameter); }},
+     +[](const Whole&, const ParamRow& row) { return isWithin(row.type, kPlainParameter, kCountedParameter); }},
     {"paramOffsetIsItsSlot", "A parameter's offset is the number of its slot, the inputs counted.",
-     +[](const Text& text, const ParamRow& row) {
+     +[](const Whole& text, const ParamRow& row) {
          const FunctionRow* function = text.function(row.fn);
          return function == nullptr || row.offset == function->inputs + row.number - 1;
      }},
     {"hiddenConstantIsPlain", "A hidden constant is of type 1 and its default is 0.",
-     +[](const Text& text, const ParamRow& row) {
+     +[](const Whole& text, const ParamRow& row) {
          return !isHidden(text, row) || (row.type == kPlainParameter && row.initial == 0);
      }},
     {"defaultIsWithinLimits", "A default lies between its limits.",
-     +[](const Text&, const ParamRow& row) {
+     +[](const Whole&, const ParamRow& row) {
          return row.type == kStringParameter || isWithin(row.initial, row.min, row.max);
      }},
     {"decimalsAreZeroToThree", "The decimals of a parameter are from 0 to 3.",
-     +[](const Text&, const ParamRow& row) { return isWithin(row.decimal, 0, 3); }},
+     +[](const Whole&, const ParamRow& row) { return isWithin(row.decimal, 0, 3); }},
     {"oneAndTwoDecimalsAreRare", "At most two parameters have 1 or 2 decimals, for reports show them on another scale.",
      oddDecimals},
     {"highHalfHoldsTheValue", "The limits of a parameter of type 2 or 4 fit 16 bits.",
-     +[](const Text&, const ParamRow& row) {
+     +[](const Whole&, const ParamRow& row) {
          const bool isShort = row.type == kDecimalCountParameter || row.type == kCountedParameter;
          return !isShort || (row.min >= -32768 && row.max <= 32767);
      }},
     {"decimalCountIsZeroToFour", "A parameter of type 2 has the limits 0 and 4 and no decimals.",
-     +[](const Text&, const ParamRow& row) {
+     +[](const Whole&, const ParamRow& row) {
          return row.type != kDecimalCountParameter || (row.decimal == 0 && row.min == 0 && row.max == 4);
      }},
     {"ownDecimalsFollowTheirCount",
      "A parameter of type 4 stands one or two places behind one of type 2 at an even place.",
-     +[](const Text& text, const ParamRow& row) {
+     +[](const Whole& text, const ParamRow& row) {
          return row.type != kCountedParameter || countStandsBefore(text, row);
      }},
     {"ownDecimalsAreNotInTheRow", "A parameter of type 4 has 0 as its decimals.",
-     +[](const Text&, const ParamRow& row) { return row.type != kCountedParameter || row.decimal == 0; }},
+     +[](const Whole&, const ParamRow& row) { return row.type != kCountedParameter || row.decimal == 0; }},
     {"stringIsSixteenLong", "A string parameter takes 16 characters and has no decimals and 0 as its default.",
-     +[](const Text&, const ParamRow& row) {
+     +[](const Whole&, const ParamRow& row) {
          return row.type != kStringParameter || (row.max == 16 && row.decimal == 0 && row.initial == 0);
      }},
     {"stringIsInCapitals", "The description of a string parameter, its first text, is in capitals.",
-     +[](const Text&, const ParamRow& row) { return row.type != kStringParameter || isInCapitals(row.description); }},
+     +[](const Whole&, const ParamRow& row) { return row.type != kStringParameter || isInCapitals(row.description); }},
     {"stringsStandWhereTheyMay", "Only functions 12, 13 and 114 have string parameters.",
-     +[](const Text&, const ParamRow& row) { return row.type != kStringParameter || isStringFunction(row.fn); }},
+     +[](const Whole&, const ParamRow& row) { return row.type != kStringParameter || isStringFunction(row.fn); }},
     {"someFunctionHasAString", "One of the functions 12, 13 and 114 has a string parameter.",
-     +[](const Text& text) {
+     +[](const Whole& text) {
          return anyParam(text, [](const ParamRow& row) { return row.type == kStringParameter; });
      }},
 
     // --- inputs ---
     {"inputKindIsKnown", "An input is of type 1 or 2.",
-     +[](const Text&, const InputRow& row) { return isWithin(row.type, kAnalog, kDiscrete); }},
+     +[](const Whole&, const InputRow& row) { return isWithin(row.type, kAnalog, kDiscrete); }},
     {"inputIsDescribed", "Something is left of an input's description when it is cut at \" INPUT\".",
-     +[](const Text&, const InputRow& row) { return !shownDescription(row.description).empty(); }},
+     +[](const Whole&, const InputRow& row) { return !shownDescription(row.description).empty(); }},
     {"someInputIsCut", "Some input's description ends with \" INPUT\".",
-     +[](const Text& text) {
+     +[](const Whole& text) {
          return anyInput(text, [](const InputRow& row) { return row.description.ends_with(" INPUT"); });
      }},
     {"someInputIsLong", "Some input's description, cut as it is shown, is longer than 28 characters.",
-     +[](const Text& text) {
+     +[](const Whole& text) {
          return anyInput(
              text, [](const InputRow& row) { return shownDescription(row.description).size() > kOneLineDescription; });
      }},
 
     // --- auxiliary outputs ---
     {"auxKindIsKnown", "An auxiliary output is of kind A or D.",
-     +[](const Text&, const AuxOutputRow& row) { return row.kind == "A" || row.kind == "D"; }},
+     +[](const Whole&, const AuxOutputRow& row) { return row.kind == "A" || row.kind == "D"; }},
     {"auxShortIsAWord", "A short text has at most 8 characters, is no number and not MAIN or BUNK.",
-     +[](const Text&, const AuxOutputRow& row) { return isAuxShort(row.shortText); }},
+     +[](const Whole&, const AuxOutputRow& row) { return isAuxShort(row.shortText); }},
     {"auxTextsAreUnique", "Short texts and descriptions differ within a function and kind.", auxTextsTwice},
     {"everyMixOfAuxOutputsExists",
      "There is a function with aux analogs alone, one with both kinds, and analog ones with aux discretes alone and "
@@ -177,11 +177,11 @@ const CatalogueRule kRules[] = {
     {"functionIsDefinedOnce", "Every function has one definition, under its number and name, in its group's file.",
      definitionsMissing},
     {"definitionIsComplete", "A definition has the paragraphs Output, Limits, Start-up and Bad source, in this order.",
-     +[](const Text&, const Definition& definition) { return isComplete(definition); }},
+     +[](const Whole&, const Definition& definition) { return isComplete(definition); }},
     {"definitionNamesEverySlot", "A definition tells of every input, parameter and auxiliary output.",
-     +[](const Text& text, const Definition& definition) { return namesEverySlot(text, definition); }},
+     +[](const Whole& text, const Definition& definition) { return namesEverySlot(text, definition); }},
     {"definitionNamesNothingElse", "A definition tells of no input, parameter or auxiliary output that is not there.",
-     +[](const Text& text, const Definition& definition) { return namesNothingElse(text, definition); }},
+     +[](const Whole& text, const Definition& definition) { return namesNothingElse(text, definition); }},
 };
 
 /// Runs one rule over what it is about.

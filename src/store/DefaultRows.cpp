@@ -19,7 +19,7 @@ constexpr std::int32_t kScreens = 25;
 constexpr std::int32_t kItemsOfScreen = 150;
 constexpr std::int32_t kCharts = 35;
 constexpr std::int32_t kPensOfChart = 4;
-constexpr std::int32_t kEgus = 50;
+constexpr std::int32_t kEguCount = 50;
 constexpr std::int32_t kLoops = 20;
 constexpr std::int32_t kPolls = 256;
 constexpr std::int32_t kPagerStrings = 5;
@@ -27,12 +27,12 @@ constexpr std::int32_t kUnusedScreenItem = 99;
 
 const Value kNull{};
 
-Value text(std::string_view words) { return std::string(words); }
+Value textValue(std::string_view words) { return std::string(words); }
 
 Rows blockRows() {
     Rows rows;
     for (std::int32_t block = 0; block < kBlockCount; ++block) {
-        rows.push_back({block, std::int32_t{defaultFunction(block)}, 0, 0, 0, text(""), text("")});
+        rows.push_back({block, std::int32_t{defaultFunction(block)}, 0, 0, 0, textValue(""), textValue("")});
     }
     return rows;
 }
@@ -59,8 +59,8 @@ Rows placedRows(std::int32_t first, std::int32_t count, std::int32_t places, con
 }
 
 Rows menuRows() {
-    Rows rows = numberedRows(0, kMenus, {text(""), 0});
-    rows.front()[1] = text("MAIN MENU");
+    Rows rows = numberedRows(0, kMenus, {textValue(""), 0});
+    rows.front()[1] = textValue("MAIN MENU");
     return rows;
 }
 
@@ -68,7 +68,8 @@ Rows penRows() {
     // Block, Descriptor, Units, Analog, Scale1, Scale12, ScaleDec, BottomTic, LowTic, HighTic, LowTag, HighTag,
     // ScaleMult, Zero, Span, Threshold, Interval, Decimal, GEGU
     return placedRows(1, kCharts, kPensOfChart,
-                      {0, text(""), text(""), 0, 0.0F, 0.0F, 0, 0, 0, 0, text(""), text(""), 0, 0, 0, 2, 15, 0, 0});
+                      {0, textValue(""), textValue(""), 0, 0.0F, 0.0F, 0, 0, 0, 0, textValue(""), textValue(""), 0, 0,
+                       0, 2, 15, 0, 0});
 }
 
 Rows screenItemRows() {
@@ -79,10 +80,10 @@ Rows screenItemRows() {
 
 Rows eguRows() {
     // Name, Decimal, Zero, Span, Units, Comment
-    Rows rows = numberedRows(1, kEgus, {text("default"), 2, 0, 10000, text("%"), text(" ")});
-    rows[0] = {1, text("THERMISTOR"), 0, -50, 300, text("DEG F"), text(" ")};
-    rows[1] = {2, text("J_TC"), 0, 0, 1000, text("DEG F"), text(" ")};
-    rows[2] = {3, text("HdrPSI"), 0, 0, 200, text("PSI"), text(" ")};
+    Rows rows = numberedRows(1, kEguCount, {textValue("default"), 2, 0, 10000, textValue("%"), textValue(" ")});
+    rows[0] = {1, textValue("THERMISTOR"), 0, -50, 300, textValue("DEG F"), textValue(" ")};
+    rows[1] = {2, textValue("J_TC"), 0, 0, 1000, textValue("DEG F"), textValue(" ")};
+    rows[2] = {3, textValue("HdrPSI"), 0, 0, 200, textValue("PSI"), textValue(" ")};
     return rows;
 }
 
@@ -95,34 +96,34 @@ constexpr std::array kTableRows{
     TableRows{"Block List", blockRows},
     TableRows{"Comments",
               [] {
-                  return Rows{{text(""), text(""), text("")}};
+                  return Rows{{textValue(""), textValue(""), textValue("")}};
               }},
-    TableRows{"Pager", [] { return numberedRows(0, kPagerStrings, {text("")}); }},
-    TableRows{"Slots", [] { return numberedRows(0, kSlotCount, {text("")}); }},
+    TableRows{"Pager", [] { return numberedRows(0, kPagerStrings, {textValue("")}); }},
+    TableRows{"Slots", [] { return numberedRows(0, kSlotCount, {textValue("")}); }},
     TableRows{"Menu List", menuRows},
     TableRows{"Menu Items",
               [] {
-                  return placedRows(0, kMenus, kItemsOfMenu, {text(""), 0, 0, 0});
+                  return placedRows(0, kMenus, kItemsOfMenu, {textValue(""), 0, 0, 0});
               }},
     TableRows{"Screen List",
               [] {
-                  return numberedRows(1, kScreens, {text(""), 0, 1});
+                  return numberedRows(1, kScreens, {textValue(""), 0, 1});
               }},
     TableRows{"Screen Items", screenItemRows},
-    TableRows{"Chart List", [] { return numberedRows(1, kCharts, {text("")}); }},
+    TableRows{"Chart List", [] { return numberedRows(1, kCharts, {textValue("")}); }},
     TableRows{"Pens", penRows},
     TableRows{"EGUs", eguRows},
     TableRows{"Loop List",
               [] {
-                  return numberedRows(1, kLoops, {text(" "), 0, 0});
+                  return numberedRows(1, kLoops, {textValue(" "), 0, 0});
               }},
     TableRows{"Version",
               [] {
-                  return Rows{{5.01F, text("Describe"), 3, 1}};
+                  return Rows{{5.01F, textValue("Describe"), 3, 1}};
               }},
     TableRows{"Poll List",
               [] {
-                  return numberedRows(1, kPolls, {0, text(""), 0, text(""), 0});
+                  return numberedRows(1, kPolls, {0, textValue(""), 0, textValue(""), 0});
               }},
     TableRows{"mod comm",
               [] {

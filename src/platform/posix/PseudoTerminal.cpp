@@ -21,7 +21,7 @@ namespace qrv {
 
 namespace {
 
-constexpr std::size_t kReadSize = 4096;
+constexpr std::size_t kTakenAtOnce = 4096;
 constexpr int kOpenFlags = O_RDWR | O_NOCTTY | O_CLOEXEC;
 
 void closeAndForget(int& descriptor) {
@@ -80,7 +80,7 @@ void PseudoTerminal::unwatch() {
 PseudoTerminal::Signs PseudoTerminal::takeSigns() const {
     Signs signs;
 #ifdef __linux__
-    std::array<char, kReadSize> events{};
+    std::array<char, kTakenAtOnce> events{};
     for (ssize_t got = 0; (got = ::read(watch_, events.data(), events.size())) > 0;) {
         for (ssize_t at = 0; at < got;) {
             inotify_event event{};
@@ -126,7 +126,7 @@ void PseudoTerminal::lookForUsers() {
 
 std::vector<std::uint8_t> PseudoTerminal::readAll() {
     std::vector<std::uint8_t> bytes;
-    std::array<std::uint8_t, kReadSize> chunk{};
+    std::array<std::uint8_t, kTakenAtOnce> chunk{};
     for (ssize_t got = 0; (got = ::read(master_, chunk.data(), chunk.size())) > 0;) {
         bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + got);
     }
