@@ -1,7 +1,6 @@
 // Two configurations, field by field.
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -15,8 +14,6 @@ namespace qrv {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 struct Comparison {
     std::string pathA;
     std::string pathB;
@@ -25,13 +22,11 @@ struct Comparison {
 };
 
 std::string jsonTextOf(const Comparison& given, const std::vector<RowDifference>& differences, DifferenceNotes& notes) {
-    Json json;
-    json["a"] = given.pathA;
-    json["b"] = given.pathB;
-    json["equal"] = differences.empty();
-    json["differences"] = jsonOf(differences, notes);
-    // A file's name need not be text.
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return Json::object({{"a", given.pathA},
+                         {"b", given.pathB},
+                         {"equal", differences.empty()},
+                         {"differences", jsonOf(differences, notes)}})
+        .text();
 }
 
 void compare(Terminal& terminal, const Comparison& given) {

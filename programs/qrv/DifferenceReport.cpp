@@ -1,7 +1,5 @@
 #include "DifferenceReport.h"
 
-#include <nlohmann/json.hpp>
-
 #include "platform/CodePage.h"
 #include "tools/FieldText.h"
 
@@ -9,19 +7,17 @@ namespace qrv {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 Json jsonOf(const Column& column, const Value& value) {
-    if (std::holds_alternative<std::monostate>(value)) return nullptr;
+    if (std::holds_alternative<std::monostate>(value)) return {};
     if (const auto* text = std::get_if<std::string>(&value)) return toUtf8(*text);
     // Numbers and flags as the text form has them: 5.01, not what that is in double precision.
-    return Json::parse(fieldText(column, value));
+    return Json::fromDigits(fieldText(column, value));
 }
 
 Json jsonOf(const Table& table, const TableRow& row, const std::vector<std::size_t>& columns) {
     Json json = Json::object();
     for (const std::size_t column : columns) {
-        json[std::string(table.columns[column].name)] = jsonOf(table.columns[column], row[column]);
+        json.add(table.columns[column].name, jsonOf(table.columns[column], row[column]));
     }
     return json;
 }
@@ -34,14 +30,13 @@ std::vector<std::size_t> allColumns(const Table& table) {
 
 Json jsonOf(const RowDifference& difference, const std::string& note) {
     const Table& table = *difference.table;
-    Json json;
-    json["table"] = table.name;
-    json["key"] = jsonOf(table, difference.eitherRow(), identityOf(table));
-    if (!note.empty()) json["note"] = note;
+    Json json =
+        Json::object({{"table", table.name}, {"key", jsonOf(table, difference.eitherRow(), identityOf(table))}});
+    if (!note.empty()) json.add("note", note);
     const bool inBoth = difference.inA != nullptr && difference.inB != nullptr;
     const std::vector<std::size_t> columns = inBoth ? difference.columns : allColumns(table);
-    json["a"] = difference.inA == nullptr ? Json(nullptr) : jsonOf(table, *difference.inA, columns);
-    json["b"] = difference.inB == nullptr ? Json(nullptr) : jsonOf(table, *difference.inB, columns);
+    json.add("a", difference.inA == nullptr ? Json() : jsonOf(table, *difference.inA, columns));
+    json.add("b", difference.inB == nullptr ? Json() : jsonOf(table, *difference.inB, columns));
     return json;
 }
 
@@ -59,9 +54,9 @@ std::string textOf(const std::vector<RowDifference>& differences, DifferenceNote
 }
 
 Json jsonOf(const std::vector<RowDifference>& differences, DifferenceNotes& notes) {
-    Json list = Json::array();
-    for (const RowDifference& difference : differences) list.push_back(jsonOf(difference, notes.noteOf(difference)));
-    return list;
+    return Json::array(differences, [&notes](const RowDifference& difference) {
+        return jsonOf(difference, notes.noteOf(difference));
+    });
 }
 
 std::string countSentence(std::size_t count) {

@@ -2,10 +2,10 @@
 // of blocks and constants beside the numbers.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
+#include "json/Json.h"
 #include "tools/ContentDifference.h"
 #include "tools/ContentNotes.h"
 
@@ -29,7 +29,7 @@ class DifferenceNotes {
 [[nodiscard]] std::string textOf(const std::vector<RowDifference>& differences, DifferenceNotes& notes,
                                  const SideNames& names = {});
 /// An array of objects.
-[[nodiscard]] nlohmann::ordered_json jsonOf(const std::vector<RowDifference>& differences, DifferenceNotes& notes);
+[[nodiscard]] Json jsonOf(const std::vector<RowDifference>& differences, DifferenceNotes& notes);
 /// "No differences.", "1 difference." ...
 [[nodiscard]] std::string countSentence(std::size_t count);
 

@@ -2,7 +2,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -17,8 +16,6 @@
 namespace qrv {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 struct ChosenSection {
     std::string_view word;
@@ -104,17 +101,14 @@ class DownloadRun {
                 terminal_.write(std::string(section.word) + "\t" + std::to_string(section.bytes) + " bytes\n");
             }
         }
-        const auto facts = [this, list](Json& json) {
-            addFacts(json);
-            json["dryRun"] = true;
-            json["sections"] = Json::array();
-            for (const ChosenSection& section : list) {
-                json["sections"].push_back({{"section", section.word}, {"bytes", section.bytes}});
-            }
-        };
+        Json facts = commonFacts();
+        facts.add("dryRun", true);
+        facts.add("sections", Json::array(list, [](const ChosenSection& section) {
+                      return Json::object({{"section", section.word}, {"bytes", section.bytes}});
+                  }));
         return {.code = ExitCode::Done,
                 .sentence = "The controller's firmware is " + form_.VerNum.caption + ". " + kNothingWritten,
-                .addFacts = facts};
+                .facts = facts};
     }
 
     TransferReport::Ending send() {
@@ -129,16 +123,15 @@ class DownloadRun {
         const auto taken = bench.platform.clock.now() - start;
         const int unconfirmed = form_.outcome().unconfirmed;
         const int unsent = form_.outcome().unsentStrings;
+        Json facts = commonFacts();
+        facts.add(Json::object({{"committed", true},
+                                {"unconfirmed", unconfirmed},
+                                {"unsentStrings", unsent},
+                                {"bytes", form_.progress().bytes()},
+                                {"retries", form_.progress().retries()}}));
         return {.code = unconfirmed > 0 || unsent > 0 ? ExitCode::Findings : ExitCode::Done,
                 .sentence = committedText(options_.file, form_, taken),
-                .addFacts = [this, unconfirmed, unsent](Json& json) {
-                    addFacts(json);
-                    json["committed"] = true;
-                    json["unconfirmed"] = unconfirmed;
-                    json["unsentStrings"] = unsent;
-                    json["bytes"] = form_.progress().bytes();
-                    json["retries"] = form_.progress().retries();
-                }};
+                .facts = facts};
     }
 
     void requireCommitted() {
@@ -158,10 +151,9 @@ class DownloadRun {
             (isOfLine ? session_.link().cause() : options_.file + " can't be downloaded.") + " " + kNotCommitted);
     }
 
-    void addFacts(Json& json) {
-        json["file"] = options_.file;
-        json["line"] = session_.link().lineName();
-        json["firmware"] = form_.VerNum.caption;
+    [[nodiscard]] Json commonFacts() {
+        return Json::object(
+            {{"file", options_.file}, {"line", session_.link().lineName()}, {"firmware", form_.VerNum.caption}});
     }
 
     Terminal& terminal_;
@@ -175,11 +167,7 @@ class DownloadRun {
 
 void download(Terminal& terminal, const TransferOptions& options) {
     TransferReport report = options.reportOn(terminal);
-    std::unique_ptr<DownloadRun> run;
-    report.run("download", [&] {
-        run = std::make_unique<DownloadRun>(terminal, options, report);
-        return run->run();
-    });
+    report.run("download", [&] { return DownloadRun(terminal, options, report).run(); });
 }
 
 }  // namespace

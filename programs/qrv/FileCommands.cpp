@@ -4,12 +4,12 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "Commands.h"
 #include "Session.h"
 #include "Terminal.h"
+#include "json/Json.h"
 #include "platform/CodePage.h"
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
@@ -22,8 +22,6 @@
 namespace qrv {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kMostTextBytes = std::size_t{64} * 1024 * 1024;
 constexpr const char* kStandardInput = "-";
@@ -107,23 +105,20 @@ std::string infoText(const InfoSubject& subject) {
 
 std::string infoJson(const InfoSubject& subject) {
     const ConfigurationSummary& summary = subject.summary;
-    Json json;
-    json["file"] = subject.path;
-    json["title"] = toUtf8(summary.title);
-    json["configuration"] = toUtf8(summary.configLine);
-    json["readOnly"] = subject.isReadOnly;
-    json["layoutRevision"] = summary.layoutRevision;
-    json["version"] = summary.version;
-    json["catalogue"] = toUtf8(subject.catalogueVersion);
-    json["boards"] = Json::array();
-    for (const std::string& board : summary.boards) json["boards"].push_back(toUtf8(board));
+    Json json = Json::object({{"file", subject.path},
+                              {"title", toUtf8(summary.title)},
+                              {"configuration", toUtf8(summary.configLine)},
+                              {"readOnly", subject.isReadOnly},
+                              {"layoutRevision", summary.layoutRevision},
+                              {"version", summary.version},
+                              {"catalogue", toUtf8(subject.catalogueVersion)},
+                              {"boards", Json::array(summary.boards, toUtf8)}});
     for (const auto& [label, key, usage] : kCounts) {
-        json[key] = {{"used", (summary.*usage).used}, {"most", (summary.*usage).most}};
+        json.add(key, Json::object({{"used", (summary.*usage).used}, {"most", (summary.*usage).most}}));
     }
-    json["blockEngineeringUnits"] = summary.blockEngineeringUnits;
-    json["unknownFunctions"] = summary.unknownFunctions;
-    // A file's name need not be text.
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    json.add("blockEngineeringUnits", summary.blockEngineeringUnits);
+    json.add("unknownFunctions", summary.unknownFunctions);
+    return json.text();
 }
 
 void showInfo(Terminal& terminal, const std::string& path, bool asJson) {

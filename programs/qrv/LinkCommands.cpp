@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "LinkSession.h"
 #include "Terminal.h"
+#include "json/Json.h"
 #include "link/BlockTable.h"
 #include "link/LiveOutputs.h"
 #include "platform/CodePage.h"
@@ -19,8 +19,6 @@
 namespace qrv {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // --- ports ---
 
@@ -58,8 +56,12 @@ std::string portLine(const SerialPortEntry& entry) {
 }
 
 Json jsonOf(const SerialPortEntry& entry) {
-    return {{"name", entry.name()},   {"path", entry.path},   {"present", entry.isPresent()},
-            {"device", entry.device}, {"maker", entry.maker}, {"serialNumber", entry.serialNumber}};
+    return Json::object({{"name", entry.name()},
+                         {"path", entry.path},
+                         {"present", entry.isPresent()},
+                         {"device", entry.device},
+                         {"maker", entry.maker},
+                         {"serialNumber", entry.serialNumber}});
 }
 
 void showPorts(Terminal& terminal, const PortsOptions& options) {
@@ -70,9 +72,7 @@ void showPorts(Terminal& terminal, const PortsOptions& options) {
     const auto entries = ports.entries();
     if (const FileResult& fault = settings.fault()) throw CommandFailure(ExitCode::File, fault->text);
     if (options.asJson) {
-        Json list = Json::array();
-        for (const SerialPortEntry& entry : entries) list.push_back(jsonOf(entry));
-        terminal.write(list.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+        terminal.write(Json::array(entries, jsonOf).text());
         return;
     }
     if (entries.empty()) terminal.say("No serial port is there. One is given a number by qrv ports --map COM7=DEVICE.");

@@ -1,7 +1,6 @@
 #include "TransferReport.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "link/TransferProgress.h"
@@ -10,8 +9,6 @@
 namespace qrv {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr int kTenth = 10;        // per cent
 constexpr int kBarLength = 10;    // characters: with the sentence behind it a line has 80
@@ -28,39 +25,34 @@ std::string barOf(int percent) {
 }
 
 Json jsonOf(const TransferProgress& progress) {
-    Json json{{"event", "progress"},
-              {"section", progress.name()},
-              {"sectionNumber", progress.section()},
-              {"sections", progress.sectionCount()},
-              {"percent", progress.percent()},
-              {"bytes", progress.bytes()},
-              {"bytesPerSecond", nullptr},
-              {"secondsLeft", nullptr},
-              {"retries", progress.retries()}};
-    if (const auto rate = progress.bytesPerSecond()) json["bytesPerSecond"] = *rate;
-    if (const auto left = progress.timeLeft()) json["secondsLeft"] = std::chrono::duration<double>(*left).count();
-    return json;
+    const auto rate = progress.bytesPerSecond();
+    const auto left = progress.timeLeft();
+    return Json::object({{"event", "progress"},
+                         {"section", progress.name()},
+                         {"sectionNumber", progress.section()},
+                         {"sections", progress.sectionCount()},
+                         {"percent", progress.percent()},
+                         {"bytes", progress.bytes()},
+                         {"bytesPerSecond", rate ? Json(*rate) : Json()},
+                         {"secondsLeft", left ? Json(std::chrono::duration<double>(*left).count()) : Json()},
+                         {"retries", progress.retries()}});
 }
 
-Json noteOf(std::string_view sentence) { return {{"event", "note"}, {"text", sentence}}; }
+Json noteOf(std::string_view sentence) { return Json::object({{"event", "note"}, {"text", sentence}}); }
 
 Json resultOf(std::string_view command, ExitCode code, std::string_view sentence) {
-    return {{"command", command}, {"exitCode", static_cast<int>(code)}, {"text", sentence}};
+    return Json::object({{"command", command}, {"exitCode", static_cast<int>(code)}, {"text", sentence}});
 }
-
-std::string textOf(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n"; }
-
-std::string lineOf(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
 }  // namespace
 
 TransferReport::TransferReport(Terminal& terminal, Style style, Consent consent)
     : terminal_(terminal), style_(style), consent_(consent) {
     if (style_ == Style::Words) return;
-    terminal.tellLossesBy([&terminal](std::string_view sentence) { terminal.say(lineOf(noteOf(sentence))); });
+    terminal.tellLossesBy([&terminal](std::string_view sentence) { terminal.say(noteOf(sentence).line()); });
 }
 
-void TransferReport::sayJson(const Json& json) { terminal_.say(lineOf(json)); }
+void TransferReport::sayJson(const Json& json) { terminal_.say(json.line()); }
 
 void TransferReport::say(const std::string& sentence) {
     if (style_ == Style::Words) return terminal_.say(sentence);
@@ -69,7 +61,7 @@ void TransferReport::say(const std::string& sentence) {
 
 void TransferReport::trace(const std::string& line) {
     if (style_ == Style::Words) return terminal_.say(line);
-    sayJson({{"event", "trace"}, {"text", line}});
+    sayJson(Json::object({{"event", "trace"}, {"text", line}}));
 }
 
 Answer TransferReport::ask(const Notice& notice) {
@@ -82,7 +74,7 @@ Answer TransferReport::tellAndAnswer(const Notice& notice) {
     if (isSilent_()) return notice.buttons == Buttons::YesNo ? Answer::No : Answer::Ok;
     if (isPassedOver_(notice)) return notice.buttons == Buttons::YesNo ? Answer::Yes : Answer::Ok;
     if (style_ == Style::Json) {
-        sayJson({{"event", "message"}, {"title", notice.title}, {"text", notice.text}});
+        sayJson(Json::object({{"event", "message"}, {"title", notice.title}, {"text", notice.text}}));
     } else {
         terminal_.say(notice.title == kUsualTitle ? notice.text : notice.title + ": " + notice.text);
     }
@@ -118,12 +110,12 @@ void TransferReport::end(std::string_view command, const Ending& ending) {
     terminal_.endWith(ending.code);
     if (style_ == Style::Words) return terminal_.say(ending.sentence);
     Json json = resultOf(command, terminal_.withLoss(ending.code), ending.sentence);
-    ending.addFacts(json);
-    terminal_.write(textOf(json));
+    json.add(ending.facts);
+    terminal_.write(json.text());
 }
 
 void tellMisunderstood(Terminal& terminal, std::string_view command, std::string_view sentence) {
-    terminal.write(textOf(resultOf(command, ExitCode::Usage, sentence)));
+    terminal.write(resultOf(command, ExitCode::Usage, sentence).text());
 }
 
 void TransferReport::run(std::string_view command, const std::function<Ending()>& body) {

@@ -4,12 +4,12 @@
 #pragma once
 
 #include <functional>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "Terminal.h"
+#include "json/Json.h"
 #include "platform/MessageBox.h"
 
 namespace qrv {
@@ -47,7 +47,7 @@ class TransferReport final : public MessageBox {
     struct Ending {
         ExitCode code = ExitCode::Done;
         std::string sentence;
-        std::function<void(nlohmann::ordered_json& json)> addFacts = [](nlohmann::ordered_json&) {};
+        Json facts = Json::object();  ///< members for the JSON object
     };
     void run(std::string_view command, const std::function<Ending()>& body);
 
@@ -63,7 +63,7 @@ class TransferReport final : public MessageBox {
     [[nodiscard]] Answer tellAndAnswer(const Notice& notice);
     [[nodiscard]] Answer answerTo(const Notice& notice);
     void end(std::string_view command, const Ending& ending);
-    void sayJson(const nlohmann::ordered_json& json);
+    void sayJson(const Json& json);
 
     Terminal& terminal_;
     Style style_;

@@ -1,7 +1,6 @@
 // A controller's configuration into a file, new or there.
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
@@ -14,8 +13,6 @@
 namespace qrv {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// The file that is there, if one is. Ends the command where it may not be uploaded into.
 std::optional<FileIdentity> targetOf(const TransferOptions& options) {
@@ -63,17 +60,14 @@ TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options
     const bool isWhole = failed == 0 && foreign.empty() && repeated.empty();
     return {.code = isWhole ? ExitCode::Done : ExitCode::Findings,
             .sentence = sentence,
-            .addFacts = [&options, line = session.link().lineName(), log = run.logFile(), bytes = progress.bytes(),
-                         retries = progress.retries(), failed, foreign, repeated](Json& json) {
-                json["file"] = options.file;
-                json["line"] = line;
-                json["bytes"] = bytes;
-                json["retries"] = retries;
-                json["failedReads"] = failed;
-                json["foreignBlocks"] = foreign;
-                json["repeatedStrings"] = jsonOf(repeated);
-                json["log"] = log;
-            }};
+            .facts = Json::object({{"file", options.file},
+                                   {"line", session.link().lineName()},
+                                   {"bytes", progress.bytes()},
+                                   {"retries", progress.retries()},
+                                   {"failedReads", failed},
+                                   {"foreignBlocks", Json::array(foreign, [](std::int16_t block) { return block; })},
+                                   {"repeatedStrings", jsonOf(repeated)},
+                                   {"log", run.logFile()}})};
 }
 
 }  // namespace

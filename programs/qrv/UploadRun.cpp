@@ -1,7 +1,6 @@
 #include "UploadRun.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "link/TransferWords.h"
 #include "link/UploadSections.h"
@@ -12,12 +11,10 @@ namespace qrv {
 
 std::vector<std::string> uploadSections() { return availableWords(kUploadSections); }
 
-nlohmann::ordered_json jsonOf(const std::vector<RepeatedString>& strings) {
-    auto list = nlohmann::ordered_json::array();
-    for (const RepeatedString& repeated : strings) {
-        list.push_back({{"block", repeated.block}, {"offset", repeated.offset}});
-    }
-    return list;
+Json jsonOf(const std::vector<RepeatedString>& strings) {
+    return Json::array(strings, [](const RepeatedString& repeated) {
+        return Json::object({{"block", repeated.block}, {"offset", repeated.offset}});
+    });
 }
 
 UploadRun::UploadRun(TransferSession& session, TransferReport& report, const std::vector<std::string>& logFolders)

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "TransferSession.h"
+#include "json/Json.h"
 #include "link/frmUpload.h"
 
 namespace qrv {
@@ -14,7 +14,7 @@ namespace qrv {
 /// The words of the sections that can be uploaded.
 [[nodiscard]] std::vector<std::string> uploadSections();
 /// An array of objects.
-[[nodiscard]] nlohmann::ordered_json jsonOf(const std::vector<RepeatedString>& strings);
+[[nodiscard]] Json jsonOf(const std::vector<RepeatedString>& strings);
 
 class UploadRun {
  public:

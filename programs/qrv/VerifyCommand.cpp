@@ -1,7 +1,6 @@
 // Is a controller as a file says? Reads it back and compares all that a controller holds; nothing is written to it.
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -14,8 +13,6 @@
 namespace qrv {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// All that differs: in the rows of tables, and in what no table has.
 struct VerifyResult {
@@ -49,11 +46,9 @@ std::string textOf(const VerifyResult& result, DifferenceNotes& notes) {
 }
 
 Json jsonOf(const std::vector<BlockTableFault>& faults) {
-    Json list = Json::array();
-    for (const BlockTableFault& fault : faults) {
-        list.push_back({{"block", fault.block}, {"field", fault.field}, {"a", fault.wanted}, {"b", fault.found}});
-    }
-    return list;
+    return Json::array(faults, [](const BlockTableFault& fault) {
+        return Json::object({{"block", fault.block}, {"field", fault.field}, {"a", fault.wanted}, {"b", fault.found}});
+    });
 }
 
 /// Reads the controller's program into a configuration that nobody keeps. Ends the command where not all of it came.
@@ -85,14 +80,15 @@ TransferReport::Ending verify(Terminal& terminal, const TransferOptions& options
                               .repeatedStrings = run.findings().repeatedStrings};
     DifferenceNotes notes(file, found, catalogue);
     if (!options.json) terminal.write(textOf(result, notes));
-    Json facts{{"a", options.file}, {"b", session.link().lineName()}, {"equal", result.count() == 0}};
-    facts["notHeld"] = result.held.notHeld;
-    facts["differences"] = jsonOf(result.held.differing, notes);
-    facts["blockTable"] = jsonOf(result.blockTable);
-    facts["repeatedStrings"] = jsonOf(result.repeatedStrings);
     return {.code = result.count() == 0 ? ExitCode::Done : ExitCode::Findings,
             .sentence = sentenceOf(result),
-            .addFacts = [facts](Json& json) { json.update(facts); }};
+            .facts = Json::object({{"a", options.file},
+                                   {"b", session.link().lineName()},
+                                   {"equal", result.count() == 0},
+                                   {"notHeld", result.held.notHeld},
+                                   {"differences", jsonOf(result.held.differing, notes)},
+                                   {"blockTable", jsonOf(result.blockTable)},
+                                   {"repeatedStrings", jsonOf(result.repeatedStrings)}})};
 }
 
 }  // namespace

@@ -5,13 +5,13 @@
 #include <exception>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "ControllerServer.h"
 #include "PortMapping.h"
+#include "json/Json.h"
 #include "link/sim/SimMemoryFile.h"
 #include "link/sim/SimulatedController.h"
 #include "platform/Clock.h"
@@ -116,10 +116,10 @@ bool attachMemory(SimulatedController& controller, const std::string& path) {
 
 void announce(const Options& options, const PseudoTerminal& terminal, const SimulatedController& controller) {
     if (options.isJson) {
-        nlohmann::ordered_json line{{"device", terminal.path()}};
-        if (!options.map.empty()) line["port"] = "COM" + std::to_string(*PortMapping::numberOf(options.map));
-        line["version"] = controller.setup().versionText;
-        std::cout << line.dump() << std::endl;
+        Json line = Json::object({{"device", terminal.path()}});
+        if (!options.map.empty()) line.add("port", "COM" + std::to_string(*PortMapping::numberOf(options.map)));
+        line.add("version", controller.setup().versionText);
+        std::cout << line.line() << std::endl;
         return;
     }
     std::cout << "Device " << terminal.path() << '\n';
