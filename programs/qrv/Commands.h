@@ -1,33 +1,36 @@
-// The commands of `qrv`, one file for each subject. Each adds its subcommands to the command line, with what they do as
-// their callback. A callback ends a failure with CommandFailure; a RunTimeError that leaves it counts as one of the
-// file.
+// The commands of `qrv`, one file for each subject. A command ends a failure with CommandFailure; a RunTimeError that
+// leaves it counts as one of the file.
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include <string>
+
+#include "Options.h"
 
 namespace qrv {
 
 class Terminal;
 
-/// new, info, backups, dump, load
-void addFileCommands(CLI::App& app, Terminal& terminal);
-/// compare
-void addCompareCommand(CLI::App& app, Terminal& terminal);
-/// function
-void addFunctionCommand(CLI::App& app, Terminal& terminal);
-/// ports, poll, version, read-block, read
-void addLinkCommands(CLI::App& app, Terminal& terminal);
+void makeNew(Terminal& terminal, const FileOptions& options);
+void showInfo(Terminal& terminal, const FileOptions& options);
+void listBackups(Terminal& terminal);
+void dump(Terminal& terminal, const FileOptions& options);
+void load(Terminal& terminal, const FileOptions& options);
 
-/// watch
-void addWatchCommand(CLI::App& app, Terminal& terminal);
+void compare(Terminal& terminal, const CompareOptions& options);
 
-/// download
-void addDownloadCommand(CLI::App& app, Terminal& terminal);
-/// upload
-void addUploadCommand(CLI::App& app, Terminal& terminal);
-/// verify
-void addVerifyCommand(CLI::App& app, Terminal& terminal);
+/// @param numberOrName  empty for the list of all functions
+void showFunction(Terminal& terminal, const std::string& numberOrName);
+
+void showPorts(Terminal& terminal, const PortsOptions& options);
+void pollController(Terminal& terminal, const LineOptions& options);
+void showVersion(Terminal& terminal, const LineOptions& options);
+void readBlock(Terminal& terminal, const ReadBlockOptions& options);
+void readSection(Terminal& terminal, const ReadOptions& options);
+
+void watch(Terminal& terminal, const WatchOptions& options);
+
+void download(Terminal& terminal, const TransferOptions& options);
+void upload(Terminal& terminal, const TransferOptions& options);
+void verify(Terminal& terminal, const TransferOptions& options);
 
 }  // namespace qrv

@@ -1,7 +1,5 @@
 // A configuration into a controller: the forms of the desktop, driven from the command line.
-#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -165,20 +163,11 @@ class DownloadRun {
     frmDownload form_;
 };
 
-void download(Terminal& terminal, const TransferOptions& options) {
-    TransferReport report = options.reportOn(terminal);
-    report.run("download", [&] { return DownloadRun(terminal, options, report).run(); });
-}
-
 }  // namespace
 
-void addDownloadCommand(CLI::App& app, Terminal& terminal) {
-    const auto options = std::make_shared<TransferOptions>();
-    CLI::App* sub = app.add_subcommand("download", "Write a configuration into a controller");
-    addTransferOptions(*sub, *options, "The configuration", availableWords(kDownloadSections));
-    sub->add_flag("--yes", options->yes, "Go on behind the warning without asking");
-    sub->add_flag("--dry-run", options->dryRun, "Write nothing: only list the sections that would go");
-    sub->callback([options, &terminal] { download(terminal, *options); });
+void download(Terminal& terminal, const TransferOptions& options) {
+    TransferReport report = reportOn(terminal, options);
+    report.run("download", [&] { return DownloadRun(terminal, options, report).run(); });
 }
 
 }  // namespace qrv

@@ -1,9 +1,8 @@
 // Configuration files: made, described, turned into text and made from text.
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <array>
-#include <memory>
+#include <string>
 #include <vector>
 
 #include "Commands.h"
@@ -37,11 +36,6 @@ void make(Terminal& terminal, const std::string& path, const ConfigurationConten
         throw;
     }
     terminal.say(path + " made.");
-}
-
-void makeNew(Terminal& terminal, const std::string& path, Overwrite overwrite) {
-    checkOutput(path, overwrite);
-    make(terminal, path, contentOfNewFile(), overwrite);
 }
 
 // --- info ---
@@ -121,33 +115,7 @@ std::string infoJson(const InfoSubject& subject) {
     return json.text();
 }
 
-void showInfo(Terminal& terminal, const std::string& path, bool asJson) {
-    Session session(terminal);
-    InfoSubject subject{.path = path, .isReadOnly = false, .catalogueVersion = {}, .summary = {}};
-    const ConfigurationContent content = session.file().contentOf(path);
-    subject.isReadOnly = session.bench().IsReadOnlyFile;
-    subject.catalogueVersion = session.bench().db.Version();
-    subject.summary = summaryOf(content, session.bench().db);
-    terminal.write(asJson ? infoJson(subject) : infoText(subject));
-}
-
-// --- the others ---
-
-void listBackups(Terminal& terminal) {
-    const std::vector<Backup> backups = backupsIn(findProgramPlaces().backups);
-    for (const Backup& backup : backups) {
-        const std::string origin = backup.original.empty() ? "an unknown file" : backup.original;
-        terminal.write(backup.time + "  " + backup.path + "  of " + origin + "\n");
-    }
-    if (backups.empty()) terminal.say("No copies of unsaved work are kept.");
-}
-
-void dump(Terminal& terminal, const std::string& path) {
-    Session session(terminal);
-    const ConfigurationContent content = session.file().contentOf(path);
-    ContentNotes notes(content, session.bench().db);
-    terminal.write(textFormOf(content, notes));
-}
+// --- text ---
 
 std::string readStandardInput() {
     std::string text;
@@ -169,56 +137,45 @@ std::string readText(const std::string& path) {
     return std::move(content.bytes);
 }
 
-void load(Terminal& terminal, const std::string& textPath, const std::string& path, Overwrite overwrite) {
-    checkOutput(path, overwrite);
-    const TextFormResult result =
-        readTextForm(readText(textPath), textPath == kStandardInput ? "standard input" : textPath);
-    if (!result.content) throw CommandFailure(ExitCode::File, result.refusal);
-    make(terminal, path, *result.content, overwrite);
-}
-
 }  // namespace
 
-void addFileCommands(CLI::App& app, Terminal& terminal) {
-    struct Given {
-        std::string file;
-        std::string text;
-        bool force = false;
-        bool json = false;
-        [[nodiscard]] Overwrite overwrite() const { return force ? Overwrite::Allow : Overwrite::Refuse; }
-    };
-    const auto given = std::make_shared<Given>();
-    const auto command = [&](const char* name, const char* what) { return app.add_subcommand(name, what); };
-    const auto addFile = [given](CLI::App* sub, const char* what) {
-        sub->add_option("FILE", given->file, what)->required();
-    };
-    const auto addForce = [given](CLI::App* sub) {
-        sub->add_flag("--force", given->force, "Overwrite a file that exists");
-    };
+void makeNew(Terminal& terminal, const FileOptions& options) {
+    checkOutput(options.file, options.overwrite());
+    make(terminal, options.file, contentOfNewFile(), options.overwrite());
+}
 
-    CLI::App* sub = command("new", "Make a new configuration, as the desktop's New does");
-    addFile(sub, "The configuration to make");
-    addForce(sub);
-    sub->callback([given, &terminal] { makeNew(terminal, given->file, given->overwrite()); });
+void showInfo(Terminal& terminal, const FileOptions& options) {
+    Session session(terminal);
+    InfoSubject subject{.path = options.file, .isReadOnly = false, .catalogueVersion = {}, .summary = {}};
+    const ConfigurationContent content = session.file().contentOf(options.file);
+    subject.isReadOnly = session.bench().IsReadOnlyFile;
+    subject.catalogueVersion = session.bench().db.Version();
+    subject.summary = summaryOf(content, session.bench().db);
+    terminal.write(options.json ? infoJson(subject) : infoText(subject));
+}
 
-    sub = command("info", "Tell what a configuration holds and how full it is");
-    addFile(sub, "The configuration");
-    sub->add_flag("--json", given->json, "As one JSON object");
-    sub->callback([given, &terminal] { showInfo(terminal, given->file, given->json); });
+void listBackups(Terminal& terminal) {
+    const std::vector<Backup> backups = backupsIn(findProgramPlaces().backups);
+    for (const Backup& backup : backups) {
+        const std::string origin = backup.original.empty() ? "an unknown file" : backup.original;
+        terminal.write(backup.time + "  " + backup.path + "  of " + origin + "\n");
+    }
+    if (backups.empty()) terminal.say("No copies of unsaved work are kept.");
+}
 
-    sub = command("backups", "List the copies of work that could not be saved");
-    sub->callback([&terminal] { listBackups(terminal); });
+void dump(Terminal& terminal, const FileOptions& options) {
+    Session session(terminal);
+    const ConfigurationContent content = session.file().contentOf(options.file);
+    ContentNotes notes(content, session.bench().db);
+    terminal.write(textFormOf(content, notes));
+}
 
-    sub = command("dump",
-                  "Write a configuration as text: a record a line, names beside numbers, fit for version control");
-    addFile(sub, "The configuration");
-    sub->callback([given, &terminal] { dump(terminal, given->file); });
-
-    sub = command("load", "Make a configuration from the text of a dump, whole or not at all");
-    sub->add_option("TEXT", given->text, "The text; - for the standard input")->required();
-    addFile(sub, "The configuration to make");
-    addForce(sub);
-    sub->callback([given, &terminal] { load(terminal, given->text, given->file, given->overwrite()); });
+void load(Terminal& terminal, const FileOptions& options) {
+    checkOutput(options.file, options.overwrite());
+    const TextFormResult result =
+        readTextForm(readText(options.text), options.text == kStandardInput ? "standard input" : options.text);
+    if (!result.content) throw CommandFailure(ExitCode::File, result.refusal);
+    make(terminal, options.file, *result.content, options.overwrite());
 }
 
 }  // namespace qrv

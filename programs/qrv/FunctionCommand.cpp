@@ -1,6 +1,6 @@
 // The functions of the controller, as the catalogue defines them.
-#include <CLI/CLI.hpp>
-#include <memory>
+#include <optional>
+#include <string>
 
 #include "Commands.h"
 #include "Terminal.h"
@@ -21,6 +21,8 @@ std::string pagesBeside(const std::string& catalogueFolder) {
     return content.bytes;
 }
 
+}  // namespace
+
 void showFunction(Terminal& terminal, const std::string& numberOrName) {
     const std::string pages = pagesBeside(findProgramPlaces().catalogue);
     if (numberOrName.empty()) {
@@ -30,15 +32,6 @@ void showFunction(Terminal& terminal, const std::string& numberOrName) {
     const std::optional<std::string> page = functionPage(pages, numberOrName);
     if (!page) throw CommandFailure(ExitCode::Usage, "There is no function " + numberOrName + ".");
     terminal.write(*page);
-}
-
-}  // namespace
-
-void addFunctionCommand(CLI::App& app, Terminal& terminal) {
-    const auto wanted = std::make_shared<std::string>();
-    CLI::App* sub = app.add_subcommand("function", "Show what a function does, or without one the list of all");
-    sub->add_option("FUNCTION", *wanted, "Its name, in any case, or its number");
-    sub->callback([wanted, &terminal] { showFunction(terminal, *wanted); });
 }
 
 }  // namespace qrv

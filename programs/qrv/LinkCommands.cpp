@@ -1,8 +1,8 @@
 // Serial ports, and single exchanges with a controller.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <memory>
+#include <span>
+#include <string>
 
 #include "Commands.h"
 #include "LinkSession.h"
@@ -21,12 +21,6 @@ namespace qrv {
 namespace {
 
 // --- ports ---
-
-struct PortsOptions {
-    bool asJson = false;
-    std::string map;
-    std::string unmap;
-};
 
 std::int16_t portNumberOf(const std::string& name) {
     const auto number = SerialPorts::numberOf(name);
@@ -64,36 +58,7 @@ Json jsonOf(const SerialPortEntry& entry) {
                          {"serialNumber", entry.serialNumber}});
 }
 
-void showPorts(Terminal& terminal, const PortsOptions& options) {
-    FileSettings settings(settingsFile(systemEnvironment));
-    SerialPorts ports(settings);
-    if (!options.map.empty()) mapPort(ports, options.map);
-    if (!options.unmap.empty()) unmapPort(ports, options.unmap);
-    const auto entries = ports.entries();
-    if (const FileResult& fault = settings.fault()) throw CommandFailure(ExitCode::File, fault->text);
-    if (options.asJson) {
-        terminal.write(Json::array(entries, jsonOf).text());
-        return;
-    }
-    if (entries.empty()) terminal.say("No serial port is there. One is given a number by qrv ports --map COM7=DEVICE.");
-    for (const SerialPortEntry& entry : entries) terminal.write(portLine(entry));
-}
-
 // --- a controller ---
-
-void poll(Terminal& terminal, const LineOptions& options) {
-    LinkSession session(terminal, options);
-    session.connect();
-    terminal.write("A controller answers on " + session.lineName() + ".\n");
-}
-
-void version(Terminal& terminal, const LineOptions& options) {
-    LinkSession session(terminal, options);
-    session.connect();
-    std::string text;
-    session.exchange([&](frmComm& comm) { comm.get_version(text); });
-    terminal.write(toUtf8(inOneLine(text)) + "\n");
-}
 
 BlockRecord blockRecord(LinkSession& session, std::int16_t block) {
     constexpr std::int16_t kRecordsPerRead = 15;
@@ -104,9 +69,47 @@ BlockRecord blockRecord(LinkSession& session, std::int16_t block) {
     return blockRecordOf(std::span(data).subspan(start).first<kBlockRecordLength>());
 }
 
-void readBlock(Terminal& terminal, const LineOptions& options, std::int16_t block) {
-    constexpr auto kAnalog = static_cast<std::uint8_t>(OutputKind::Analog);
+std::string hexLine(std::size_t offset, std::span<const std::uint8_t> bytes) {
+    std::string line;
+    for (int shift = 12; shift >= 0; shift -= 4) line += kHexDigits[(offset >> shift) & 15];
+    return line + ' ' + hexPairs(bytes) + "\n";
+}
+
+}  // namespace
+
+void showPorts(Terminal& terminal, const PortsOptions& options) {
+    FileSettings settings(settingsFile(systemEnvironment));
+    SerialPorts ports(settings);
+    if (!options.map.empty()) mapPort(ports, options.map);
+    if (!options.unmap.empty()) unmapPort(ports, options.unmap);
+    const auto entries = ports.entries();
+    if (const FileResult& fault = settings.fault()) throw CommandFailure(ExitCode::File, fault->text);
+    if (options.json) {
+        terminal.write(Json::array(entries, jsonOf).text());
+        return;
+    }
+    if (entries.empty()) terminal.say("No serial port is there. One is given a number by qrv ports --map COM7=DEVICE.");
+    for (const SerialPortEntry& entry : entries) terminal.write(portLine(entry));
+}
+
+void pollController(Terminal& terminal, const LineOptions& options) {
     LinkSession session(terminal, options);
+    session.connect();
+    terminal.write("A controller answers on " + session.lineName() + ".\n");
+}
+
+void showVersion(Terminal& terminal, const LineOptions& options) {
+    LinkSession session(terminal, options);
+    session.connect();
+    std::string text;
+    session.exchange([&](frmComm& comm) { comm.get_version(text); });
+    terminal.write(toUtf8(inOneLine(text)) + "\n");
+}
+
+void readBlock(Terminal& terminal, const ReadBlockOptions& options) {
+    constexpr auto kAnalog = static_cast<std::uint8_t>(OutputKind::Analog);
+    const std::int16_t block = options.block;
+    LinkSession session(terminal, options.line);
     session.connect();
     const BlockRecord record = blockRecord(session, block);
     if (record.function == kNop) {
@@ -120,21 +123,9 @@ void readBlock(Terminal& terminal, const LineOptions& options, std::int16_t bloc
     terminal.write(outputText(kind, value) + "\n");
 }
 
-std::string hexLine(std::size_t offset, std::span<const std::uint8_t> bytes) {
-    std::string line;
-    for (int shift = 12; shift >= 0; shift -= 4) line += kHexDigits[(offset >> shift) & 15];
-    return line + ' ' + hexPairs(bytes) + "\n";
-}
-
-struct ReadOptions {
-    int section = 0;
-    int offset = 0;
-    int count = 0;
-};
-
-void readSection(Terminal& terminal, const LineOptions& line, const ReadOptions& options) {
+void readSection(Terminal& terminal, const ReadOptions& options) {
     constexpr std::size_t kBytesPerLine = 16;
-    LinkSession session(terminal, line);
+    LinkSession session(terminal, options.line);
     session.connect();
     const auto data = session.read(static_cast<std::uint8_t>(options.section), static_cast<std::int16_t>(options.count),
                                    options.offset);
@@ -142,58 +133,6 @@ void readSection(Terminal& terminal, const LineOptions& line, const ReadOptions&
         const auto bytes = std::span(data).subspan(start, std::min(kBytesPerLine, data.size() - start));
         terminal.write(hexLine(static_cast<std::size_t>(options.offset) + start, bytes));
     }
-}
-
-// --- the command line ---
-
-void addPorts(CLI::App& app, Terminal& terminal) {
-    const auto options = std::make_shared<PortsOptions>();
-    CLI::App* sub = app.add_subcommand("ports", "List the serial ports and the devices that they stand for");
-    sub->add_flag("--json", options->asJson, "As JSON");
-    sub->add_option("--map", options->map, "Give a port number a device: COM7=/dev/pts/3");
-    sub->add_option("--unmap", options->unmap, "Take the device of a port number away: COM7");
-    sub->callback([options, &terminal] { showPorts(terminal, *options); });
-}
-
-/// A command that needs a line and no more.
-void addLineCommand(CLI::App& app, Terminal& terminal, const char* name, const char* what,
-                    void (*run)(Terminal&, const LineOptions&)) {
-    const auto options = std::make_shared<LineOptions>();
-    CLI::App* sub = app.add_subcommand(name, what);
-    addLineOptions(*sub, *options);
-    sub->callback([options, run, &terminal] { run(terminal, *options); });
-}
-
-void addReadBlock(CLI::App& app, Terminal& terminal) {
-    const auto options = std::make_shared<LineOptions>();
-    const auto block = std::make_shared<std::int16_t>();
-    CLI::App* sub = app.add_subcommand("read-block", "Read the output of a block from a controller");
-    sub->add_option("BLOCK", *block, "Its number, 0 to 704")->required()->check(CLI::Range(0, int{kLastBlock}));
-    addLineOptions(*sub, *options);
-    sub->callback([options, block, &terminal] { readBlock(terminal, *options, *block); });
-}
-
-void addRead(CLI::App& app, Terminal& terminal) {
-    const auto line = std::make_shared<LineOptions>();
-    const auto options = std::make_shared<ReadOptions>();
-    CLI::App* sub = app.add_subcommand("read", "Read bytes of a controller's memory and show them in hexadecimal");
-    sub->add_option("SECTION", options->section, "Section number")->required()->check(CLI::Range(0, 255));
-    sub->add_option("OFFSET", options->offset, "Offset of the first byte")->required()->check(CLI::Range(0, 65535));
-    sub->add_option("COUNT", options->count, "Number of bytes, 1 to 255")
-        ->required()
-        ->check(CLI::Range(1, int{kMostData}));
-    addLineOptions(*sub, *line);
-    sub->callback([line, options, &terminal] { readSection(terminal, *line, *options); });
-}
-
-}  // namespace
-
-void addLinkCommands(CLI::App& app, Terminal& terminal) {
-    addPorts(app, terminal);
-    addLineCommand(app, terminal, "poll", "Ask whether a controller is there", poll);
-    addLineCommand(app, terminal, "version", "Read the version text of a controller's firmware", version);
-    addReadBlock(app, terminal);
-    addRead(app, terminal);
 }
 
 }  // namespace qrv

@@ -1,6 +1,5 @@
 #include "LinkSession.h"
 
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <string>
 #include <vector>
@@ -28,18 +27,6 @@ Platform withBox(Platform services, MessageBox& box) {
 }
 
 }  // namespace
-
-void addLineOptions(CLI::App& command, LineOptions& options) {
-    command.add_option("--port", options.port,
-                       "Serial port, as COM7 or as a device path; else the one of the settings");
-    std::vector<std::string> rates;
-    rates.reserve(kBaudRates.size());
-    for (const BaudRate& rate : kBaudRates) rates.emplace_back(rate.baud_rate);
-    command.add_option("--baud", options.baud, "Bits a second")->check(CLI::IsMember(rates));
-    command.add_option("--parity", options.parity, "O for odd, E for even, N for none")
-        ->transform(CLI::IsMember({"O", "E", "N"}, CLI::ignore_case));
-    command.add_option("--trace", options.trace, "Append every frame, both ways, to this file; - for standard error");
-}
 
 LinkSession::LinkSession(Terminal& terminal, const LineOptions& options, TransferReport* report)
     : terminal_(terminal),

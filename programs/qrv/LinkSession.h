@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Options.h"
 #include "TerminalPlatform.h"
 #include "TransferReport.h"
 #include "link/FrameTrace.h"
@@ -16,22 +17,7 @@
 #include "link/frmComm.h"
 #include "store/Workbench.h"
 
-namespace CLI {
-class App;
-}
-
 namespace qrv {
-
-/// The options that name a line. Empty: as in the user's settings.
-struct LineOptions {
-    std::string port;    ///< "COM7" or a device path
-    std::string baud;    ///< bits a second
-    std::string parity;  ///< O, E or N
-    std::string trace;   ///< file that takes every frame; "-" for the standard error
-};
-
-/// Adds --port, --baud, --parity and --trace.
-void addLineOptions(CLI::App& command, LineOptions& options);
 
 /// Keeps the words of a box and shows none: here the cause is told instead, with its cure.
 class UnshownBox final : public MessageBox {

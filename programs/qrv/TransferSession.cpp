@@ -1,6 +1,5 @@
 #include "TransferSession.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
 
@@ -9,23 +8,10 @@
 
 namespace qrv {
 
-namespace {
-
 std::string withCommas(const std::vector<std::string>& words) {
     std::string text;
     for (const std::string& word : words) text += (text.empty() ? "" : ", ") + word;
     return text;
-}
-
-}  // namespace
-
-void addTransferOptions(CLI::App& command, TransferOptions& options, const char* file,
-                        const std::vector<std::string>& known) {
-    command.add_option("FILE", options.file, file)->required();
-    addLineOptions(command, options.line);
-    command.add_option("--sections", options.sections,
-                       "Only these, with commas between: " + withCommas(known) + "; else all of them");
-    command.add_flag("--json", options.json, "Progress as lines of JSON, the result as one JSON object");
 }
 
 std::vector<std::string> sectionsNamed(const std::string& option, const std::vector<std::string>& known) {
@@ -40,6 +26,11 @@ std::vector<std::string> sectionsNamed(const std::string& option, const std::vec
         named.push_back(word);
     }
     return named;
+}
+
+TransferReport reportOn(Terminal& terminal, const TransferOptions& options) {
+    return {terminal, options.json ? TransferReport::Style::Json : TransferReport::Style::Words,
+            options.yes ? Consent::Given : Consent::Asked};
 }
 
 TransferSession::TransferSession(Terminal& terminal, const LineOptions& options, TransferReport& report)

@@ -7,36 +7,18 @@
 
 #include "LinkSession.h"
 #include "OpenFile.h"
+#include "Options.h"
 #include "TransferReport.h"
 #include "blocks/frmGeneral.h"
 #include "link/TransferWindow.h"
 
-namespace CLI {
-class App;
-}
-
 namespace qrv {
 
-/// The options that these commands share.
-struct TransferOptions {
-    LineOptions line;
-    std::string file;
-    std::string sections;  ///< words with commas between; all where empty
-    bool yes = false;
-    bool json = false;
-    bool force = false;
-    bool dryRun = false;
+/// What these commands tell by.
+[[nodiscard]] TransferReport reportOn(Terminal& terminal, const TransferOptions& options);
 
-    [[nodiscard]] TransferReport reportOn(Terminal& terminal) const {
-        return {terminal, json ? TransferReport::Style::Json : TransferReport::Style::Words,
-                yes ? Consent::Given : Consent::Asked};
-    }
-};
-
-/// Adds FILE, --sections, --json and those of the line.
-/// @param known  the words of the sections
-void addTransferOptions(CLI::App& command, TransferOptions& options, const char* file,
-                        const std::vector<std::string>& known);
+/// The words of sections, for a user to read.
+[[nodiscard]] std::string withCommas(const std::vector<std::string>& words);
 
 /// The sections that an option names; all that are known where it names none. Ends the command at an unknown word.
 [[nodiscard]] std::vector<std::string> sectionsNamed(const std::string& option, const std::vector<std::string>& known);

@@ -1,6 +1,4 @@
 // A controller's configuration into a file, new or there.
-#include <CLI/CLI.hpp>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -72,16 +70,9 @@ TransferReport::Ending upload(Terminal& terminal, const TransferOptions& options
 
 }  // namespace
 
-void addUploadCommand(CLI::App& app, Terminal& terminal) {
-    const auto options = std::make_shared<TransferOptions>();
-    CLI::App* sub = app.add_subcommand("upload", "Read a controller's configuration into a file");
-    addTransferOptions(*sub, *options, "The configuration, new or one that is there", uploadSections());
-    sub->add_flag("--force", options->force, "Upload into a file that exists; what isn't uploaded stays in it");
-    sub->add_flag("--yes", options->yes, "Overwrite what the file holds without asking");
-    sub->callback([options, &terminal] {
-        TransferReport report = options->reportOn(terminal);
-        report.run("upload", [&] { return upload(terminal, *options, report); });
-    });
+void upload(Terminal& terminal, const TransferOptions& options) {
+    TransferReport report = reportOn(terminal, options);
+    report.run("upload", [&] { return upload(terminal, options, report); });
 }
 
 }  // namespace qrv

@@ -1,6 +1,4 @@
 // Is a controller as a file says? Reads it back and compares all that a controller holds; nothing is written to it.
-#include <CLI/CLI.hpp>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -93,14 +91,9 @@ TransferReport::Ending verify(Terminal& terminal, const TransferOptions& options
 
 }  // namespace
 
-void addVerifyCommand(CLI::App& app, Terminal& terminal) {
-    const auto options = std::make_shared<TransferOptions>();
-    CLI::App* sub = app.add_subcommand("verify", "Compare a configuration with what a controller holds");
-    addTransferOptions(*sub, *options, "The configuration", uploadSections());
-    sub->callback([options, &terminal] {
-        TransferReport report = options->reportOn(terminal);
-        report.run("verify", [&] { return verify(terminal, *options, report); });
-    });
+void verify(Terminal& terminal, const TransferOptions& options) {
+    TransferReport report = reportOn(terminal, options);
+    report.run("verify", [&] { return verify(terminal, options, report); });
 }
 
 }  // namespace qrv

@@ -1,9 +1,7 @@
 // Block outputs of a running controller, row upon row, until enough of them have come or the user presses Ctrl+C.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,16 +19,6 @@
 namespace qrv {
 
 namespace {
-
-struct WatchOptions {
-    LineOptions line;
-    std::string file;
-    std::vector<std::int16_t> blocks;
-    std::string csv;
-    int interval = 1000;  ///< milliseconds
-    int count = 0;        ///< rows; 0 for no end
-    bool force = false;
-};
 
 /// A column of the table.
 struct Watched {
@@ -184,27 +172,10 @@ class Watch {
     std::vector<bool> isSilent_;
 };
 
-void watch(Terminal& terminal, const WatchOptions& options) {
-    Watch(terminal, options, watchedOf(terminal, options)).run();
-}
-
 }  // namespace
 
-void addWatchCommand(CLI::App& app, Terminal& terminal) {
-    const auto options = std::make_shared<WatchOptions>();
-    CLI::App* sub = app.add_subcommand("watch", "Show the outputs of blocks as they change, row upon row");
-    sub->add_option("FILE", options->file, "The configuration that the controller runs")->required();
-    sub->add_option("BLOCK", options->blocks, "Block numbers, 0 to 704")
-        ->required()
-        ->check(CLI::Range(0, int{kLastBlock}));
-    addLineOptions(*sub, options->line);
-    sub->add_option("--csv", options->csv, "Write the rows to this file; else they go to the standard output");
-    sub->add_flag("--force", options->force, "Overwrite a file that exists");
-    sub->add_option("--interval", options->interval, "Milliseconds from row to row, 1000 unless given")
-        ->check(CLI::Range(0, 86'400'000));
-    sub->add_option("--count", options->count, "End after so many rows; else Ctrl+C ends")
-        ->check(CLI::Range(1, 1'000'000'000));
-    sub->callback([options, &terminal] { watch(terminal, *options); });
+void watch(Terminal& terminal, const WatchOptions& options) {
+    Watch(terminal, options, watchedOf(terminal, options)).run();
 }
 
 }  // namespace qrv
