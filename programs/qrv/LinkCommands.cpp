@@ -49,7 +49,7 @@ std::string portLine(const SerialPortEntry& entry) {
     return line + "\n";
 }
 
-Json jsonOf(const SerialPortEntry& entry) {
+Json portJson(const SerialPortEntry& entry) {
     return Json::object({{"name", entry.name()},
                          {"path", entry.path},
                          {"present", entry.isPresent()},
@@ -85,7 +85,7 @@ void showPorts(Terminal& terminal, const PortsOptions& options) {
     const auto entries = ports.entries();
     if (const FileResult& fault = settings.fault()) throw CommandFailure(ExitCode::File, fault->text);
     if (options.json) {
-        terminal.write(Json::array(entries, jsonOf).text());
+        terminal.write(Json::array(entries, portJson).text());
         return;
     }
     if (entries.empty()) terminal.say("No serial port is there. One is given a number by qrv ports --map COM7=DEVICE.");
