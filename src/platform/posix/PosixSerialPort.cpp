@@ -65,9 +65,11 @@ bool PosixSerialPort::open(std::int16_t comPort, const std::string& settings) {
     path_ = pathOf_(comPort);
     name_ = "COM" + std::to_string(comPort);
     if (path_.empty()) {
-        return refuse(
-            SerialFault::Missing,
-            name_ + " stands for no device: plug the adapter in, or give the number a device in the port list.");
+        const std::string command = "qrv ports --map " + name_ + "=DEVICE";
+        return refuse(SerialFault::Missing, name_ +
+                                                " stands for no device: plug the adapter in, or give the number a "
+                                                "device in the port list (" +
+                                                command + ").");
     }
     name_ = naming_ == Naming::ByPath ? path_ : name_ + " (" + path_ + ")";
     const auto line = lineSettingsOf(settings);

@@ -202,7 +202,8 @@ TEST(PosixSerialPort, TellsANumberWithoutDevice) {
     EXPECT_FALSE(rig.port.open(5, kUsual));
     EXPECT_EQ(rig.port.fault(), SerialFault::Missing);
     EXPECT_EQ(rig.port.faultText(),
-              "COM5 stands for no device: plug the adapter in, or give the number a device in the port list.");
+              "COM5 stands for no device: plug the adapter in, or give the number a device in the port list "
+              "(qrv ports --map COM5=DEVICE).");
 }
 
 TEST(PosixSerialPort, TellsWhatIsNoTerminal) {
