@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -45,13 +46,18 @@ void Terminal::drawOver(std::string_view text) {
     isDrawnOver_ = true;
 }
 
-void Terminal::write(std::string_view data) {
-    if (!putAll(data, stdout)) writeFailed_ = true;
+void Terminal::write(std::string_view data) { keepFault(putAll(data, stdout)); }
+
+void Terminal::keepFault(bool isWhole) {
+    if (!isWhole && writeFault_ == 0) writeFault_ = errno;
 }
 
-void Terminal::flush() {
-    if (std::fflush(stdout) != 0) writeFailed_ = true;
-    if (writeFailed_) throw CommandFailure(ExitCode::File, kNotWhole);
+bool Terminal::isReaderGone() const { return writeFault_ == EPIPE; }
+
+bool Terminal::flush() {
+    keepFault(std::fflush(stdout) == 0);
+    if (writeFault_ != 0 && !isReaderGone()) throw CommandFailure(ExitCode::File, kNotWhole);
+    return writeFault_ == 0;
 }
 
 std::optional<std::string> Terminal::ask(std::string_view question) {
@@ -77,13 +83,14 @@ void Terminal::tellLoss(std::string_view sentence) {
 }
 
 ExitCode Terminal::withLoss(ExitCode code) const {
-    const bool isGood = code == ExitCode::Done || code == ExitCode::Findings;
-    return isLost_ && isGood ? ExitCode::File : code;
+    if (code != ExitCode::Done && code != ExitCode::Findings) return code;
+    if (isLost_) return ExitCode::File;
+    return isReaderGone() ? ExitCode::ReaderGone : code;
 }
 
 ExitCode Terminal::end() {
-    if (std::fflush(stdout) != 0) writeFailed_ = true;
-    if (writeFailed_) tellLoss(kNotWhole);
+    keepFault(std::fflush(stdout) == 0);
+    if (writeFault_ != 0 && !isReaderGone()) tellLoss(kNotWhole);
     return withLoss(exitCode_);
 }
 

@@ -20,8 +20,9 @@ enum class ExitCode : int {
     Usage = 2,
     File = 3,
     Link = 4,
-    Refused = 5,    ///< by the user, by a missing --force or --yes, or because the controller can't take it
-    Cancelled = 6,  ///< by Ctrl+C
+    Refused = 5,       ///< by the user, by a missing --force or --yes, or because the controller can't take it
+    Cancelled = 6,     ///< by Ctrl+C
+    ReaderGone = 141,  ///< nobody reads the output any more: what a shell makes of SIGPIPE
 };
 
 class RunTimeError;
@@ -56,9 +57,9 @@ class Terminal {
     void drawOver(std::string_view text);
     /// Data, UTF-8, as it is.
     void write(std::string_view data);
-    /// Hands over what was written so far: for data that is read as it comes. Ends the command where the standard
-    /// output doesn't take it.
-    void flush();
+    /// Hands over what was written so far: for data that is read as it comes. False where nobody reads it any more;
+    /// ends the command where the standard output doesn't take it.
+    [[nodiscard]] bool flush();
     /// What the user types after the question, without its line break; absent where nobody can answer.
     [[nodiscard]] std::optional<std::string> ask(std::string_view question);
     /// A question for Yes or No. Absent where nobody can answer; anything but a plain yes is No.
@@ -68,19 +69,23 @@ class Terminal {
     void endWith(ExitCode code) { exitCode_ = code; }
     /// Tells of output that is not whole: where nothing worse happens the program ends with File.
     void tellLoss(std::string_view sentence);
-    /// What `code` becomes by such a loss.
+    /// What `code` becomes by such a loss, or because nobody reads the output any more.
     [[nodiscard]] ExitCode withLoss(ExitCode code) const;
     /// From now on such a loss is told so; else as a line of words, "qrv: ...".
     void tellLossesBy(std::function<void(std::string_view sentence)> tell) { tell_ = std::move(tell); }
-    /// Hands over what was written, and gives the exit code: File where the standard output took not all of it.
+    /// Hands over what was written, and gives the exit code: File where the standard output took not all of it. That
+    /// its reader went away is no loss: who has seen enough is told nothing.
     [[nodiscard]] ExitCode end();
 
  private:
+    /// Keeps why the standard output first took not all of what it was given.
+    void keepFault(bool isWhole);
+    [[nodiscard]] bool isReaderGone() const;
     /// Words as they are, in the place of a line that was to be drawn over.
     void draw(std::string_view text);
 
     ExitCode exitCode_ = ExitCode::Done;
-    bool writeFailed_ = false;
+    int writeFault_ = 0;  ///< errno; 0: none
     bool isLost_ = false;
     std::function<void(std::string_view)> tell_ = [this](std::string_view sentence) {
         say("qrv: " + std::string(sentence));

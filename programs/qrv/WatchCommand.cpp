@@ -61,14 +61,15 @@ class RowSink {
         failUnlessGood();
     }
 
-    void put(const std::string& row) {
+    /// False where nobody reads the rows any more.
+    [[nodiscard]] bool put(const std::string& row) {
         if (path_.empty()) {
             terminal_.write(row + "\n");
-            terminal_.flush();
-            return;
+            return terminal_.flush();
         }
         file_ << row << '\n' << std::flush;
         failUnlessGood();
+        return true;
     }
 
  private:
@@ -111,15 +112,14 @@ class Watch {
     void run() {
         if (!connected()) return;
         RowSink sink(terminal_, options_);
-        sink.put(headerOf(columns_));
+        if (!sink.put(headerOf(columns_))) return;
         const Clock& clock = session_.bench().platform.clock;
         auto due = clock.now();
         for (int rows = 0; options_.count == 0 || rows < options_.count; ++rows) {
             waitUntil(due);
             const std::string row = nextRow();
             // A row that Ctrl+C cut short is none.
-            if (isCancelled()) return;
-            sink.put(row);
+            if (isCancelled() || !sink.put(row)) return;
             // A row that took longer than the interval is followed by the next at once, and none is made up for.
             due = std::max(due + std::chrono::milliseconds(options_.interval), clock.now());
         }

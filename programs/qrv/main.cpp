@@ -7,8 +7,14 @@
 
 int main(int argc, char** argv) {
     qrv::provideTemp();
-    // A reader that went away shows as output that can't be written, and the way out is the usual one.
-    std::signal(SIGPIPE, SIG_IGN);
+    // Where the output's reader goes away a command is left by the usual way, its work files cleared up, a transfer
+    // done; only then the program ends as the signal would have ended it.
+    auto* const atBrokenPipe = std::signal(SIGPIPE, SIG_IGN);
     qrv::Terminal terminal;
-    return static_cast<int>(qrv::runCommandLine(terminal, argc, argv));
+    const qrv::ExitCode code = qrv::runCommandLine(terminal, argc, argv);
+    if (code == qrv::ExitCode::ReaderGone) {
+        std::signal(SIGPIPE, atBrokenPipe);
+        std::raise(SIGPIPE);
+    }
+    return static_cast<int>(code);
 }

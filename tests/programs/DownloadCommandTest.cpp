@@ -294,6 +294,18 @@ TEST(qrvDownload, JsonHoldsForAnOutputThatTakesNoMore) {
               (nlohmann::json{{"event", "note"}, {"text", "the output could not be written whole."}}));
 }
 
+TEST(qrvDownload, AReaderThatWentAwayEndsItOnlyWhenItIsCommitted) {
+    TransferRun transfer;
+    transfer.live.start();
+    const PipeNobodyReads output;
+    const ProgramRun run = transfer.onLine("download plant.qrv --yes --json" + output.redirection());
+    EXPECT_EQ(run.exitCode, 141);
+    for (const auto& line : jsonLines(run.err)) EXPECT_NE(line["event"], "note") << line;
+    transfer.live.stop();
+    EXPECT_EQ(transfer.live.controller.counters().commits, 1U);
+    EXPECT_EQ(transfer.run("verify plant.qrv --json --port /dev/no-such-port" + output.redirection()).exitCode, 4);
+}
+
 TEST(qrvDownload, NoControllerHasTheToldWordsAndTheCause) {
     TransferRun transfer;
     const ProgramRun run = transfer.run("download plant.qrv --yes --port /dev/no-such-port");

@@ -1,7 +1,9 @@
 // Runs the built `qrv` as a user's shell would and keeps what it wrote. Its input is never a terminal.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <csignal>
@@ -44,6 +46,26 @@ class HangUpsTaken {
 
  private:
     void (*former_)(int) = std::signal(SIGHUP, SIG_DFL);
+};
+
+/// A pipe whose reader has gone away, as the output of a program.
+class PipeNobodyReads {
+ public:
+    PipeNobodyReads() {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe(ends.data()), 0);
+        EXPECT_EQ(::dup2(ends[1], kOutput), kOutput);
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    ~PipeNobodyReads() { ::close(kOutput); }
+    PipeNobodyReads(const PipeNobodyReads&) = delete;
+    PipeNobodyReads& operator=(const PipeNobodyReads&) = delete;
+
+    [[nodiscard]] std::string redirection() const { return " >&" + std::to_string(kOutput); }
+
+ private:
+    static constexpr int kOutput = 9;  // a shell's redirection takes one digit
 };
 
 class QrvProgram {

@@ -277,27 +277,36 @@ TEST(qrv, HelpAndVersionAreAnswers) {
 TEST(qrv, AFullOutputIsAFailure) {
     const QrvProgram qrv;
     ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
-    const ProgramRun run = qrv.run("info plant.qrv >/dev/full");
-    EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n");
+    for (const std::string command : {"info plant.qrv", "dump plant.qrv", "--help"}) {
+        const ProgramRun run = qrv.run(command + " >/dev/full");
+        EXPECT_EQ(run.exitCode, 3) << command;
+        EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n") << command;
+    }
 }
 
-TEST(qrv, AReaderThatWentAwayLeavesNoWorkFiles) {
+TEST(qrv, AReaderThatHasSeenEnoughIsToldNothing) {
     QrvProgram qrv;
     ASSERT_EQ(qrv.run("new plant.qrv").exitCode, 0);
     qrv.moveToOwnFolder();
-    // A pipe that nobody reads, as the program's output.
-    constexpr int kOutput = 9;
-    std::array<int, 2> ends{};
-    ASSERT_EQ(::pipe(ends.data()), 0);
-    ASSERT_EQ(::dup2(ends[1], kOutput), kOutput);
-    ::close(ends[0]);
-    ::close(ends[1]);
-    const ProgramRun run = qrv.run("dump plant.qrv >&9");
-    ::close(kOutput);
-    EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(run.err, "qrv: the output could not be written whole.\n");
-    EXPECT_EQ(qrv.workFiles(), std::vector<std::string>{});
+    const PipeNobodyReads output;
+    for (const std::string command : {"info plant.qrv", "info plant.qrv --json", "dump plant.qrv", "--help"}) {
+        const ProgramRun run = qrv.run(command + output.redirection());
+        EXPECT_EQ(run.exitCode, 141) << command;
+        EXPECT_EQ(run.err, "") << command;
+        EXPECT_EQ(qrv.workFiles(), std::vector<std::string>{}) << command;
+    }
+}
+
+TEST(qrv, AReaderThatHasSeenEnoughTakesThePlaceOfFindingsAndOfNoFailure) {
+    const QrvProgram qrv;
+    writeFile(qrv.path("plant.txt"), kSmallPlant);
+    ASSERT_EQ(qrv.run("new empty.qrv").exitCode, 0);
+    ASSERT_EQ(qrv.run("load plant.txt plant.qrv").exitCode, 0);
+    const PipeNobodyReads output;
+    EXPECT_EQ(qrv.run("compare empty.qrv plant.qrv" + output.redirection()).exitCode, 141);
+    const ProgramRun failed = qrv.run("dump other.qrv" + output.redirection());
+    EXPECT_EQ(failed.exitCode, 3);
+    EXPECT_NE(failed.err, "");
 }
 
 class QrvSignal : public testing::TestWithParam<const char*> {

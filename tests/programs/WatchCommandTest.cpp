@@ -80,6 +80,15 @@ TEST(qrvWatch, AFullDiskEndsIt) {
     }
 }
 
+TEST(qrvWatch, AReaderThatHasSeenEnoughEndsItWithoutAWord) {
+    WatchRun watch;
+    watch.live.start();
+    const PipeNobodyReads output;
+    const ProgramRun shown = watch.run("watch plant.qrv 1 --interval 1" + watch.onLine() + output.redirection());
+    EXPECT_EQ(shown.exitCode, 141);
+    EXPECT_EQ(shown.err, "");
+}
+
 TEST(qrvWatch, EmptyBlockHasNothingToShow) {
     WatchRun watch;
     const ProgramRun shown = watch.run("watch plant.qrv 100" + watch.onLine());
