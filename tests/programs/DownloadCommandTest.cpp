@@ -1,8 +1,6 @@
 // A configuration into a controller from the command line: asked for first, whole or not committed.
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "programs/TransferRun.h"
 #include "programs/UserTerminal.h"
 
@@ -27,8 +25,8 @@ TEST(qrvDownload, WithConsentTheControllerHasTheProgram) {
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.out, "");
     EXPECT_TRUE(run.err.starts_with(kWarning)) << run.err;
-    EXPECT_TRUE(std::regex_search(
-        run.err, std::regex(R"(\nplant\.qrv is in the controller: \d+ bytes in \d+\.\d s, 0 retries\.\n$)")))
+    EXPECT_EQ(captured(run.err, R"(\nplant\.qrv is in the controller: \d+ bytes in \d+\.\d s, 0 retries\.\n$)").size(),
+              1U)
         << run.err;
     EXPECT_EQ(transfer.live.controller.counters().commits, 1U);
     EXPECT_EQ(transfer.live.controller.committed().functionOf(10), 12);
@@ -75,10 +73,9 @@ TEST(qrvDownload, WithoutATerminalATenthIsALine) {
     TransferRun transfer;
     transfer.live.start();
     const ProgramRun run = transfer.onLine("download plant.qrv --yes");
-    const std::regex line(R"(\n *(\d+) %  Downloading Blocks\. Section 1 of 1, )");
     std::vector<int> tenths;
-    for (std::sregex_iterator match(run.err.begin(), run.err.end(), line), end; match != end; ++match) {
-        tenths.push_back(std::stoi((*match)[1]) / 10);
+    for (const std::string& percent : captured(run.err, R"(\n *(\d+) %  Downloading Blocks\. Section 1 of 1, )")) {
+        tenths.push_back(std::stoi(percent) / 10);
     }
     EXPECT_EQ(tenths, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10})) << run.err;
 }
@@ -103,19 +100,19 @@ TEST(qrvDownload, DryRunAsJson) {
     transfer.live.start();
     const ProgramRun run = transfer.onLine("download plant.qrv --dry-run --json");
     EXPECT_EQ(run.err, "");
-    const auto json = nlohmann::json::parse(run.out);
+    const auto json = ReadJson::of(run.out);
     EXPECT_EQ(json["command"], "download");
     EXPECT_EQ(json["exitCode"], 0);
     EXPECT_EQ(json["dryRun"], true);
     EXPECT_EQ(json["firmware"], "6.73");
-    EXPECT_EQ(json["sections"], nlohmann::json::parse(R"([{"section":"blocks","bytes":36240}])"));
+    EXPECT_EQ(json["sections"], ReadJson::of(R"([{"section":"blocks","bytes":36240}])"));
 }
 
 TEST(qrvDownload, JsonLinesAreWellFormed) {
     TransferRun transfer;
     transfer.live.start();
     const ProgramRun run = transfer.onLine("download plant.qrv --yes --json");
-    const auto lines = jsonLines(run.err);
+    const auto lines = ReadJson::linesOf(run.err);
     ASSERT_GT(lines.size(), 50U);
     EXPECT_EQ(lines.front()["event"], "message");
     EXPECT_EQ(lines.front()["title"], "WARNING");
@@ -123,11 +120,11 @@ TEST(qrvDownload, JsonLinesAreWellFormed) {
     for (std::size_t i = 1; i < lines.size(); ++i) {
         EXPECT_EQ(lines[i]["event"], "progress");
         EXPECT_EQ(lines[i]["section"], "Downloading Blocks");
-        EXPECT_GE(lines[i]["percent"], last);
-        last = lines[i]["percent"];
+        EXPECT_GE(lines[i]["percent"].number(), last);
+        last = lines[i]["percent"].number();
     }
     EXPECT_EQ(last, 100);
-    const auto result = nlohmann::json::parse(run.out);
+    const auto result = ReadJson::of(run.out);
     EXPECT_EQ(result["exitCode"], 0);
     EXPECT_EQ(result["committed"], true);
     EXPECT_EQ(result["retries"], 0);
@@ -138,8 +135,8 @@ TEST(qrvDownload, RefusalAsJson) {
     TransferRun transfer;
     const ProgramRun run = transfer.onLine("download plant.qrv --json");
     EXPECT_EQ(run.exitCode, 5);
-    EXPECT_EQ(jsonLines(run.err).size(), 1U);
-    EXPECT_EQ(nlohmann::json::parse(run.out), nlohmann::json::parse(R"({"command":"download","exitCode":5,
+    EXPECT_EQ(ReadJson::linesOf(run.err).size(), 1U);
+    EXPECT_EQ(ReadJson::of(run.out), ReadJson::of(R"({"command":"download","exitCode":5,
                                         "text":"A download asks first: give --yes where nobody can answer."})"));
 }
 
@@ -233,8 +230,8 @@ TEST(qrvDownload, StringsThatAreLeftOutAreCounted) {
               "ParmString BlockNumber=20 Offset=0: only in the file: Pstring=\"STALE\"  # input 1 COMMAND INPUT\n");
     const ProgramRun json = transfer.onLine("download plant.qrv --yes --json");
     EXPECT_EQ(json.exitCode, 1);
-    EXPECT_EQ(nlohmann::json::parse(json.out)["exitCode"], 1);
-    EXPECT_EQ(nlohmann::json::parse(json.out)["unsentStrings"], 1);
+    EXPECT_EQ(ReadJson::of(json.out)["exitCode"], 1);
+    EXPECT_EQ(ReadJson::of(json.out)["unsentStrings"], 1);
 }
 
 TEST(qrvDownload, ATraceThatBreaksOffIsToldAndEndsNoTransfer) {
@@ -245,9 +242,9 @@ TEST(qrvDownload, ATraceThatBreaksOffIsToldAndEndsNoTransfer) {
     EXPECT_TRUE(run.err.starts_with("qrv: /dev/full can't be written: the trace is not whole.\n")) << run.err;
     EXPECT_NE(run.err.find("\nplant.qrv is in the controller: "), std::string::npos) << run.err;
     const ProgramRun json = transfer.onLine("download plant.qrv --yes --json --trace /dev/full");
-    EXPECT_EQ(jsonLines(json.err).front(),
-              (nlohmann::json{{"event", "note"}, {"text", "/dev/full can't be written: the trace is not whole."}}));
-    EXPECT_EQ(nlohmann::json::parse(json.out)["exitCode"], 3);
+    EXPECT_EQ(ReadJson::linesOf(json.err).front(),
+              ReadJson::of(R"({"event":"note","text":"/dev/full can't be written: the trace is not whole."})"));
+    EXPECT_EQ(ReadJson::of(json.out)["exitCode"], 3);
     EXPECT_EQ(json.exitCode, 3);
 }
 
@@ -255,11 +252,11 @@ TEST(qrvDownload, JsonHoldsForATraceToo) {
     TransferRun transfer;
     transfer.live.start();
     const ProgramRun run = transfer.onLine("download plant.qrv --dry-run --json --trace -");
-    const auto lines = jsonLines(run.err);
+    const auto lines = ReadJson::linesOf(run.err);
     ASSERT_EQ(lines.size(), 5U) << "the line's name, and two exchanges";
     for (const auto& line : lines) EXPECT_EQ(line["event"], "trace");
-    EXPECT_NE(std::string(lines[1]["text"]).find(" > poll, 3 bytes: 01 FF FE"), std::string::npos);
-    EXPECT_EQ(nlohmann::json::parse(run.out)["exitCode"], 0);
+    EXPECT_NE(lines[1]["text"].text().find(" > poll, 3 bytes: 01 FF FE"), std::string::npos);
+    EXPECT_EQ(ReadJson::of(run.out)["exitCode"], 0);
 }
 
 TEST(qrvDownload, JsonHoldsForACommandLineThatCantBeUnderstood) {
@@ -267,10 +264,10 @@ TEST(qrvDownload, JsonHoldsForACommandLineThatCantBeUnderstood) {
     const ProgramRun run = qrv.run("download plant.qrv --json --sideways");
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.err, "");
-    const auto json = nlohmann::json::parse(run.out);
+    const auto json = ReadJson::of(run.out);
     EXPECT_EQ(json["command"], "download");
     EXPECT_EQ(json["exitCode"], 2);
-    EXPECT_NE(std::string(json["text"]).find("--sideways"), std::string::npos) << run.out;
+    EXPECT_NE(json["text"].text().find("--sideways"), std::string::npos) << run.out;
     EXPECT_EQ(qrv.run("download plant.qrv --sideways").out, "");
 }
 
@@ -284,14 +281,14 @@ TEST(qrvDownload, JsonIsForTransfersThatAreAskedForByTheirCommand) {
         EXPECT_NE(run.err, "") << words;
     }
     // In another's place a command's name is a file's.
-    EXPECT_EQ(nlohmann::json::parse(qrv.run("verify download --json --sideways").out)["command"], "verify");
+    EXPECT_EQ(ReadJson::of(qrv.run("verify download --json --sideways").out)["command"], "verify");
 }
 
 TEST(qrvDownload, JsonHoldsForAnOutputThatTakesNoMore) {
     TransferRun transfer;
     const ProgramRun run = transfer.onLine("download plant.qrv --json >/dev/full");
-    EXPECT_EQ(jsonLines(run.err).back(),
-              (nlohmann::json{{"event", "note"}, {"text", "the output could not be written whole."}}));
+    EXPECT_EQ(ReadJson::linesOf(run.err).back(),
+              ReadJson::of(R"({"event":"note","text":"the output could not be written whole."})"));
 }
 
 TEST(qrvDownload, AReaderThatWentAwayEndsItOnlyWhenItIsCommitted) {
@@ -300,7 +297,7 @@ TEST(qrvDownload, AReaderThatWentAwayEndsItOnlyWhenItIsCommitted) {
     const PipeNobodyReads output;
     const ProgramRun run = transfer.onLine("download plant.qrv --yes --json" + output.redirection());
     EXPECT_EQ(run.exitCode, 141);
-    for (const auto& line : jsonLines(run.err)) EXPECT_NE(line["event"], "note") << line;
+    for (const auto& line : ReadJson::linesOf(run.err)) EXPECT_NE(line["event"], "note") << line;
     transfer.live.stop();
     EXPECT_EQ(transfer.live.controller.counters().commits, 1U);
     EXPECT_EQ(transfer.run("verify plant.qrv --json --port /dev/no-such-port" + output.redirection()).exitCode, 4);

@@ -6,13 +6,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
-#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "link/LiveController.h"
 #include "platform/posix/FarEnd.h"
 #include "programs/ProgramRun.h"
+#include "programs/Reading.h"
 #include "twins/WithoutPrivileges.h"
 
 namespace qrv {
@@ -250,7 +251,7 @@ TEST(qrvPorts, KeepsWhatIsMappedByHand) {
     const LinkRun link;
     const ProgramRun mapped = link.run("ports --json --map COM7=/not/there");
     EXPECT_EQ(mapped.exitCode, 0);
-    const auto later = nlohmann::json::parse(link.run("ports --json").out);
+    const auto later = ReadJson::of(link.run("ports --json").out).elements();
     const auto entry =
         std::find_if(later.begin(), later.end(), [](const auto& port) { return port["name"] == "COM7"; });
     ASSERT_NE(entry, later.end());

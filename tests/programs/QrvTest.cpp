@@ -8,12 +8,12 @@
 #include <csignal>
 #include <filesystem>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <thread>
 #include <vector>
 
 #include "programs/ProgramRun.h"
+#include "programs/Reading.h"
 
 namespace qrv {
 namespace {
@@ -130,7 +130,7 @@ TEST(qrv, InfoAsJsonHasTheCounts) {
     writeFile(qrv.path("plant.txt"), kSmallPlant);
     ASSERT_EQ(qrv.run("load plant.txt plant.qrv").exitCode, 0);
     const ProgramRun info = qrv.run("info plant.qrv --json");
-    const auto json = nlohmann::json::parse(info.out);
+    const auto json = ReadJson::of(info.out);
     EXPECT_EQ(json["title"], "Small plant");
     EXPECT_EQ(json["configuration"], "SP-1");
     EXPECT_EQ(json["readOnly"], false);
@@ -172,18 +172,18 @@ TEST(qrv, CompareAsJsonGivesFieldsAndMissingRows) {
     ASSERT_EQ(qrv.run("new b.qrv").exitCode, 0);
     const ProgramRun run = qrv.run("compare a.qrv b.qrv --json");
     EXPECT_EQ(run.exitCode, 1);
-    const auto json = nlohmann::json::parse(run.out);
+    const auto json = ReadJson::of(run.out);
     EXPECT_EQ(json["equal"], false);
     ASSERT_EQ(json["differences"].size(), 3U);
-    const auto& block = json["differences"][0];
+    const ReadJson block = json["differences"][0];
     EXPECT_EQ(block["table"], "Block List");
     EXPECT_EQ(block["key"]["BlockNumber"], 4);
     EXPECT_EQ(block["a"]["FunctionNumber"], 3);
     EXPECT_EQ(block["b"]["FunctionNumber"], 127);
     EXPECT_EQ(block["a"]["Comment"], "Header set point, \u00B0F");
-    const auto& constant = json["differences"][1];
+    const ReadJson constant = json["differences"][1];
     EXPECT_EQ(constant["a"]["ConstantValue"], 72500);
-    EXPECT_TRUE(constant["b"].is_null());
+    EXPECT_TRUE(constant["b"].isNull());
 }
 
 TEST(qrv, OverwritesNothingWithoutForce) {

@@ -3,13 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "link/LiveController.h"
 #include "programs/ProgramRun.h"
+#include "programs/Reading.h"
 
 namespace qrv {
 
@@ -78,12 +77,5 @@ struct TransferRun {
     QrvProgram qrv;
     test::LiveController live;
 };
-
-inline std::vector<nlohmann::json> jsonLines(const std::string& text) {
-    std::vector<nlohmann::json> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.push_back(nlohmann::json::parse(line));
-    return lines;
-}
 
 }  // namespace qrv

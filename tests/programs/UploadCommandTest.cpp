@@ -3,7 +3,6 @@
 
 #include <csignal>
 #include <future>
-#include <regex>
 
 #include "programs/TransferRun.h"
 #include "programs/UserTerminal.h"
@@ -48,9 +47,10 @@ TEST(qrvUpload, MakesAFileOfWhatTheControllerHolds) {
     const ProgramRun run = upload.onLine("upload found.qrv");
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.out, "");
-    EXPECT_TRUE(std::regex_search(
-        run.err,
-        std::regex(R"(\nfound\.qrv made with what the controller holds: \d+ bytes in \d+\.\d s, 0 retries\.\n$)")))
+    EXPECT_EQ(
+        captured(run.err, R"(\nfound\.qrv made with what the controller holds: \d+ bytes in \d+\.\d s, 0 retries\.\n$)")
+            .size(),
+        1U)
         << run.err;
     EXPECT_EQ(run.err.find("WARNING"), std::string::npos) << run.err;
     const ProgramRun held = upload.run("compare --held plant.qrv found.qrv");
@@ -168,12 +168,10 @@ TEST(qrvUpload, AFileThatCantBeWrittenLosesNoWork) {
     UploadRun upload;
     const ProgramRun run = upload.onLine("upload missing/found.qrv");
     EXPECT_EQ(run.exitCode, 3);
-    std::smatch kept;
-    ASSERT_TRUE(std::regex_search(
-        run.err, kept,
-        std::regex(R"(qrv: missing/found\.qrv could not be written: .*\. The work is kept as (.*)\.\n$)")))
-        << run.err;
-    const ProgramRun held = upload.run("compare --held plant.qrv '" + kept[1].str() + "'");
+    const std::vector<std::string> kept =
+        captured(run.err, R"(qrv: missing/found\.qrv could not be written: .*\. The work is kept as (.*)\.\n$)");
+    ASSERT_EQ(kept.size(), 1U) << run.err;
+    const ProgramRun held = upload.run("compare --held plant.qrv '" + kept[0] + "'");
     EXPECT_EQ(held.exitCode, 0) << held.err << held.out;
 }
 
@@ -183,12 +181,10 @@ TEST(qrvUpload, AFileThatIsMadeMeanwhileIsNotOverwritten) {
     const ProgramRun run = upload.meanwhile("upload found.qrv", 30, "echo theirs > found.qrv");
     EXPECT_EQ(run.exitCode, 5) << run.err;
     EXPECT_EQ(upload.bytesOfFile("found.qrv"), "theirs\n");
-    std::smatch kept;
-    ASSERT_TRUE(std::regex_search(
-        run.err, kept,
-        std::regex(R"(qrv: found\.qrv was made meanwhile by somebody else\. The work is kept as (.*)\.\n$)")))
-        << run.err;
-    EXPECT_EQ(upload.run("compare --held plant.qrv '" + kept[1].str() + "'").exitCode, 0);
+    const std::vector<std::string> kept =
+        captured(run.err, R"(qrv: found\.qrv was made meanwhile by somebody else\. The work is kept as (.*)\.\n$)");
+    ASSERT_EQ(kept.size(), 1U) << run.err;
+    EXPECT_EQ(upload.run("compare --held plant.qrv '" + kept[0] + "'").exitCode, 0);
 }
 
 TEST(qrvUpload, AFileThatChangesMeanwhileIsNotOverwritten) {
@@ -222,7 +218,7 @@ TEST(qrvUpload, ALogThatIsAnotherUsersKeepsNobodyFromIt) {
     std::filesystem::create_symlink("theirs", upload.qrv.path("QRVUploadLog.txt"));
     const ProgramRun run = upload.onLine("upload found.qrv --json");
     EXPECT_EQ(run.exitCode, 0) << run.out;
-    EXPECT_EQ(nlohmann::json::parse(run.out)["log"], upload.qrv.path("QRV_Edit/QRVUploadLog.txt"));
+    EXPECT_EQ(ReadJson::of(run.out)["log"], upload.qrv.path("QRV_Edit/QRVUploadLog.txt"));
     EXPECT_TRUE(upload.bytesOfFile("QRV_Edit/QRVUploadLog.txt").starts_with(std::string(89, '-') + "\r\n"));
     EXPECT_EQ(upload.bytesOfFile("theirs"), "theirs");
 }
@@ -291,12 +287,11 @@ TEST(qrvUpload, GarbledConstantsAreToldAndVerifyComparesNothing) {
     const ProgramRun uploaded = upload.onLine("upload found.qrv --json");
     const ProgramRun verified = other.get();
     EXPECT_EQ(uploaded.exitCode, 1) << uploaded.out;
-    const auto result = nlohmann::json::parse(uploaded.out);
+    const auto result = ReadJson::of(uploaded.out);
     EXPECT_EQ(result["failedReads"], 1);
-    EXPECT_NE(std::string(result["text"])
-                  .find("1 read of constants came to nothing, and what stands in their place is "
-                        "wrong; " +
-                        upload.qrv.path("QRVUploadLog.txt") + " tells which."),
+    EXPECT_NE(result["text"].text().find("1 read of constants came to nothing, and what stands in their place is "
+                                         "wrong; " +
+                                         upload.qrv.path("QRVUploadLog.txt") + " tells which."),
               std::string::npos)
         << uploaded.out;
     EXPECT_TRUE(upload.isThere("found.qrv"));
@@ -311,13 +306,13 @@ TEST(qrvUpload, GarbledConstantsAreToldAndVerifyComparesNothing) {
 TEST(qrvUpload, JsonLinesAreWellFormed) {
     UploadRun upload;
     const ProgramRun run = upload.onLine("upload plant.qrv --force --yes --json");
-    const auto lines = jsonLines(run.err);
+    const auto lines = ReadJson::linesOf(run.err);
     ASSERT_GT(lines.size(), 30U);
     EXPECT_EQ(lines.front()["event"], "message");
     EXPECT_EQ(lines.back()["event"], "progress");
     EXPECT_EQ(lines.back()["section"], "Blocks");
     EXPECT_EQ(lines.back()["percent"], 100);
-    const auto result = nlohmann::json::parse(run.out);
+    const auto result = ReadJson::of(run.out);
     EXPECT_EQ(result["command"], "upload");
     EXPECT_EQ(result["exitCode"], 0);
     EXPECT_EQ(result["failedReads"], 0);

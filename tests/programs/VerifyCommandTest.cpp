@@ -82,10 +82,10 @@ TEST(qrvVerify, SeesABlockTableThatDoesNotFitItsFunctions) {
     EXPECT_EQ(run.out, "Block table, block 5: constant index " + std::to_string(index) +
                            " -> 300\nBlock table, block 6: constant index 300 -> " + std::to_string(index) + "\n");
     EXPECT_TRUE(run.err.ends_with("\n2 differences. Not held by a controller: 3 fields.\n")) << run.err;
-    const auto json = nlohmann::json::parse(verify.onLine("verify plant.qrv --json").out);
+    const auto json = ReadJson::of(verify.onLine("verify plant.qrv --json").out);
     EXPECT_EQ(json["equal"], false);
     EXPECT_EQ(json["blockTable"][0],
-              (nlohmann::json{{"block", 5}, {"field", "constant index"}, {"a", index}, {"b", 300}}));
+              ReadJson::of(R"({"block":5,"field":"constant index","a":)" + std::to_string(index) + R"(,"b":300})"));
 }
 
 TEST(qrvVerify, SeesASecondTextForTheSameParameter) {
@@ -133,8 +133,8 @@ TEST(qrvVerify, DifferencesAsJson) {
     verify.make("other.qrv", plantText("601"));
     const ProgramRun run = verify.onLine("verify other.qrv --json");
     EXPECT_EQ(run.exitCode, 1);
-    for (const auto& line : jsonLines(run.err)) EXPECT_EQ(line["event"], "progress");
-    const auto json = nlohmann::json::parse(run.out);
+    for (const auto& line : ReadJson::linesOf(run.err)) EXPECT_EQ(line["event"], "progress");
+    const auto json = ReadJson::of(run.out);
     EXPECT_EQ(json["command"], "verify");
     EXPECT_EQ(json["exitCode"], 1);
     EXPECT_EQ(json["equal"], false);
