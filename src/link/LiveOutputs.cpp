@@ -29,18 +29,29 @@ std::string silenceText(std::chrono::system_clock::time_point since) { return "N
 
 void PollRate::restart(Clock::TimePoint now) {
     since_ = now;
+    last_ = now;
     readings_ = 0;
     text_.clear();
 }
 
 void PollRate::count(Clock::TimePoint now) {
     ++readings_;
+    last_ = now;
     const std::chrono::duration<double> elapsed = now - since_;
     if (elapsed < std::chrono::seconds(1)) return;
     text_ = formatNumber(readings_ / elapsed.count(), 1) + " readings/s";
     since_ = now;
     readings_ = 0;
 }
+
+std::string PollRate::text(Clock::TimePoint now) const {
+    constexpr std::chrono::seconds kForgotten{3};
+    return now - last_ < kForgotten ? text_ : std::string{};
+}
+
+std::string LiveOutputs::rate() const { return rate_.text(bench_.platform.clock.now()); }
+
+void LiveOutputs::restartRate() { rate_.restart(bench_.platform.clock.now()); }
 
 bool LiveOutputs::connect() {
     comm_.Open_Comm_Port();
@@ -52,7 +63,7 @@ bool LiveOutputs::connect() {
         bench_.platform.messageBox.say("Could Not Connect To Target\nCheck Settings And Connection Cables");
         return false;
     }
-    rate_.restart(bench_.platform.clock.now());
+    restartRate();
     return true;
 }
 

@@ -33,11 +33,12 @@ class PollRate {
  public:
     void restart(Clock::TimePoint now);
     void count(Clock::TimePoint now);
-    /// "12.5 readings/s"; "" until the first second is over.
-    [[nodiscard]] const std::string& text() const { return text_; }
+    /// "12.5 readings/s"; "" until the first second is over, and where none has come for a while.
+    [[nodiscard]] std::string text(Clock::TimePoint now) const;
 
  private:
     Clock::TimePoint since_{};
+    Clock::TimePoint last_{};
     int readings_ = 0;
     std::string text_;
 };
@@ -56,7 +57,10 @@ class LiveOutputs {
     [[nodiscard]] std::optional<std::string> text(std::int16_t block, OutputKind kind);
     /// When the last reading began: since then, if it came to nothing, there is no answer.
     [[nodiscard]] std::chrono::system_clock::time_point askedAt() const { return askedAt_; }
-    [[nodiscard]] const PollRate& rate() const { return rate_; }
+    /// The rate of the readings, in words.
+    [[nodiscard]] std::string rate() const;
+    /// Readings begin anew: the rate is that of those to come.
+    void restartRate();
 
  private:
     Workbench& bench_;

@@ -73,7 +73,7 @@ void MGrid::mnuexit() {
 }
 
 void MGrid::tmrShow_Timer() {
-    if (marks_ == StaleMarks::Shown) lblRate.caption = outputs_.rate().text();
+    if (marks_ == StaleMarks::Shown) lblRate.caption = outputs_.rate();
 }
 
 void MGrid::leave() {
@@ -107,6 +107,7 @@ void MGrid::begin() {
 
 void MGrid::end() {
     tmrShow.enabled = false;
+    lblRate.caption.clear();
     Command1.enabled = true;
     Command2.enabled = true;
     isBusy_ = false;

@@ -23,6 +23,8 @@ constexpr std::array kColumnEdges{360, 2310, 4260, 6210, 8160};
 constexpr std::array kRowLimits{2450, 3700, 4950};
 constexpr std::array kRowEdges{1200, 2450, 3700, 4950};
 static_assert(kColumnEdges.size() == kColumnLimits.size() + 1 && kRowEdges.size() == kRowLimits.size() + 1);
+static_assert(kColumnEdges[1] - kColumnEdges[0] == Monitor::kPlaceWidth &&
+              kRowEdges[1] - kRowEdges[0] == Monitor::kPlaceHeight);
 /// There are fewer places than labels: those of a second round stand beside the first.
 constexpr int kSecondRound = 300;
 
@@ -49,7 +51,6 @@ Monitor::Monitor(Workbench& bench, frmComm& comm, frmTag& question, StaleMarks m
 void Monitor::load() {
     isLoaded_ = true;
     Command4_Click();
-    lblRate.caption.clear();
     polling = false;
     close_pending = false;
 }
@@ -80,7 +81,7 @@ void Monitor::munexit() {
 }
 
 void Monitor::tmrShow_Timer() {
-    if (marks_ == StaleMarks::Shown) lblRate.caption = outputs_.rate().text();
+    if (marks_ == StaleMarks::Shown) lblRate.caption = outputs_.rate();
 }
 
 // --- the board ---
@@ -122,6 +123,8 @@ void Monitor::Command4_Click() {
     entries.fill({});
     analog.fill({});
     entry_count = 0;
+    outputs_.restartRate();
+    lblRate.caption.clear();
 }
 
 void Monitor::Command5_Click() {
@@ -171,6 +174,7 @@ void Monitor::Command2_Click() {
         outputs_.disconnect();
     }
     tmrShow.enabled = false;
+    lblRate.caption.clear();
     Command2.enabled = true;
     isBusy_ = false;
     if (close_pending && isLoaded_) leave();

@@ -47,6 +47,10 @@ class Monitor final : public Form {
     /// Ticks while values come in: the window shows them then.
     Timer tmrShow{.interval = std::chrono::milliseconds(50)};
 
+    /// From one place of the board to the next, in form units.
+    static constexpr int kPlaceWidth = 1950;
+    static constexpr int kPlaceHeight = 1250;
+
     std::int16_t entry_count = 0;
     bool polling = false;
     bool close_pending = false;
@@ -64,7 +68,8 @@ class Monitor final : public Form {
     /// Goes at once, or, while outputs are read, as soon as the reading under way has ended.
     void munexit();
     void tmrShow_Timer();
-    /// A label was dragged to this place, in form units; it snaps to one of the board's places.
+    /// A label was dropped, the middle of the place that it covers here, in form units: it takes the board's place
+    /// that this point lies in, which is the nearest.
     void drop(int index, int x, int y);
     /// A label goes this many columns and rows of places on, and no further than the last one.
     void step(int index, int columns, int rows);

@@ -64,6 +64,7 @@ class DraggedLabel final : public QLabel {
     void mousePressEvent(QMouseEvent* event) override {
         if (event->button() != Qt::LeftButton) return;
         grip_ = event->position().toPoint();
+        start_ = pos();
         raise();
     }
     void mouseMoveEvent(QMouseEvent* event) override {
@@ -72,7 +73,7 @@ class DraggedLabel final : public QLabel {
     void mouseReleaseEvent(QMouseEvent* event) override {
         if (event->button() != Qt::LeftButton || !grip_) return;
         grip_.reset();
-        drop_(pos());
+        if (pos() != start_) drop_(pos());
     }
     void keyPressEvent(QKeyEvent* event) override {
         const QPoint step = stepOf(event->key());
@@ -92,6 +93,7 @@ class DraggedLabel final : public QLabel {
     Move drop_;
     Move step_;
     std::optional<QPoint> grip_;
+    QPoint start_;
 };
 
 }  // namespace
@@ -127,7 +129,10 @@ QWidget* MonitorView::makeBoard() {
 
 void MonitorView::makeLabel(QWidget* board, int index) {
     const auto drop = [this, index](QPoint place) {
-        tell([this, index, place] { form_.drop(index, unitsOf(place.x()), unitsOf(place.y()) + kBoardTop); });
+        // By its middle, the label takes the place that is nearest.
+        const int x = unitsOf(place.x()) + Monitor::kPlaceWidth / 2;
+        const int y = unitsOf(place.y()) + kBoardTop + Monitor::kPlaceHeight / 2;
+        tell([this, index, x, y] { form_.drop(index, x, y); });
     };
     const auto step = [this, index](QPoint places) {
         tell([this, index, places] { form_.step(index, places.x(), places.y()); });

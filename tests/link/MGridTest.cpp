@@ -164,15 +164,28 @@ TEST(MGrid, WithoutMarksADeadLineChangesNothing) {
     EXPECT_FALSE(rig.form.lblRate.visible);
 }
 
-TEST(MGrid, RateIsShownAfterTheFirstSecond) {
+TEST(MGrid, RateIsShownAfterTheFirstSecondAndGoneWithThePoll) {
     MGridRig rig;
     rig.analog(4, 1234);
     rig.after(milliseconds(3000), [&rig] {
         rig.form.tmrShow_Timer();
+        EXPECT_TRUE(rig.form.lblRate.caption.ends_with(" readings/s")) << rig.form.lblRate.caption;
         rig.form.Command3_Click();
     });
     rig.form.Command2_Click();
-    EXPECT_TRUE(rig.form.lblRate.caption.ends_with(" readings/s")) << rig.form.lblRate.caption;
+    EXPECT_EQ(rig.form.lblRate.caption, "");
+}
+
+TEST(MGrid, ADeadLineHasNoRate) {
+    MGridRig rig;
+    rig.analog(4, 1234);
+    rig.dieAt(200);
+    rig.after(milliseconds(30000), [&rig] {
+        rig.form.tmrShow_Timer();
+        EXPECT_EQ(rig.form.lblRate.caption, "");
+        rig.form.Command3_Click();
+    });
+    rig.form.Command2_Click();
 }
 
 TEST(MGrid, CloseBoxDuringASinglePollEndsIt) {

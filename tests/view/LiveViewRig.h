@@ -26,6 +26,20 @@ struct LiveViewRig {
     ViewRig rig;
 };
 
+// Functions of the shipped catalogue: "ZERO" has an analog output, "OFF" a discrete one.
+inline constexpr std::int16_t kAnalogFunction = 0;
+inline constexpr std::int16_t kDiscreteFunction = 90;
+
+inline void press(FormView& view, const char* button) { ViewRig::click<QAbstractButton>(view, button); }
+
+inline void use(ViewRig& rig, std::int16_t block, std::int16_t function) {
+    rig.program.bench.FnOfBlock.at(static_cast<std::size_t>(block)) = function;
+}
+
+inline QString cellText(const FormView& view, int row, int col) {
+    return view.findChild<GridView*>(QStringLiteral("Grid2"))->model()->index(row - 1, col - 1).data().toString();
+}
+
 struct NewLabel {
     const char* block;
     const char* tag;

@@ -1,5 +1,5 @@
-// The windows of the live views as a user meets them: mouse on buttons, labels, colours and scroll bars, with a
-// simulated controller at the far end.
+// The windows of the live views as a user meets them: mouse on buttons, labels and colours, with a simulated controller
+// at the far end of a real line.
 #include <gtest/gtest.h>
 
 #include <QtTest/qtestspontaneevent.h>
@@ -7,44 +7,22 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QScrollBar>
 #include <QStatusBar>
-#include <QWheelEvent>
-#include <cerrno>
-#include <cstring>
 
 #include "LiveViewRig.h"
 #include "link/LinkObserver.h"
 #include "link/LiveController.h"
-#include "link/sim/SimulatedPort.h"
 #include "platform/posix/PseudoTerminal.h"
-#include "platform/qt/Theme.h"
 
 namespace qrv {
 namespace {
 
 using std::chrono::milliseconds;
 
-// Functions of the shipped catalogue: "ZERO" has an analog output, "OFF" a discrete one.
-constexpr std::int16_t kAnalogFunction = 0;
-constexpr std::int16_t kDiscreteFunction = 90;
-
-void press(FormView& view, const char* button) { ViewRig::click<QAbstractButton>(view, button); }
-
-QString cellText(const FormView& view, int row, int col) {
-    return view.findChild<GridView*>(QStringLiteral("Grid2"))->model()->index(row - 1, col - 1).data().toString();
-}
-
 /// Does something as the user as soon as `isTime`, while something else pumps; for as long as the view is there.
 void when(FormView& view, const std::function<bool()>& isTime, const std::function<void()>& act) {
     QTimer::singleShot(1, &view, [&view, isTime, act] { isTime() ? act() : when(view, isTime, act); });
 }
-
-void use(ViewRig& rig, std::int16_t block, std::int16_t function) {
-    rig.program.bench.FnOfBlock.at(static_cast<std::size_t>(block)) = function;
-}
-
-// --- a real line: our own port and the desktop's own pump ---
 
 struct RealLine {
     RealLine() {
@@ -298,148 +276,6 @@ TEST_P(LiveViewClose, WhilePollingGivesTheMainWindowBack) {
 INSTANTIATE_TEST_SUITE_P(Windows, LiveViewClose,
                          testing::Values(LiveViewRow{"MGrid", "mnuViewAll"}, LiveViewRow{"Monitor", "mnuViewSel"}),
                          [](const auto& row) { return row.param.name; });
-
-// --- a line within the process, under a clock that only waits move ---
-
-struct StillLine {
-    StillLine() {
-        pump.nextArrival = [this] { return port.isOpen() ? port.nextArrival() : std::nullopt; };
-    }
-    FormView& open(const char* entry, const Form& form) {
-        FormView& view = rig.startWithView(entry, form);
-        rig.program.bench.FnOfBlock.fill(kNop);
-        return view;
-    }
-    void after(milliseconds time, std::function<void()> act) { pump.at(clock.now() + time, std::move(act)); }
-
-    SimulatedController controller;
-    FalseClock clock;
-    FalsePump pump{clock};
-    SimulatedPort port{controller, clock, SimulatedPort::Pacing::BySettings};
-    LineServices line{clock, pump, port};
-    ViewRig rig{"", Extras::Shown, &line};
-};
-
-/// One notch of the wheel towards the user.
-void turnWheel(QWidget& over) {
-    constexpr int kNotch = 120;
-    QWheelEvent event(over.rect().center(), over.mapToGlobal(over.rect().center()), {}, {0, -kNotch}, Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&over, &event);
-}
-
-TEST(MGridView, ComesUpWithAsManyRowsAsAPassReads) {
-    StillLine line;
-    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
-    const auto* grid = ViewRig::find<GridView>(view, "Grid2");
-    EXPECT_EQ(grid->rowAt(grid->viewport()->height() - 1), 12);
-}
-
-TEST(MGridView, APassBeginsWithTheFirstRowInSight) {
-    StillLine line;
-    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
-    line.controller.fixAnalog(9, 100);
-    line.controller.fixAnalog(300, 200);
-    use(line.rig, 9, kAnalogFunction);
-    use(line.rig, 300, kAnalogFunction);
-    auto* grid = ViewRig::find<GridView>(view, "Grid2");
-    for (int notch = 0; notch < 8; ++notch) turnWheel(*grid->viewport());
-    const int rowsAbove = grid->verticalScrollBar()->value();
-    ASSERT_GT(rowsAbove, 17);  // block 300 is in the thirty-first row, and a pass reads thirteen
-    ASSERT_LT(rowsAbove, 31);
-    EXPECT_EQ(line.rig.program.allOutputs.Grid2.topRow(), rowsAbove + 1);
-    line.after(milliseconds(500), [&] { press(view, "Command3"); });
-    press(view, "Command2");
-    EXPECT_EQ(cellText(view, 1, 10), "");
-    EXPECT_EQ(cellText(view, 31, 1), "2.00");
-    // Reading moved the cursor, and not the rows.
-    EXPECT_EQ(grid->verticalScrollBar()->value(), rowsAbove);
-}
-
-TEST(MGridView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
-    StillLine line;
-    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
-    line.controller.play(SimFaultPlan::from("silence", 3));  // after the poll and one good reading
-    line.after(milliseconds(5000), [&] { press(view, "Command3"); });
-    press(view, "Command2");
-    EXPECT_EQ(cellText(view, 1, 5), "12.34");
-    const QModelIndex cell = ViewRig::find<GridView>(view, "Grid2")->model()->index(0, 4);
-    EXPECT_TRUE(cell.data(Qt::ToolTipRole).toString().startsWith(QLatin1String("No answer since 2026-")));
-    EXPECT_TRUE(ViewRig::find<QAbstractButton>(view, "Command2")->isEnabled());
-    EXPECT_LT(line.clock.elapsed(), milliseconds(18200));
-}
-
-TEST(MonitorView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
-    StillLine line;
-    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
-    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
-    line.controller.play(SimFaultPlan::from("silence", 3));
-    line.after(milliseconds(5000), [&] { press(view, "Command3"); });
-    press(view, "Command2");
-    auto* label = ViewRig::find<QLabel>(view, "analog1");
-    EXPECT_EQ(label->text(), "12.34\nBoiler          ");
-    EXPECT_TRUE(label->toolTip().startsWith(QLatin1String("No answer since 2026-")));
-    EXPECT_TRUE(ViewRig::find<QAbstractButton>(view, "Command2")->isEnabled());
-    EXPECT_LT(line.clock.elapsed(), milliseconds(18200));
-}
-
-TEST(MonitorView, ADroppedLabelSnapsToThePlaceUnderIt) {
-    StillLine line;
-    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
-    auto* label = ViewRig::find<QLabel>(view, "analog1");
-    const QPoint before = label->pos();
-    const QPoint grip = label->rect().center();
-    // From the first place, 360 and 1200, by 2200 and 1600: beyond the limits 2310 and 2450, below 4260 and 3700.
-    const QPoint way(theme::pixelsOf(2200), theme::pixelsOf(1600));
-    QTest::mousePress(label, Qt::LeftButton, {}, grip);
-    QTest::mouseMove(label, grip + way);
-    EXPECT_EQ(label->pos(), before + way);
-    QTest::mouseRelease(label, Qt::LeftButton, {}, grip);
-    EXPECT_EQ(line.rig.program.chosenOutputs.label(1).left, 2310);
-    EXPECT_EQ(line.rig.program.chosenOutputs.label(1).top, 2450);
-    EXPECT_EQ(label->pos(), before + QPoint(theme::pixelsOf(2310) - theme::pixelsOf(360),
-                                            theme::pixelsOf(2450 - 1050) - theme::pixelsOf(1200 - 1050)));
-}
-
-TEST(MonitorView, ALabelUnderTheMouseStaysThereWhileValuesCome) {
-    StillLine line;
-    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
-    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
-    auto* label = ViewRig::find<QLabel>(view, "analog1");
-    const QPoint grip = label->rect().center();
-    const QPoint way(100, 60);
-    const QPoint before = label->pos();
-    line.after(milliseconds(100), [&] {
-        QTest::mousePress(label, Qt::LeftButton, {}, grip);
-        QTest::mouseMove(label, grip + way);
-    });
-    line.after(milliseconds(200), [&] {
-        view.refresh();
-        EXPECT_EQ(label->text(), "12.34\nBoiler          ");
-        EXPECT_EQ(label->pos(), before + way);
-        QTest::mouseRelease(label, Qt::LeftButton, {}, grip);
-        press(view, "Command3");
-    });
-    press(view, "Command2");
-    EXPECT_EQ(label->pos(), before);
-}
-
-TEST(MonitorView, ABoardThatCannotBeKeptIsTold) {
-    StillLine line;
-    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    const std::string file = line.rig.path("boiler.mon");
-    std::filesystem::create_directories(file);
-    // The reason is the system's, in the user's language.
-    line.rig.boxes.expect("The board was not saved: cannot replace " + file + ": " + std::strerror(EISDIR) + ".");
-    press(view, "Command5");
-}
 
 }  // namespace
 }  // namespace qrv
