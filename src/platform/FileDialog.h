@@ -14,6 +14,7 @@ struct FileQuestion {
     std::string filter{};       ///< "description|*.a;*.b", pairs joined by "|"
     std::string initialName{};  ///< the name shown first, with its folder; "" for none
     bool hidesReadOnly = true;  ///< no box that offers to open as read-only
+    std::string title{};        ///< "" for the platform's own
 
     friend bool operator==(const FileQuestion&, const FileQuestion&) = default;
 };

@@ -17,9 +17,9 @@ namespace {
 
 constexpr const char* kWorkFilePrefix = "QRM";
 
-std::string askForFile(Workbench& bench, FileDialogKind kind, const std::string& initialName) {
-    const std::string chosen =
-        bench.platform.fileDialog.ask({.kind = kind, .filter = kConfigurationFilter, .initialName = initialName});
+std::string askForFile(Workbench& bench, FileQuestion question) {
+    question.filter = kConfigurationFilter;
+    const std::string chosen = bench.platform.fileDialog.ask(question);
     return chosen.empty() ? chosen : absolutePath(chosen);
 }
 
@@ -170,7 +170,7 @@ std::string KeepUnsavedWork(Workbench& bench) {
 bool newFileDialog(Workbench& bench) {
     bench.DialogResultOpen = false;
     bench.FileIsOpen = false;
-    const std::string path = askForFile(bench, FileDialogKind::Save, "");
+    const std::string path = askForFile(bench, {.kind = FileDialogKind::Save, .title = "New Configuration"});
     if (path.empty()) return false;
     if (exists(path) &&
         !mayReplace(bench, {.text = "Replace " + path + "\n" + path + " Already Exists", .buttons = Buttons::YesNo})) {
@@ -200,14 +200,14 @@ bool openByName(Workbench& bench, const std::string& path) {
 bool openFileDialog(Workbench& bench) {
     bench.DialogResultOpen = false;
     bench.FileIsOpen = false;
-    const std::string path = askForFile(bench, FileDialogKind::Open, "");
+    const std::string path = askForFile(bench, {.kind = FileDialogKind::Open});
     return !path.empty() && openByName(bench, path);
 }
 
-std::string GetMDBName(Workbench& bench) { return askForFile(bench, FileDialogKind::Open, ""); }
+std::string GetMDBName(Workbench& bench) { return askForFile(bench, {.kind = FileDialogKind::Open}); }
 
 SaveAsResult saveConfigurationAs(Workbench& bench) {
-    std::string chosen = askForFile(bench, FileDialogKind::Save, bench.CurrentFileName);
+    std::string chosen = askForFile(bench, {.kind = FileDialogKind::Save, .initialName = bench.CurrentFileName});
     if (chosen.empty()) chosen = bench.CurrentFileName;
     if (chosen == bench.CurrentFileName) return SaveAsResult::SameName;
     if (exists(chosen) && !mayReplace(bench, {.text = chosen + " already exists.\nDo you want to replace it?",

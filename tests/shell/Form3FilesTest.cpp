@@ -64,11 +64,13 @@ TEST_F(Form3FilesTest, TheDialogsAskForConfigurations) {
     const FileQuestion save{.kind = FileDialogKind::Save,
                             .filter = "QRV Configuration Database (*.qrv;*.mdb)|*.qrv;*.mdb",
                             .initialName = "",
-                            .hidesReadOnly = true};
+                            .hidesReadOnly = true,
+                            .title = "New Configuration"};
     EXPECT_EQ(machine.dialogs.asked.back(), save);
     open(a);
     FileQuestion question = save;
     question.kind = FileDialogKind::Open;
+    question.title = "";
     EXPECT_EQ(machine.dialogs.asked.back(), question);
 }
 

@@ -5,12 +5,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 #include <array>
 #include <chrono>
 #include <fstream>
@@ -137,6 +139,29 @@ TEST(QtFileDialog, AsksNothingAboutNamesAndAddsNoSuffix) {
     const std::string path =
         QtFileDialog().ask({.kind = FileDialogKind::Open, .filter = kConfigurationFilter, .initialName = "/tmp/x"});
     EXPECT_EQ(path, "/tmp/no such file");
+}
+
+TEST(QtFileDialog, ShowsWhatIsToldOfAFileWhole) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.file("a.qrv")) << "x";
+    whenUp<QFileDialog>([](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "New Configuration");
+        const auto* list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+        // The folder is read in the background.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return list->model()->rowCount(list->rootIndex()) == 1; }));
+        for (int col = 0; col < list->model()->columnCount(); ++col) {
+            const QModelIndex cell = list->model()->index(0, col, list->rootIndex());
+            EXPECT_TRUE(QTest::qWaitFor([&] { return list->columnWidth(col) >= list->sizeHintForIndex(cell).width(); }))
+                << col;
+        }
+        EXPECT_EQ(list->header()->length(), list->viewport()->width());
+        dialog.reject();
+    });
+    EXPECT_EQ(QtFileDialog().ask({.kind = FileDialogKind::Save,
+                                  .filter = kConfigurationFilter,
+                                  .initialName = folder.file("x.qrv"),
+                                  .title = "New Configuration"}),
+              "");
 }
 
 TEST(QtFileDialog, CancelGivesNoName) {
