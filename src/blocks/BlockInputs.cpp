@@ -24,6 +24,7 @@ constexpr int kInputSource = 4;
 constexpr int kInputKind = 5;
 
 constexpr const char* kMain = "MAIN";
+constexpr const char* kKindTip = "A: analog input, D: discrete input, ?: its source is an empty block";
 
 /// Without " INPUT" and all behind it, unless the text begins with that.
 std::string withoutInput(const std::string& description) {
@@ -48,6 +49,7 @@ void BlockInputs::layOut() {
     fg2_.setText(0, kInputOutput, "OUTPUT");
     fg2_.setText(0, kInputDescription, "DESCRIPTION");
     fg2_.setText(0, kInputSource, "SOURCE");
+    if (hasToolTips_) fg2_.setToolTip(0, kInputKind, kKindTip);
 }
 
 void BlockInputs::show() {
@@ -75,6 +77,7 @@ void BlockInputs::showSource(int row, std::int16_t source, const std::string& ou
     describeRow(fg2_, row, kInputDescription, withoutInput(db.InputDescription()));
     fg2_.setText(row, kInputSource, isUsed ? db.FuncName() : "????");
     fg2_.setText(row, kInputKind, isUsed ? kindLetter(db.InputType()) : "?");
+    if (hasToolTips_) fg2_.setToolTip(row, kInputKind, kKindTip);
 }
 
 bool BlockInputs::validateEdit(int row, int col) {

@@ -21,6 +21,7 @@ class BlockInputs {
     bool validateEdit(int row, int col);
     /// Stores a block reference word in the input of fg2's current row.
     void UpdateConstant(std::int16_t value);
+    void setToolTips(bool shown) { hasToolTips_ = shown; }
     /// Numeric, and from 0 to 704.
     [[nodiscard]] static bool BlockNumberIsValid(const std::string& text);
 
@@ -31,6 +32,7 @@ class BlockInputs {
     Workbench& bench_;
     Grid& fg2_;
     frmAaboPick& picker_;
+    bool hasToolTips_ = true;
 };
 
 }  // namespace qrv

@@ -104,7 +104,10 @@ class BlockPanel {
     /// Selects a block's cell and, in the data view, shows it. @param block  0..704
     void goToBlock(int block);
     /// Tool tips with a parameter's least, greatest and default value; off in the classic look.
-    void setToolTips(bool shown) { parameters_.setToolTips(shown); }
+    void setToolTips(bool shown) {
+        inputs_.setToolTips(shown);
+        parameters_.setToolTips(shown);
+    }
 
     // --- the routines behind the grids, under their own names ---
     void UpdateConstant(std::int16_t value) { inputs_.UpdateConstant(value); }

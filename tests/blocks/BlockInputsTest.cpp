@@ -32,6 +32,16 @@ TEST(BlockInputs, HeadingsAndWidthsAreTheTold) {
     EXPECT_EQ(rig.panel.fg2.rowHeight(74), 220);
 }
 
+TEST(BlockInputs, TheColumnWithoutAHeadingTellsItsLettersInAToolTip) {
+    WiringRig rig;
+    const std::string tip = "A: analog input, D: discrete input, ?: its source is an empty block";
+    EXPECT_EQ(rig.fg2.cell(0, 5).toolTip, tip);
+    EXPECT_EQ(rig.fg2.cell(1, 5).toolTip, tip);
+    rig.panel.setToolTips(false);
+    rig.clickBlock(20);
+    EXPECT_EQ(rig.fg2.cell(1, 5).toolTip, "");
+}
+
 TEST(BlockInputs, ShowsWhatEachInputIsWiredTo) {
     WiringRig rig;
     EXPECT_EQ(rowOf(rig.fg2, 1), (Texts{"1", "0", "MAIN", "FIRST", "ZERO", "A"}));
