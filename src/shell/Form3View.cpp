@@ -16,6 +16,7 @@
 #include "platform/qt/Theme.h"
 #include "shell/Form3ExtrasView.h"
 #include "shell/FunctionFilterView.h"
+#include "shell/FunctionWords.h"
 #include "store/Workbench.h"
 
 namespace qrv {
@@ -180,8 +181,10 @@ QWidget* Form3View::makeListPane(Extras extras) {
     QListWidget* functions = addList(QStringLiteral("List1"), blocks_.List1, [this] { blocks_.List1_Click(); });
     functions->setAccessibleName(QStringLiteral("Functions"));
     if (extras == Extras::Shown) {
-        auto* filter = new FunctionFilterView(
-            functions, [this](const QString& name) { return shownUtf8(guide_.sentenceOf(typedText(name))); }, pane);
+        const FunctionFilterView::Texts texts{
+            .sentence = [this](const QString& name) { return shownUtf8(guide_.sentenceOf(typedText(name))); },
+            .words = [](const QString& name) { return shownUtf8(std::string(wordsOfFunction(typedText(name)))); }};
+        auto* filter = new FunctionFilterView(functions, texts, pane);
         column->addWidget(filter);
         column->addWidget(functions, 1);
         column->addWidget(filter->sentence());

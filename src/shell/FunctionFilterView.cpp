@@ -8,9 +8,14 @@
 
 namespace qrv {
 
-FunctionFilterView::FunctionFilterView(QListWidget* functions, std::function<QString(const QString&)> sentenceOf,
-                                       QWidget* parent)
-    : QLineEdit(parent), functions_(functions), sentenceOf_(std::move(sentenceOf)), sentence_(new QLabel(parent)) {
+namespace {
+
+constexpr int kWordsRole = Qt::UserRole;
+
+}  // namespace
+
+FunctionFilterView::FunctionFilterView(QListWidget* functions, Texts texts, QWidget* parent)
+    : QLineEdit(parent), functions_(functions), texts_(std::move(texts)), sentence_(new QLabel(parent)) {
     setObjectName(QStringLiteral("functionFilter"));
     setPlaceholderText(QStringLiteral("Filter functions"));
     setAccessibleName(QStringLiteral("Filter of the function list"));
@@ -29,7 +34,9 @@ FunctionFilterView::FunctionFilterView(QListWidget* functions, std::function<QSt
 void FunctionFilterView::explainRows(int first, int last) {
     for (int row = first; row <= last; ++row) {
         QListWidgetItem* item = functions_->item(row);
-        item->setToolTip(sentenceOf_(item->text().trimmed()));
+        const QString name = item->text().trimmed();
+        item->setToolTip(texts_.sentence(name));
+        item->setData(kWordsRole, texts_.words(name));
     }
 }
 
@@ -38,7 +45,8 @@ void FunctionFilterView::narrow(const QString& wanted) {
     bool isFound = false;
     for (int row = 0; row < functions_->count(); ++row) {
         QListWidgetItem* item = functions_->item(row);
-        const QString all = item->text() + QLatin1Char(' ') + item->toolTip();
+        const QString all =
+            QStringList{item->text(), item->toolTip(), item->data(kWordsRole).toString()}.join(QLatin1Char(' '));
         const bool hasAll =
             std::ranges::all_of(words, [&all](const QString& word) { return all.contains(word, Qt::CaseInsensitive); });
         item->setHidden(!hasAll);

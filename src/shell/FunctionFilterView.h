@@ -11,10 +11,15 @@ namespace qrv {
 
 class FunctionFilterView final : public QLineEdit {
  public:
-    /// The list's rows stay the rows they are: those that lack one of the typed words, in name and sentence, are
+    /// By a function's name.
+    struct Texts {
+        std::function<QString(const QString&)> sentence;  ///< what it does
+        std::function<QString(const QString&)> words;     ///< what else it is looked for by
+    };
+
+    /// The list's rows stay the rows they are: those that lack one of the typed words, in name, sentence and words, are
     /// hidden.
-    /// @param sentenceOf  what a function does, by its name
-    FunctionFilterView(QListWidget* functions, std::function<QString(const QString&)> sentenceOf, QWidget* parent);
+    FunctionFilterView(QListWidget* functions, Texts texts, QWidget* parent);
 
     /// A label with the chosen function's sentence, for the caller's layout.
     [[nodiscard]] QLabel* sentence() const { return sentence_; }
@@ -31,7 +36,7 @@ class FunctionFilterView final : public QLineEdit {
     void showSentence();
 
     QListWidget* functions_;
-    std::function<QString(const QString&)> sentenceOf_;
+    Texts texts_;
     QLabel* sentence_;
 };
 

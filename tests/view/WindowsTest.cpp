@@ -393,43 +393,6 @@ TEST_F(Session, GoToBlockFindsTheNextBlockOfAFunctionOfTheBoardsToo) {
     }
 }
 
-TEST_F(Session, FilterNarrowsTheFunctionListAndTellsWhatAFunctionDoes) {
-    ViewRig::choose(rig.mainView(), "mnuEditCfg");
-    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-    QListWidgetItem* add = list->findItems(QStringLiteral("ADD"), Qt::MatchFixedString).first();
-    QListWidgetItem* pid = list->findItems(QStringLiteral("PID"), Qt::MatchFixedString).first();
-    QTest::keyClicks(ViewRig::find<QLineEdit>(rig.mainView(), "functionFilter"), QStringLiteral("add"));
-    EXPECT_FALSE(add->isHidden());
-    EXPECT_TRUE(pid->isHidden());
-    list->setCurrentItem(add);
-    EXPECT_EQ(ViewRig::find<QLabel>(rig.mainView(), "functionSentence")->text(), "Sum of two");
-}
-
-TEST_F(Session, FilterFindsAFunctionByTheWordsOfItsSentence) {
-    ViewRig::choose(rig.mainView(), "mnuEditCfg");
-    const auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-    auto* filter = ViewRig::find<QLineEdit>(rig.mainView(), "functionFilter");
-    const std::pair<const char*, QStringList> rows[] = {
-        {"average", {"AVG8", "MOVAVG", "AVGTIME"}},
-        {"mean", {"AVG8", "MOVAVG", "AVGTIME"}},
-        {"period highest", {"AVGTIME"}},
-        {"no such function", {}},
-    };
-    for (const auto& [typed, expected] : rows) {
-        filter->clear();
-        QTest::keyClicks(filter, QString::fromLatin1(typed));
-        QStringList found;
-        for (int row = 0; row < list->count(); ++row) {
-            if (!list->item(row)->isHidden()) found << list->item(row)->text().trimmed();
-        }
-        EXPECT_EQ(found, expected) << typed;
-    }
-    const auto* sentence = ViewRig::find<QLabel>(rig.mainView(), "functionSentence");
-    EXPECT_EQ(sentence->text(), "No function has that in its name or sentence.");
-    filter->clear();
-    EXPECT_EQ(sentence->text(), "");
-}
-
 TEST_F(Session, SaveHasItsKeysInTheMenuAndSaysThatItIsDone) {
     auto* save = rig.mainView().findChild<QAction*>(QStringLiteral("mnuFileSave"));
     ASSERT_NE(save, nullptr);
@@ -437,21 +400,6 @@ TEST_F(Session, SaveHasItsKeysInTheMenuAndSaysThatItIsDone) {
     QTest::keyClick(&rig.mainView(), Qt::Key_S, Qt::ControlModifier);
     const QString words = ViewRig::find<QLabel>(rig.mainView(), "transferEnd")->text();
     EXPECT_TRUE(words.endsWith(QStringLiteral(".qrv is saved."))) << words.toStdString();
-}
-
-TEST_F(Session, DownFromTheFilterChoosesTheFirstFunctionFound) {
-    ViewRig::choose(rig.mainView(), "mnuEditCfg");
-    auto* list = ViewRig::find<QListWidget>(rig.mainView(), "List1");
-    auto* filter = ViewRig::find<QLineEdit>(rig.mainView(), "functionFilter");
-    EXPECT_TRUE(filter->hasFocus()) << "the list has come up";
-    QTest::keyClicks(filter, QStringLiteral("average"));
-    QTest::keyClick(filter, Qt::Key_Down);
-    EXPECT_TRUE(list->hasFocus());
-    EXPECT_EQ(rig.program.mainWindow.blocks.CurFuncName, "AVG8");
-    QTest::keyClick(list, Qt::Key_Down);
-    EXPECT_EQ(rig.program.mainWindow.blocks.CurFuncName, "MOVAVG");
-    QTest::keyClick(filter, Qt::Key_Down);
-    EXPECT_EQ(rig.program.mainWindow.blocks.CurFuncName, "MOVAVG");
 }
 
 TEST_F(Session, FunctionPageFollowsTheBlock) {
