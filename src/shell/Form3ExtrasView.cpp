@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QFocusEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -84,6 +85,18 @@ QString keysTable() {
     return QStringLiteral("<table cellspacing='6'>%1</table>").arg(rows);
 }
 
+/// Its text is marked, so that what is typed takes its place, as long as the keys go there.
+class GoToBox final : public QLineEdit {
+ public:
+    using QLineEdit::QLineEdit;
+
+ protected:
+    void focusOutEvent(QFocusEvent* event) override {
+        QLineEdit::focusOutEvent(event);
+        if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason) deselect();
+    }
+};
+
 }  // namespace
 
 Form3ExtrasView::Form3ExtrasView(Form3View& window, Workbench& bench)
@@ -128,7 +141,7 @@ void Form3ExtrasView::makeToolBar() {
     bar_->addSeparator();
     step("previousBlock", "previous", QStringLiteral("Previous block (F5)"), Key::F5);
     step("nextBlock", "next", QStringLiteral("Next block (F6)"), Key::F6);
-    goTo_ = new QLineEdit(bar_);
+    goTo_ = new GoToBox(bar_);
     goTo_->setObjectName(QStringLiteral("goToBlock"));
     goTo_->setPlaceholderText(QStringLiteral("Go to block"));
     goTo_->setAccessibleName(QStringLiteral("Go to block"));
@@ -345,7 +358,7 @@ QString Form3ExtrasView::goTo(const QString& wanted) {
 
 void Form3ExtrasView::goToTyped() {
     window_.statusBar()->showMessage(goTo(goTo_->text()), kMessageTime);
-    goTo_->selectAll();
+    if (goTo_->hasFocus()) goTo_->selectAll();
 }
 
 }  // namespace qrv

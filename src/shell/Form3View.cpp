@@ -43,7 +43,6 @@ Extras extrasOfEnvironment() {
 
 Form3View::Form3View(Form3& form, DesktopHost& host, Workbench& bench, Extras extras)
     : FormView(form, host), form_(form), blocks_(form.blocks), bench_(bench), guide_(bench.places.catalogue) {
-    setWindowIcon(theme::icon(QStringLiteral("app")));
     makeMenus();
     grid1_ = addGrid(blocks_.Grid1);
     auto* right = new QWidget(this);
@@ -79,7 +78,7 @@ void Form3View::makeMenus() {
     for (TopMenu& top : form_.menu.menus()) {
         QMenu* menu = menuBar()->addMenu(shownUtf8(top.caption));
         menu->setObjectName(QString::fromStdString(top.name));
-        for (MenuEntry& entry : top.entries) addEntry(menu, entry, [this, name = entry.name] { form_.choose(name); });
+        addEntries(menu, top.entries, [this](const std::string& name) { form_.choose(name); });
     }
 }
 

@@ -88,14 +88,7 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     if (selected && !isMuted_ && !cell.back) back = theme::selectedCell();
     if (selected && grid_.selectionColour()) back = colourOf(*grid_.selectionColour());
     painter->fillRect(option.rect, back);
-    // Where the keys begin is plain to see in a muted grid, too.
-    if (selected && isMuted_ && !(option.state & QStyle::State_HasFocus)) {
-        painter->setPen(theme::faintText());
-        painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
-    } else if (selected) {
-        painter->setPen(QPen(theme::accent(), 2));
-        painter->drawRect(QRectF(option.rect).adjusted(1, 1, -1, -1));
-    }
+    if (selected) paintFrame(painter, option);
     if (grid_.colKind(col) == ColumnKind::CheckBox) {
         paintCheckBox(painter, option, cell);
         return;
@@ -118,6 +111,17 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     }
     painter->setFont(fonts.usual());
     painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextWordWrap, text);
+}
+
+/// Where the keys are is plain to see, in a muted grid, too; where they would go on, less so.
+void GridPainter::paintFrame(QPainter* painter, const QStyleOptionViewItem& option) const {
+    if (option.state & QStyle::State_HasFocus) {
+        painter->setPen(QPen(theme::accent(), 2));
+        painter->drawRect(QRectF(option.rect).adjusted(1, 1, -1, -1));
+        return;
+    }
+    painter->setPen(isMuted_ ? theme::faintText() : theme::accent());
+    painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
 }
 
 QSize GridPainter::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

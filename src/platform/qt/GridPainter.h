@@ -37,6 +37,7 @@ class GridPainter final : public QAbstractItemDelegate {
 
  private:
     void paintCheckBox(QPainter* painter, const QStyleOptionViewItem& option, const GridCell& cell) const;
+    void paintFrame(QPainter* painter, const QStyleOptionViewItem& option) const;
 
     static void paintArrow(QPainter* painter, const QStyleOptionViewItem& option);
 

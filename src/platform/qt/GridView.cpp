@@ -4,6 +4,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QToolTip>
 #include <algorithm>
@@ -356,6 +357,7 @@ bool GridView::hasOrLendsFocus() const {
 
 /// The grid has the focus as long as it or its editor has it, and while another window is in front.
 void GridView::followFocus() {
+    update();
     const QWidget* now = QApplication::focusWidget();
     if (!now || !grid_ || now->window() != window()) return;
     const bool has = hasOrLendsFocus();
@@ -372,6 +374,17 @@ void GridView::followFocus() {
 void GridView::focusInEvent(QFocusEvent* event) {
     QTableView::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) reveal();
+}
+
+bool GridView::event(QEvent* event) {
+    const bool done = QTableView::event(event);
+    // Here as long as the grid has the focus or lends it to its editor.
+    if (event->type() == QEvent::Paint && hasOrLendsFocus()) {
+        QPainter painter(this);
+        painter.setPen(theme::accent());
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+    return done;
 }
 
 bool GridView::viewportEvent(QEvent* event) {

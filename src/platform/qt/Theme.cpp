@@ -1,9 +1,13 @@
 #include "platform/qt/Theme.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFontMetrics>
+#include <QPainter>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QRadioButton>
+#include <QStyleOption>
 #include <cmath>
 
 /// Brings the icons along from the static library; the toolkit wants this outside of any namespace.
@@ -35,6 +39,24 @@ constexpr Shade kShades[] = {
     {QPalette::Link, 0xFF1F5F8B},        {QPalette::PlaceholderText, 0xFF5B6B79},
 };
 
+/// Fusion frames a check box or option that has the focus only behind a Tab, and not in the window that comes up with
+/// it.
+class Style final : public QProxyStyle {
+ public:
+    Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        const bool isBox = qobject_cast<const QCheckBox*>(widget) || qobject_cast<const QRadioButton*>(widget);
+        if (element != PE_FrameFocusRect || !isBox) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            return;
+        }
+        painter->setPen(accent());
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    }
+};
+
 }  // namespace
 
 QColor accent() { return QColor(0xFF1F5F8B); }
@@ -47,7 +69,8 @@ QColor warning() { return QColor(0xFFB3261E); }
 
 void apply(QApplication& application) {
     provideIcons();
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Style);
+    QApplication::setWindowIcon(icon(QStringLiteral("app")));
     QPalette palette;
     for (const Shade& shade : kShades) palette.setColor(shade.role, QColor(shade.rgb));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
