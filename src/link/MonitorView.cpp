@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 
 #include "link/frmTagView.h"
@@ -80,13 +81,10 @@ class DraggedLabel final : public QLabel {
         if (step.isNull()) return QLabel::keyPressEvent(event);
         step_(step);
     }
-    void focusInEvent(QFocusEvent* event) override {
-        QLabel::focusInEvent(event);
-        setFrameShape(QFrame::Box);
-    }
-    void focusOutEvent(QFocusEvent* event) override {
-        QLabel::focusOutEvent(event);
-        setFrameShape(QFrame::Panel);
+    void paintEvent(QPaintEvent* event) override {
+        QLabel::paintEvent(event);
+        QPainter painter(this);
+        if (hasFocus()) theme::drawFocus(painter, rect());
     }
 
  private:

@@ -144,6 +144,19 @@ TEST(MonitorView, ALabelDroppedBetweenTwoPlacesTakesTheNearerOne) {
     }
 }
 
+TEST(MonitorView, ALabelThatTheKeysGoToIsFramed) {
+    StillLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
+    auto* label = ViewRig::find<QLabel>(view, "analog1");
+    const auto edge = [label] { return label->grab().toImage().pixelColor(1, label->height() / 2); };
+    EXPECT_NE(edge(), theme::accent());
+    view.activateWindow();
+    label->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(QTest::qWaitFor([label] { return label->hasFocus(); }));
+    EXPECT_EQ(edge(), theme::accent());
+}
+
 TEST(MonitorView, AClickOnALabelOfTheSecondRoundLeavesItBesideTheFirst) {
     StillLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);

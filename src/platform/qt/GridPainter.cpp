@@ -116,8 +116,7 @@ void GridPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, c
 /// Where the keys are is plain to see, in a muted grid, too; where they would go on, less so.
 void GridPainter::paintFrame(QPainter* painter, const QStyleOptionViewItem& option) const {
     if (option.state & QStyle::State_HasFocus) {
-        painter->setPen(QPen(theme::accent(), 2));
-        painter->drawRect(QRectF(option.rect).adjusted(1, 1, -1, -1));
+        theme::drawFocus(*painter, option.rect);
         return;
     }
     painter->setPen(isMuted_ ? theme::faintText() : theme::accent());

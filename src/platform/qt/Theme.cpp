@@ -67,6 +67,11 @@ QColor line() { return QColor(0xFFC2CCD5); }
 QColor faintText() { return QColor(0xFF93A1AD); }
 QColor warning() { return QColor(0xFFB3261E); }
 
+void drawFocus(QPainter& painter, const QRect& around) {
+    painter.setPen(QPen(accent(), 2));
+    painter.drawRect(QRectF(around).adjusted(1, 1, -1, -1));
+}
+
 void apply(QApplication& application) {
     provideIcons();
     QApplication::setStyle(new Style);

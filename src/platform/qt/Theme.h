@@ -7,6 +7,8 @@
 #include <QSize>
 
 class QApplication;
+class QPainter;
+class QRect;
 
 namespace qrv::theme {
 
@@ -20,6 +22,9 @@ void apply(QApplication& application);
 [[nodiscard]] QColor line();
 [[nodiscard]] QColor faintText();
 [[nodiscard]] QColor warning();
+
+/// The frame of a cell, or of what else the keys go to.
+void drawFocus(QPainter& painter, const QRect& around);
 
 /// "Courier New" in the size of the forms' texts.
 [[nodiscard]] QFont fixedFont();
