@@ -27,7 +27,9 @@ MGridView::MGridView(MGrid& form, DesktopHost& host) : FormView(form, host), for
     body->addWidget(grid, 1);
     body->addLayout(makeButtons());
     addTimer(form.tmrShow, [this] { form_.tmrShow_Timer(); });
-    resize(kWindowWidth, sizeHint().height());
+    // No row in sight is one that a pass doesn't read.
+    setMaximumHeight(sizeHint().height());
+    resize(kWindowWidth, maximumHeight());
 }
 
 QBoxLayout* MGridView::makeButtons() {

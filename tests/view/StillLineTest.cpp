@@ -72,6 +72,23 @@ TEST(MGridView, APassBeginsWithTheFirstRowInSight) {
     EXPECT_EQ(grid->verticalScrollBar()->value(), rowsAbove);
 }
 
+TEST(MGridView, HoweverLargeItIsMadeNoRowIsInSightThatIsNotRead) {
+    StillLine line;
+    FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
+    line.controller.fixAnalog(580, 100);
+    line.controller.fixAnalog(704, 200);
+    use(line.rig, 580, kAnalogFunction);
+    use(line.rig, 704, kAnalogFunction);
+    view.resize(2000, 2000);
+    const auto* grid = ViewRig::find<GridView>(view, "Grid2");
+    EXPECT_EQ(grid->rowAt(grid->viewport()->height() - 1) - grid->rowAt(0), 12);
+    grid->verticalScrollBar()->setValue(grid->verticalScrollBar()->maximum());
+    line.after(milliseconds(500), [&] { press(view, "Command3"); });
+    press(view, "Command2");
+    EXPECT_EQ(cellText(view, 59, 1), "1.00");
+    EXPECT_EQ(cellText(view, 71, 5), "2.00");
+}
+
 TEST(MGridView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
     StillLine line;
     FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
