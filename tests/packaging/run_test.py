@@ -191,6 +191,26 @@ class Road(unittest.TestCase):
         run = self.run_it("--terminal", "none.qrv")
         self.assertEqual((run.returncode, run.stdout, run.stderr), (2, "", "run: none.qrv: no such file\n"))
 
+    def test_an_option_that_is_none_is_named(self):
+        run = self.run_it("--bogus")
+        self.assertEqual((run.returncode, run.stdout), (2, ""))
+        self.assertTrue(run.stderr.startswith("run: --bogus: no such option\nusage: ./run "), run.stderr)
+
+    def test_why_the_road_leads_through_the_terminal_is_told_where_nobody_chose_it(self):
+        words = "run: there is no display (DISPLAY is not set), so the road leads through the terminal\n"
+        self.assertIn(words, self.run_it().stderr)
+        self.assertNotIn("display", self.run_it("--terminal").stderr)
+
+    def test_copies_of_work_that_was_not_saved_are_told_at_the_next_start(self):
+        words = "Copies of work that was not saved:\n"
+        self.assertNotIn(words, self.run_it("--terminal").stdout)
+        copy = self.place / "state/QRV_Edit/backups/plant 2026-11-20 10-00-00.qrv"
+        copy.parent.mkdir(parents=True)
+        copy.write_text("what was typed")
+        told = self.run_it("--terminal").stdout
+        self.assertIn(words, told)
+        self.assertIn(str(copy), told)
+
     def file_on_the_road(self):
         self.road.mkdir(parents=True)
         kept = self.road / "back.qrv"
