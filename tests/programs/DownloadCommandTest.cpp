@@ -292,9 +292,9 @@ TEST(qrvDownload, JsonHoldsForAnOutputThatTakesNoMore) {
 }
 
 TEST(qrvDownload, AReaderThatWentAwayEndsItOnlyWhenItIsCommitted) {
+    const PipeNobodyReads output;
     TransferRun transfer;
     transfer.live.start();
-    const PipeNobodyReads output;
     const ProgramRun run = transfer.onLine("download plant.qrv --yes --json" + output.redirection());
     EXPECT_EQ(run.exitCode, 141);
     for (const auto& line : ReadJson::linesOf(run.err)) EXPECT_NE(line["event"], "note") << line;

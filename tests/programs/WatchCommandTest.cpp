@@ -79,9 +79,9 @@ TEST(qrvWatch, AFullDiskEndsIt) {
 }
 
 TEST(qrvWatch, AReaderThatHasSeenEnoughEndsItWithoutAWord) {
+    const PipeNobodyReads output;
     WatchRun watch;
     watch.live.start();
-    const PipeNobodyReads output;
     const ProgramRun shown = watch.run("watch plant.qrv 1 --interval 1" + watch.onLine() + output.redirection());
     EXPECT_EQ(shown.exitCode, 141);
     EXPECT_EQ(shown.err, "");
