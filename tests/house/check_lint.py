@@ -6,7 +6,6 @@ it reads them once a folder. Where names of two sources collide in that, each of
 usage: check_lint.py SOURCE BUILD
 """
 import collections
-import itertools
 import json
 import os
 import pathlib
@@ -62,24 +61,26 @@ def joined(units, place):
     return joints
 
 
-def said_about(file, build):
+def said_about(file, build, rules):
     """What the linter finds in a file that is compiled as `build` tells; empty where it finds nothing."""
     # It takes what the tests beside it leave of the cores, for some of them answer a real line in time.
-    ran = subprocess.run(["nice", "-n", "19", "clang-tidy", "-p", str(build), "--quiet",
+    ran = subprocess.run(["nice", "-n", "19", "clang-tidy", "-p", str(build), f"--config-file={rules}", "--quiet",
                           "--extra-arg=-Wno-unknown-warning-option", file], capture_output=True, text=True)
+    if ran.returncode == 0:
+        return ""
     # Its error output mostly counts what it left out of the system's headers.
     errors = "".join(line for line in ran.stderr.splitlines(True) if "warnings generated" not in line)
-    return ran.stdout + errors if ran.returncode else ""
+    return f"{ran.stdout}{errors}clang-tidy ended with {ran.returncode} at {file}\n"
 
 
-def said_about_unit(joint, unit, build):
+def said_about_unit(joint, unit, build, rules):
     """What the linter finds in the sources of a unit."""
     if len(unit) > 1:
-        said = said_about(joint, build / "lint")
+        said = said_about(joint, build / "lint", rules)
         if "[clang-diagnostic-error]" not in said:
             return said
         print(f"{len(unit)} sources can't be read as one:", said, sep="\n")
-    return "".join(said_about(entry["file"], build) for entry in unit)
+    return "".join(said_about(entry["file"], build, rules) for entry in unit)
 
 
 def main():
@@ -87,8 +88,10 @@ def main():
     units = units_of(source, build)
     if not units:
         sys.exit(f"no source of {source} is compiled in {build}")
+    rules = source / ".clang-tidy"
     with ThreadPoolExecutor(int(os.environ.get("JOBS", os.cpu_count()))) as jobs:
-        findings = list(jobs.map(said_about_unit, joined(units, build / "lint"), units, itertools.repeat(build)))
+        findings = list(jobs.map(lambda joint, unit: said_about_unit(joint, unit, build, rules),
+                                 joined(units, build / "lint"), units))
     print("".join(findings), end="")
     print(f"{sum(map(len, units))} sources in {len(units)} units, {sum(map(bool, findings))} with findings")
     sys.exit(any(findings))
