@@ -30,13 +30,14 @@ constexpr std::string_view kExitCodes =
     "Data goes to the standard output, words and progress to the standard error.\n"
     "\n"
     "Exit codes:\n"
-    "  0  done\n"
-    "  1  done, with findings or differences\n"
-    "  2  the command line can't be understood\n"
-    "  3  a file can't be read, written or understood\n"
-    "  4  the controller can't be reached or gave a bad answer\n"
-    "  5  refused: by the user, for want of --force or --yes, or because the controller can't take it\n"
-    "  6  cancelled by Ctrl+C, or because the terminal went away\n";
+    "  0    done\n"
+    "  1    done, with findings or differences\n"
+    "  2    the command line can't be understood\n"
+    "  3    a file can't be read, written or understood\n"
+    "  4    the controller can't be reached or gave a bad answer\n"
+    "  5    refused: by the user, for want of --force or --yes, or because the controller can't take it\n"
+    "  6    cancelled by Ctrl+C, or because the terminal went away\n"
+    "  141  in the place of 0 and 1: nobody reads the output any more\n";
 
 std::string footer() {
     std::string text(kExitCodes);
