@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <utility>
 
 namespace qrv {
@@ -21,8 +22,9 @@ ToolkitWords::ToolkitWords(std::string sentence) : sentence_(std::move(sentence)
 }
 
 ToolkitWords::~ToolkitWords() {
-    holder() = nullptr;
     qInstallMessageHandler(next_);
+    holder() = nullptr;
+    const std::lock_guard lock(busy_);
     for (const Word& word : held_) {
         if (word.category == "qt.qpa.plugin") continue;
         const QMessageLogContext context(nullptr, 0, nullptr, word.category.constData());
@@ -35,6 +37,7 @@ void ToolkitWords::take(QtMsgType type, const QMessageLogContext& context, const
     if (type == QtFatalMsg) words.end(text);
     if (type == QtDebugMsg) return words.next_(type, context, text);
     // A copy: the category's name may go with the plugin that has it.
+    const std::lock_guard lock(words.busy_);
     words.held_.push_back({.type = type, .category = context.category, .text = text});
 }
 

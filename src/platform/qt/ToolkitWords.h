@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QtGlobal>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,7 @@ class ToolkitWords {
     [[nodiscard]] QString reason(const QString& fatal) const;
 
     std::string sentence_;
+    std::mutex busy_;  ///< the toolkit's threads speak, too
     std::vector<Word> held_;
     QtMessageHandler next_;
 };
