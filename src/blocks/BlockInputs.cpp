@@ -49,7 +49,12 @@ void BlockInputs::layOut() {
     fg2_.setText(0, kInputOutput, "OUTPUT");
     fg2_.setText(0, kInputDescription, "DESCRIPTION");
     fg2_.setText(0, kInputSource, "SOURCE");
-    if (hasToolTips_) fg2_.setToolTip(0, kInputKind, kKindTip);
+    setToolTips(true);
+}
+
+void BlockInputs::setToolTips(bool shown) {
+    hasToolTips_ = shown;
+    fg2_.setToolTip(0, kInputKind, shown ? kKindTip : "");
 }
 
 void BlockInputs::show() {

@@ -21,7 +21,8 @@ class BlockInputs {
     bool validateEdit(int row, int col);
     /// Stores a block reference word in the input of fg2's current row.
     void UpdateConstant(std::int16_t value);
-    void setToolTips(bool shown) { hasToolTips_ = shown; }
+    /// The tool tip of the letters' column: its heading's at once, its rows' when they are written next.
+    void setToolTips(bool shown);
     /// Numeric, and from 0 to 704.
     [[nodiscard]] static bool BlockNumberIsValid(const std::string& text);
 

@@ -103,7 +103,8 @@ class BlockPanel {
     [[nodiscard]] bool isCellChosen() const { return isCellChosen_; }
     /// Selects a block's cell and, in the data view, shows it. @param block  0..704
     void goToBlock(int block);
-    /// Tool tips with a parameter's least, greatest and default value; off in the classic look.
+    /// Tool tips with the meaning of an input's letter, and with a parameter's least, greatest and default value; off
+    /// in the classic look.
     void setToolTips(bool shown) {
         inputs_.setToolTips(shown);
         parameters_.setToolTips(shown);

@@ -39,7 +39,10 @@ TEST(BlockInputs, TheColumnWithoutAHeadingTellsItsLettersInAToolTip) {
     EXPECT_EQ(rig.fg2.cell(1, 5).toolTip, tip);
     rig.panel.setToolTips(false);
     rig.clickBlock(20);
+    EXPECT_EQ(rig.fg2.cell(0, 5).toolTip, "");
     EXPECT_EQ(rig.fg2.cell(1, 5).toolTip, "");
+    rig.panel.setToolTips(true);
+    EXPECT_EQ(rig.fg2.cell(0, 5).toolTip, tip);
 }
 
 TEST(BlockInputs, ShowsWhatEachInputIsWiredTo) {
