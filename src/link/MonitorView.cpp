@@ -78,7 +78,7 @@ class DraggedLabel final : public QLabel {
     }
     void keyPressEvent(QKeyEvent* event) override {
         const QPoint step = stepOf(event->key());
-        if (step.isNull()) return QLabel::keyPressEvent(event);
+        if (step.isNull() || isDragged()) return QLabel::keyPressEvent(event);
         step_(step);
     }
     void paintEvent(QPaintEvent* event) override {

@@ -161,6 +161,23 @@ TEST(MonitorView, ALabelDroppedBetweenTwoPlacesTakesTheNearerOne) {
     }
 }
 
+TEST(MonitorView, ALabelThatTheMouseHoldsHeedsNoArrowKeys) {
+    StillLine line;
+    FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
+    addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
+    auto* label = ViewRig::find<QLabel>(view, "analog1");
+    const QPoint before = label->pos();
+    const QPoint grip = label->rect().center();
+    QTest::mousePress(label, Qt::LeftButton, {}, grip);
+    QTest::keyClick(label, Qt::Key_Right);
+    QTest::mouseRelease(label, Qt::LeftButton, {}, grip);
+    // The place on the screen and the place in the form are one.
+    EXPECT_EQ(line.rig.program.chosenOutputs.label(1).left, 360);
+    EXPECT_EQ(label->pos(), before);
+    QTest::keyClick(label, Qt::Key_Right);
+    EXPECT_EQ(line.rig.program.chosenOutputs.label(1).left, 2310);
+}
+
 TEST(MonitorView, ALabelThatTheKeysGoToIsFramed) {
     StillLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
