@@ -33,7 +33,8 @@ std::string helpText() {
         "\n"
         "Environment:\n"
         "  QRV_EDIT_CLASSIC=1  the editor without our additions: tool bar, status bar with meters, panels, filter,\n"
-        "                      tool tips, sentences of live and transfer windows, the menus Tools and Help\n";
+        "                      tool tips, sentences of live and transfer windows, the menus Tools and Help,\n"
+        "                      the title of the dialog for a new file\n";
     text.append(help::kSettingsEnvironment).append(help::kStateEnvironment);
     text.append("\nFiles:\n").append(help::kSettingsFiles).append(help::kStateFiles);
     return text;

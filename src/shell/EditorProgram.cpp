@@ -23,6 +23,7 @@ EditorProgram::EditorProgram(const Platform& platform, const EditorStart& start)
       recent(bench.platform.formHost, mainWindow.recentFiles, [this](int index) { mainWindow.GetRecentFile(index); }),
       ask(bench, recent),
       splash(bench, about, mainWindow) {
+    if (!start.isClassic) bench.windows.newFileTitle = "New Configuration";
     bench.windows.loadBoardTexts = [this] { general.loadBoardTexts(); };
     bench.windows.storeBoardTexts = [this] { general.storeBoardTexts(); };
     mainWindow.provide("mnuEditComPort", [this] { bench.platform.formHost.showModal(comm); });

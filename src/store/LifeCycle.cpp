@@ -170,7 +170,7 @@ std::string KeepUnsavedWork(Workbench& bench) {
 bool newFileDialog(Workbench& bench) {
     bench.DialogResultOpen = false;
     bench.FileIsOpen = false;
-    const std::string path = askForFile(bench, {.kind = FileDialogKind::Save, .title = "New Configuration"});
+    const std::string path = askForFile(bench, {.kind = FileDialogKind::Save, .title = bench.windows.newFileTitle});
     if (path.empty()) return false;
     if (exists(path) &&
         !mayReplace(bench, {.text = "Replace " + path + "\n" + path + " Already Exists", .buttons = Buttons::YesNo})) {

@@ -27,6 +27,8 @@ inline constexpr std::size_t kFrameCapacity = 301;
 
 /// What the life cycle of a file asks of the windows. A terminal program leaves these as they are.
 struct WindowHooks {
+    /// The title of the dialog for a new file; "" for the platform's own.
+    std::string newFileTitle{};
     /// A file was opened: read its board texts into the hardware grid. Errors are ignored by the caller.
     std::function<void()> loadBoardTexts = [] {};
     /// The file is about to be closed: write the hardware grid's board texts to it.

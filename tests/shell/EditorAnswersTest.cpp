@@ -36,7 +36,7 @@ TEST(EditorAnswers, WhatTheEnvironmentDoesStandsInOneColumn) {
         EXPECT_EQ(line.substr(20, 2), "  ") << line;
         EXPECT_NE(line[22], ' ') << line;
     }
-    EXPECT_EQ(found, 6);
+    EXPECT_EQ(found, 7);
 }
 
 TEST(EditorAnswers, VersionsAreALineEach) {

@@ -64,13 +64,14 @@ struct Machine {
 
 /// One run of the program, from the splash on.
 struct EditorRun {
-    explicit EditorRun(Machine& userMachine, const std::string& commandLine = "")
+    explicit EditorRun(Machine& userMachine, const std::string& commandLine = "", bool isClassic = false)
         : machine(userMachine),
           program(Platform{machine.boxes, machine.dialogs, host, machine.settings, machine.clock, pump, machine.port},
                   {.places = {.work = machine.programFolder(),
                               .catalogue = machine.programFolder(),
                               .backups = machine.path("kept")},
-                   .commandLine = commandLine}) {}
+                   .commandLine = commandLine,
+                   .isClassic = isClassic}) {}
 
     /// The splash comes up and its time runs out: the main window stands, or another in its place.
     void start() {

@@ -74,6 +74,14 @@ TEST_F(Form3FilesTest, TheDialogsAskForConfigurations) {
     EXPECT_EQ(machine.dialogs.asked.back(), question);
 }
 
+TEST(Form3Files, TheDialogForANewFileHasNoTitleOfItsOwnInTheClassicLook) {
+    Machine machine;
+    const bool isClassic = true;
+    EditorRun run(machine, "", isClassic);
+    run.startWithNew(machine.path("a.qrv"));
+    EXPECT_EQ(machine.dialogs.asked.back().title, "");
+}
+
 TEST_F(Form3FilesTest, ANewFileMayTakeAnotherOnesPlace) {
     makeNew(b);
     machine.boxes.verify();

@@ -271,8 +271,7 @@ TEST(LifeCycle, NewAsksForANameAndOpensTheFile) {
     EXPECT_TRUE(rig.bench.FileIsOpen);
     EXPECT_EQ(rig.bench.CurrentFileName, rig.path("new.qrv"));
     EXPECT_EQ(rig.dialogs.asked.at(0),
-              (FileQuestion{
-                  .kind = FileDialogKind::Save, .filter = kFilter, .initialName = "", .title = "New Configuration"}));
+              (FileQuestion{.kind = FileDialogKind::Save, .filter = kFilter, .initialName = "", .title = ""}));
 }
 
 TEST(LifeCycle, ACancelledNewDoesNothing) {
