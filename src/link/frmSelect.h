@@ -27,7 +27,7 @@ class frmSelect final : public Form {
     Choice Charts{.caption = "Charts + EGUs"};
     Button btnAll{.caption = "Select All"};
     Button btnNone{.caption = "Select None"};
-    Button Command1{.caption = "Continue"};
+    Button Command1{.caption = "Continue", .isDefault = true};
     Button Command2{.caption = "Cancel"};
 
     /// The boxes in the window's order.

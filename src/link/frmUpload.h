@@ -53,7 +53,7 @@ class frmUpload final : public Form {
     Choice Menus{.caption = "Menus + Screens"};
     Button btnAll{.caption = "Select All"};
     Button btnNone{.caption = "Select None"};
-    Button Continue{.caption = "Continue"};
+    Button Continue{.caption = "Continue", .isDefault = true};
     Button Cancel{.caption = "Cancel"};
     // Hidden until the upload starts.
     Label Uploading{.caption = "Uploading. . .", .visible = false};

@@ -43,6 +43,12 @@ TEST(frmSelect, ItsBoxesStandInTheirOrderEachUnderItsName) {
                                                "Menus: Menus + Screens + EGUs", "Charts: Charts + EGUs"}));
 }
 
+TEST(frmSelect, EnterContinues) {
+    TransferRig rig;
+    EXPECT_TRUE(rig.select.Command1.isDefault);
+    EXPECT_FALSE(rig.select.Command2.isDefault);
+}
+
 TEST(frmSelect, WaitsForTheDownloadThatItBegan) {
     TransferRig rig;
     rig.host.load(rig.select);

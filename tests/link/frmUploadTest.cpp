@@ -445,6 +445,12 @@ TEST(frmUpload, BoxesOfMissingSectionsAreDisabledAndStayClear) {
     }
 }
 
+TEST(frmUpload, EnterContinues) {
+    TransferRig rig;
+    EXPECT_TRUE(rig.upload.Continue.isDefault);
+    EXPECT_FALSE(rig.upload.Cancel.isDefault);
+}
+
 TEST(frmUpload, ItsBoxesStandInTheirOrderEachUnderItsName) {
     TransferRig rig;
     std::vector<std::string> shown;

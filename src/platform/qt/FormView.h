@@ -85,8 +85,7 @@ class FormView : public QMainWindow {
         const Button& source;
         Event clicked;
     };
-    /// The last row of most dialogs, at its right end: the button that goes on, which Enter clicks, and the one that
-    /// Esc clicks.
+    /// The last row of most dialogs, at its right end: the button that goes on, and the one that Esc clicks.
     void addLastRow(QBoxLayout* body, const ButtonOf& goOn, const ButtonOf& cancel);
     GridView* addGrid(Grid& source);
     void addTimer(const Timer& source, const Event& tick);

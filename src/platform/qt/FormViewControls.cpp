@@ -270,9 +270,7 @@ void FormView::addChoiceGroup(QBoxLayout* body, const ChoiceGroup& group) {
 void FormView::addLastRow(QBoxLayout* body, const ButtonOf& goOn, const ButtonOf& cancel) {
     auto* row = new QHBoxLayout;
     row->addStretch(1);
-    QPushButton* first = addButton(goOn.name, goOn.source, goOn.clicked);
-    setDefaultButton(first);
-    row->addWidget(first);
+    row->addWidget(addButton(goOn.name, goOn.source, goOn.clicked));
     QPushButton* last = addButton(cancel.name, cancel.source, cancel.clicked);
     row->addWidget(last);
     setCancelButton(last);
