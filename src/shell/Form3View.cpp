@@ -11,6 +11,7 @@
 
 #include "blocks/BlockMap.h"
 #include "blocks/BlockNumbers.h"
+#include "platform/qt/FormMenu.h"
 #include "platform/qt/GridView.h"
 #include "platform/qt/Texts.h"
 #include "platform/qt/Theme.h"
@@ -76,9 +77,10 @@ Form3View::Form3View(Form3& form, DesktopHost& host, Workbench& bench, Extras ex
 
 void Form3View::makeMenus() {
     for (TopMenu& top : form_.menu.menus()) {
-        QMenu* menu = menuBar()->addMenu(shownUtf8(top.caption));
+        auto* menu = new FormMenu(shownUtf8(top.caption), menuBar());
+        menuBar()->addMenu(menu);
         menu->setObjectName(QString::fromStdString(top.name));
-        addEntries(menu, top.entries, [this](const std::string& name) { form_.choose(name); });
+        for (MenuEntry& entry : top.entries) addEntry(menu, entry, [this, name = entry.name] { form_.choose(name); });
     }
 }
 

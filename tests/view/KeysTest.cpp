@@ -10,7 +10,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <algorithm>
 #include <map>
 
 #include "ViewRig.h"
@@ -143,52 +142,98 @@ TEST_F(Keys, ACheckBoxWithTheFocusIsFramedAsTheDialogComesUp) {
 
 // --- the menu ---
 
-/// Of entries that may be chosen; the toolkit stops at each entry that has the letter, whether or not it may be.
-std::map<QString, QStringList> entriesByLetter(const QMenu& menu) {
+/// The visible entries that can be chosen.
+std::map<QString, QStringList> choicesByLetter(const QMenu& menu) {
     std::map<QString, QStringList> found;
     for (const QAction* action : menu.actions()) {
         const QString letter = QKeySequence::mnemonic(action->text()).toString();
-        if (!letter.isEmpty() && action->isVisible()) found[letter] << action->objectName();
+        if (!letter.isEmpty() && action->isVisible() && action->isEnabled()) found[letter] << action->objectName();
     }
     return found;
 }
 
-TEST_F(Keys, NoEntryThatCannotBeChosenSharesItsLetterWithOneThatCan) {
+TEST_F(Keys, NoTwoEntriesThatCanBeChosenShareTheirLetter) {
     const QList<QMenu*> menus = rig.mainView().menuBar()->findChildren<QMenu*>(Qt::FindDirectChildrenOnly);
     ASSERT_GE(menus.size(), 5);
     for (const QMenu* menu : menus) {
-        for (const auto& [letter, entries] : entriesByLetter(*menu)) {
-            // As told, these two have their letter in common.
+        for (const auto& [letter, entries] : choicesByLetter(*menu)) {
+            // The captions give these two the same letter.
             if (entries == QStringList{"mnuViewAll", "mnuAbout"}) continue;
-            const bool anyChosen = std::ranges::any_of(
-                entries, [this](const QString& name) { return rig.mainView().findChild<QAction*>(name)->isEnabled(); });
-            EXPECT_TRUE(entries.size() == 1 || !anyChosen)
-                << menu->objectName().toStdString() << ": " << entries.join(" ").toStdString();
+            EXPECT_EQ(entries.size(), 1) << menu->objectName().toStdString() << ": " << entries.join(" ").toStdString();
         }
     }
 }
 
-TEST_F(Keys, AltFAndXLeaves) {
-    auto* file = ViewRig::find<QMenu>(rig.mainView(), "mnuFile");
-    file->popup(QPoint(0, 0));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return file->isVisible(); }));
-    rig.boxes.expect({.text = "Save changes to " + rig.path("boiler.qrv") + "?",
-                      .buttons = Buttons::YesNoCancel,
-                      .icon = Icon::Question},
-                     Answer::Cancel);
-    QTest::keyClick(file, Qt::Key_X);
+TEST_F(Keys, AnEntryHasItsCaptionLetterForLetterWhetherItCanBeChosenOrNot) {
+    for (const TopMenu& menu : rig.program.mainWindow.menu.menus()) {
+        for (const MenuEntry& entry : menu.entries) {
+            const auto* action = ViewRig::find<QAction>(rig.mainView(), entry.name.c_str());
+            if (action->isSeparator() || !entry.tag.empty()) continue;
+            EXPECT_EQ(action->text().toStdString(), entry.caption);
+        }
+    }
+    const auto* coming = ViewRig::find<QAction>(rig.mainView(), "mnuFileExportSelect");
+    EXPECT_FALSE(coming->isEnabled());
+    EXPECT_EQ(coming->text(), "Data E&xport...");
+}
+
+/// An open menu of the main window's, as Alt and its letter open it.
+class OpenMenu : public Keys {
+ protected:
+    QMenu* open(Qt::Key letter, const char* name) {
+        rig.mainView().activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return rig.mainView().isActiveWindow(); }));
+        QTest::keyClick(rig.mainView().windowHandle(), letter, Qt::AltModifier);
+        auto* menu = ViewRig::find<QMenu>(rig.mainView(), name);
+        EXPECT_TRUE(QTest::qWaitFor([menu] { return menu->isVisible(); }));
+        return menu;
+    }
+    void expectQuestionAtTheEnd() {
+        rig.boxes.expect({.text = "Save changes to " + rig.path("boiler.qrv") + "?",
+                          .buttons = Buttons::YesNoCancel,
+                          .icon = Icon::Question},
+                         Answer::Cancel);
+    }
+};
+
+TEST_F(OpenMenu, AltFAndXLeaves) {
+    QMenu* file = open(Qt::Key_F, "mnuFile");
+    expectQuestionAtTheEnd();
+    QTest::keyClick(file->windowHandle(), Qt::Key_X);
     EXPECT_FALSE(file->isVisible());
+    rig.boxes.verify();
     file->hide();
 }
 
-TEST_F(Keys, AnEntryThatCanBeChosenAgainHasItsLetterBack) {
-    auto* coming = ViewRig::find<QAction>(rig.mainView(), "mnuFileExportSelect");
-    EXPECT_EQ(coming->text(), "Data Export...");
-    // No other entry has this one's letter.
-    EXPECT_EQ(ViewRig::find<QAction>(rig.mainView(), "mnuFileImportSelect")->text(), "Data &Import...");
-    rig.program.mainWindow.provide("mnuFileExportSelect", [] {});
-    rig.host.refreshAll();
-    EXPECT_EQ(coming->text(), "Data E&xport...");
+TEST_F(OpenMenu, ALetterWithAltStillHeldChoosesToo) {
+    QMenu* file = open(Qt::Key_F, "mnuFile");
+    expectQuestionAtTheEnd();
+    QTest::keyClick(file, Qt::Key_X, Qt::AltModifier);
+    EXPECT_FALSE(file->isVisible());
+    rig.boxes.verify();
+    file->hide();
+}
+
+TEST_F(OpenMenu, ALetterThatNoEntryCanBeChosenByChoosesNone) {
+    QMenu* file = open(Qt::Key_F, "mnuFile");
+    QTest::keyClick(file, Qt::Key_I);  // "Data &Import..." is coming
+    QTest::keyClick(file, Qt::Key_Z);
+    QTest::keyClick(file, Qt::Key_X, Qt::ControlModifier);
+    EXPECT_NE(file->activeAction(), ViewRig::find<QAction>(rig.mainView(), "mnuFormExit"));
+    rig.boxes.verify();
+    file->hide();
+}
+
+TEST_F(OpenMenu, ALetterOfTwoEntriesThatCanBeChosenGoesFromOneToTheOther) {
+    QMenu* view = open(Qt::Key_V, "mnuView");
+    for (const char* entry : {"mnuViewAll", "mnuAbout", "mnuViewAll"}) {
+        if (view->activeAction() != nullptr && view->activeAction()->objectName() == QLatin1String(entry)) continue;
+        QTest::keyClick(view, Qt::Key_A);
+        ASSERT_TRUE(view->isVisible()) << entry;
+        ASSERT_NE(view->activeAction(), nullptr) << entry;
+        EXPECT_EQ(view->activeAction()->objectName(), entry);
+    }
+    view->hide();
 }
 
 }  // namespace

@@ -89,10 +89,8 @@ class FormView : public QMainWindow {
     void addLastRow(QBoxLayout* body, const ButtonOf& goOn, const ButtonOf& cancel);
     GridView* addGrid(Grid& source);
     void addTimer(const Timer& source, const Event& tick);
-    /// Menu entries that follow the form's; "-" is a separator. One that can't be chosen lends its letter to one that
-    /// can, for the toolkit stops at both.
-    void addEntries(QMenu* menu, const std::vector<MenuEntry>& sources,
-                    const std::function<void(const std::string& name)>& triggered);
+    /// A menu entry that follows the form's; "-" is a separator.
+    QAction* addEntry(QMenu* menu, const MenuEntry& source, const Event& triggered);
     /// A menu entry that stays as it is.
     QAction* addEntry(QMenu* menu, const QString& name, const QString& caption, const Event& triggered);
     /// A menu bar with the one entry of most dialogs, which is shown as a button of the bar.
@@ -136,7 +134,6 @@ class FormView : public QMainWindow {
     /// As tell, but leaves grid edits alone: a grid's own events come this way.
     void perform(const Event& event);
     QAbstractButton* tie(QAbstractButton* widget, const QString& name, Choice& source, const Event& clicked);
-    QAction* addEntry(QMenu* menu, const MenuEntry& source, const Event& triggered);
     void setUp(QWidget* widget, const QString& name);
 
     Form& form_;

@@ -3,7 +3,6 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -42,22 +41,11 @@ void showItems(Widget* widget, const std::vector<std::string>& items, const Text
     widget->addItems(texts);
 }
 
-QKeySequence letterOf(const MenuEntry& entry) { return QKeySequence::mnemonic(shownUtf8(entry.caption)); }
-
-/// Whether another entry of the menu can be chosen by the letter of one that can't.
-bool yieldsLetter(const MenuEntry& entry, const std::vector<MenuEntry>& menu) {
-    if (entry.enabled) return false;
-    const QKeySequence letter = letterOf(entry);
-    return !letter.isEmpty() && std::ranges::any_of(menu, [&letter](const MenuEntry& other) {
-        return other.enabled && other.visible && other.tag.empty() && letterOf(other) == letter;
-    });
-}
-
 /// The caption of an entry that stands for something has no mnemonic: its "&" is a character like any other.
-QString shownCaption(const MenuEntry& entry, const std::vector<MenuEntry>& menu) {
+QString shownCaption(const MenuEntry& entry) {
     QString caption = shownUtf8(entry.caption);
-    if (!entry.tag.empty()) return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
-    return yieldsLetter(entry, menu) ? caption.remove(QLatin1Char('&')) : caption;
+    if (!entry.tag.empty()) caption.replace(QLatin1Char('&'), QLatin1String("&&"));
+    return caption;
 }
 
 /// The toolkit stands on the first entry as soon as the list has the focus, and the first Down would choose the second.
@@ -322,24 +310,11 @@ QAction* FormView::addEntry(QMenu* menu, const MenuEntry& source, const Event& t
     action->setObjectName(QString::fromStdString(source.name));
     connect(action, &QAction::triggered, this, [this, triggered] { tell(triggered); });
     addMirror([action, &source] {
+        if (!action->isSeparator()) action->setText(shownCaption(source));
         action->setEnabled(source.enabled);
         action->setVisible(source.visible);
     });
     return action;
-}
-
-void FormView::addEntries(QMenu* menu, const std::vector<MenuEntry>& sources,
-                          const std::function<void(const std::string& name)>& triggered) {
-    std::vector<QAction*> actions;
-    actions.reserve(sources.size());
-    for (const MenuEntry& source : sources) {
-        actions.push_back(addEntry(menu, source, [triggered, name = source.name] { triggered(name); }));
-    }
-    addMirror([actions, &sources] {
-        for (std::size_t i = 0; i < actions.size(); ++i) {
-            if (!actions[i]->isSeparator()) actions[i]->setText(shownCaption(sources[i], sources));
-        }
-    });
 }
 
 QAction* FormView::addEntry(QMenu* menu, const QString& name, const QString& caption, const Event& triggered) {
