@@ -55,7 +55,7 @@ void FunctionFilterView::narrow(const QString& wanted) {
     if (isFound) {
         showSentence();
     } else {
-        sentence_->setText(QStringLiteral("No function has that in its name or sentence."));
+        sentence_->setText(QStringLiteral("No function is found by these words."));
     }
 }
 

@@ -68,7 +68,7 @@ TEST_F(FunctionFilter, FindsAFunctionByItsSentenceAndByTheWordsOfTheTrade) {
         EXPECT_EQ(found, expected) << typed;
     }
     const auto* sentence = ViewRig::find<QLabel>(rig.mainView(), "functionSentence");
-    EXPECT_EQ(sentence->text(), "No function has that in its name or sentence.");
+    EXPECT_EQ(sentence->text(), "No function is found by these words.");
     filter->clear();
     EXPECT_EQ(sentence->text(), "");
 }
