@@ -27,6 +27,16 @@ struct StillLine {
         return view;
     }
     void after(milliseconds time, std::function<void()> act) { pump.at(clock.now() + time, std::move(act)); }
+    /// The block is in use, and its output is this. @param hundredths  of a unit
+    void analog(std::int16_t block, std::int16_t hundredths) {
+        controller.fixAnalog(static_cast<std::uint16_t>(block), hundredths);
+        use(rig, block, kAnalogFunction);
+    }
+    /// "Start Poll", and "Stop Poll" after so long.
+    void pollFor(milliseconds time, FormView& view) {
+        after(time, [&view] { press(view, "Command3"); });
+        press(view, "Command2");
+    }
 
     SimulatedController controller;
     FalseClock clock;
@@ -54,18 +64,15 @@ TEST(MGridView, ComesUpWithAsManyRowsAsAPassReads) {
 TEST(MGridView, APassBeginsWithTheFirstRowInSight) {
     StillLine line;
     FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
-    line.controller.fixAnalog(9, 100);
-    line.controller.fixAnalog(300, 200);
-    use(line.rig, 9, kAnalogFunction);
-    use(line.rig, 300, kAnalogFunction);
+    line.analog(9, 100);
+    line.analog(300, 200);
     auto* grid = ViewRig::find<GridView>(view, "Grid2");
     for (int notch = 0; notch < 8; ++notch) turnWheel(*grid->viewport());
     const int rowsAbove = grid->verticalScrollBar()->value();
     ASSERT_GT(rowsAbove, 17);  // block 300 is in the thirty-first row, and a pass reads thirteen
     ASSERT_LT(rowsAbove, 31);
     EXPECT_EQ(line.rig.program.allOutputs.Grid2.topRow(), rowsAbove + 1);
-    line.after(milliseconds(500), [&] { press(view, "Command3"); });
-    press(view, "Command2");
+    line.pollFor(milliseconds(500), view);
     EXPECT_EQ(cellText(view, 1, 10), "");
     EXPECT_EQ(cellText(view, 31, 1), "2.00");
     // Reading moved the cursor, and not the rows.
@@ -75,16 +82,13 @@ TEST(MGridView, APassBeginsWithTheFirstRowInSight) {
 TEST(MGridView, HoweverLargeItIsMadeNoRowIsInSightThatIsNotRead) {
     StillLine line;
     FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
-    line.controller.fixAnalog(580, 100);
-    line.controller.fixAnalog(704, 200);
-    use(line.rig, 580, kAnalogFunction);
-    use(line.rig, 704, kAnalogFunction);
+    line.analog(580, 100);
+    line.analog(704, 200);
     view.resize(2000, 2000);
     const auto* grid = ViewRig::find<GridView>(view, "Grid2");
     EXPECT_EQ(grid->rowAt(grid->viewport()->height() - 1) - grid->rowAt(0), 12);
     grid->verticalScrollBar()->setValue(grid->verticalScrollBar()->maximum());
-    line.after(milliseconds(500), [&] { press(view, "Command3"); });
-    press(view, "Command2");
+    line.pollFor(milliseconds(500), view);
     EXPECT_EQ(cellText(view, 59, 1), "1.00");
     EXPECT_EQ(cellText(view, 71, 5), "2.00");
 }
@@ -92,8 +96,7 @@ TEST(MGridView, HoweverLargeItIsMadeNoRowIsInSightThatIsNotRead) {
 TEST(MGridView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
     StillLine line;
     FormView& view = line.open("mnuViewAll", line.rig.program.allOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
+    line.analog(4, 1234);
     line.controller.play(SimFaultPlan::from("silence", 3));  // after the poll and one good reading
     line.after(milliseconds(5000), [&] { press(view, "Command3"); });
     press(view, "Command2");
@@ -107,8 +110,7 @@ TEST(MGridView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
 TEST(MonitorView, StopDuringADeadLineEndsAfterTheReadingUnderWay) {
     StillLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
+    line.analog(4, 1234);
     addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     line.controller.play(SimFaultPlan::from("silence", 3));
     line.after(milliseconds(5000), [&] { press(view, "Command3"); });
@@ -204,8 +206,7 @@ TEST(MonitorView, AClickOnALabelOfTheSecondRoundLeavesItBesideTheFirst) {
 TEST(MonitorView, TheRateIsGoneAsSoonAsNoValuesCome) {
     StillLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
+    line.analog(4, 1234);
     addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     auto* rate = ViewRig::find<QLabel>(view, "lblRate");
     const auto tick = [&] {
@@ -236,8 +237,7 @@ TEST(MonitorView, TheRateIsGoneAsSoonAsNoValuesCome) {
 TEST(MonitorView, ALabelUnderTheMouseStaysThereWhileValuesCome) {
     StillLine line;
     FormView& view = line.open("mnuViewSel", line.rig.program.chosenOutputs);
-    line.controller.fixAnalog(4, 1234);
-    use(line.rig, 4, kAnalogFunction);
+    line.analog(4, 1234);
     addLabel(line.rig, view, {.block = "4", .tag = "Boiler"});
     auto* label = ViewRig::find<QLabel>(view, "analog1");
     const QPoint grip = label->rect().center();
